@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+namespace qelvane::qelutiltools {
+
+/// One bit per node of a zone, set when the node lies inside the pick boundary. Nodes count from 0.
+class InsideSet {
+ public:
+  explicit InsideSet(std::int64_t nodeCount)
+      : m_nodeCount(nodeCount), m_words(static_cast<std::size_t>(WordCount(nodeCount)), 0) {}
+
+  static constexpr std::int64_t kBitsPerWord = 64;
+  static constexpr std::int64_t WordCount(std::int64_t bitCount) {
+    return (bitCount + kBitsPerWord - 1) / kBitsPerWord;
+  }
+
+  std::int64_t NodeCount() const { return m_nodeCount; }
+
+  void Insert(std::int64_t node) {
+    m_words[static_cast<std::size_t>(node / kBitsPerWord)] |= std::uint64_t{1}
+                                                              << (node % kBitsPerWord);
+  }
+
+  /// A node that the zone does not have is not inside: connectivity read from a file may name one.
+  bool Contains(std::int64_t node) const {
+    return static_cast<std::uint64_t>(node) < static_cast<std::uint64_t>(m_nodeCount) &&
+           ((Word(node / kBitsPerWord) >> (node % kBitsPerWord)) & 1) != 0;
+  }
+
+  /// Nodes 64 * index and up, the lowest bit first; bits past the last node are 0.
+  std::uint64_t Word(std::int64_t index) const { return m_words[static_cast<std::size_t>(index)]; }
+
+ private:
+  std::int64_t m_nodeCount;
+  std::vector<std::uint64_t> m_words;
+};
+
+}  // namespace qelvane::qelutiltools

@@ -1,0 +1,90 @@
+#include "CMacroEngine.h"
+#include "HostCheck.h"
+#include "HostString.h"
+#include "PickKeywords.h"
+#include "Selvane.h"
+#include "Utilities.h"
+
+#include "qelvane/QelUtil.h"
+
+namespace qelvane::qelutiltools {
+
+namespace {
+
+void BeginCommand(std::int32_t command) {
+  MacroEngine.CurrentCommand.Command = command;
+  MacroEngine.CurrentCommand.Attributes.clear();
+}
+
+void RecordWithoutAttributes(std::int32_t command) {
+  BeginCommand(command);
+  MacroEngine.CommitCommand();
+}
+
+void AddZoneAndItem(LgIndex_t zone, std::int32_t itemAttribute, LgIndex_t item) {
+  MacroEngine.AddNumberAttribute(Attribute_Zone, static_cast<double>(zone));
+  MacroEngine.AddNumberAttribute(itemAttribute, static_cast<double>(item));
+}
+
+}  // namespace
+
+void Selvane::AddVariableAndModifier() const {
+  char* varName = nullptr;
+  HOST_CHECK(QelUtilVarGetName(m_alterVar, &varName));
+  const HostString owned(varName);
+  MacroEngine.AddStringAttribute(Attribute_Variable, varName);
+  MacroEngine.AddStringAttribute(Attribute_Modifier, FormatModifier(m_modifier));
+}
+
+void Selvane::AddRule() const {
+  MacroEngine.AddKeywordAttribute(Attribute_Rule, KeywordOfPickRule(m_pickRule));
+}
+
+void Selvane::RecordUndoAlter() const { RecordWithoutAttributes(Command_UndoAlter); }
+
+void Selvane::RecordUndoBlank() const { RecordWithoutAttributes(Command_UndoBlank); }
+
+void Selvane::RecordPickGeometry() const { RecordWithoutAttributes(Command_PickGeometry); }
+
+void Selvane::RecordView(StandardView view) const {
+  RecordWithoutAttributes(Command_ViewXY + static_cast<std::int32_t>(view));
+  if (QelUtilMacroIsRecordingActive()) {
+    MacroEngine.FlushDeferredCommands();
+    HOST_CHECK(QelUtilMacroRecordRawCommand("$!VIEW FITSURFACES\n"));
+  }
+  RedrawIfRecording();
+}
+
+void Selvane::RecordAlterElement() const {
+  if (!QelUtilMacroIsRecordingActive()) return;
+  BeginCommand(Command_AlterElement);
+  AddVariableAndModifier();
+  AddZoneAndItem(m_pickedZone, Attribute_Element, m_pickedElement);
+  MacroEngine.CommitCommand();
+}
+
+void Selvane::RecordBlankElement() const {
+  if (!QelUtilMacroIsRecordingActive()) return;
+  BeginCommand(Command_BlankElement);
+  AddZoneAndItem(m_pickedZone, Attribute_Element, m_pickedElement);
+  MacroEngine.CommitCommand();
+}
+
+void Selvane::RecordArea() const {
+  if (!QelUtilMacroIsRecordingActive()) return;
+  BeginCommand(m_isBlankMode ? Command_BlankArea : Command_AlterArea);
+  if (!m_isBlankMode) AddVariableAndModifier();
+  AddRule();
+  MacroEngine.CommitCommand();
+}
+
+void Selvane::RecordSurface() const {
+  if (!QelUtilMacroIsRecordingActive()) return;
+  BeginCommand(m_isBlankMode ? Command_BlankSurface : Command_AlterSurface);
+  if (!m_isBlankMode) AddVariableAndModifier();
+  AddZoneAndItem(m_seedZone, Attribute_SeedPoint, m_seedElement);
+  AddRule();
+  MacroEngine.CommitCommand();
+}
+
+}  // namespace qelvane::qelutiltools

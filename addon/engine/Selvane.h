@@ -1,0 +1,164 @@
+#pragma once
+
+#include "InsideSet.h"
+#include "PickTypes.h"
+#include "PolyBoundary.h"
+#include "ValueModifier.h"
+#include "WritePath.h"
+
+#include "qelvane/Types.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace qelvane::qelutiltools {
+
+/// Sets the bits of the nodes of a zone that lie inside the boundary in hand.
+using InsideFiller = std::function<void(LgIndex_t zone, InsideSet& inside)>;
+
+/// The pick session of one data set: what the user has chosen, and the operations that pick and
+/// write with it. Every operation takes the host's lock for its whole run.
+class Selvane {
+ public:
+  explicit Selvane(QelUniqueID_t dataSetId);
+  ~Selvane();
+  Selvane(const Selvane&) = delete;
+  Selvane& operator=(const Selvane&) = delete;
+
+  QelUniqueID_t DataSetId() const { return m_dataSetId; }
+
+  // Choices (Selvane.cpp) ------------------------------------------------------------------------
+
+  /// Chooses what is picked with and sets the host's mouse mode for it; off goes back to None and
+  /// the select mode. Discards undo. False when the boundary of the kind cannot be shown.
+  bool SetPickKind(PickKind kind, bool on);
+
+  /// Chooses the variable that alterations change; a number out of range is clamped. Discards undo.
+  void SetAlterVariable(LgIndex_t var);
+
+  /// The same by name. False, keeping the variable, when there is none of that name.
+  bool SetAlterVariableByName(const std::string& name);
+
+  /// Whether contour group C1 follows the alter variable.
+  void SetSyncContours(bool on);
+  void SyncContours();
+
+  void SetPickRule(bool outside, bool all);
+  void SetPickRule(PickRule rule);
+
+  /// Keeps the alter variable within the data set after variables were removed.
+  void ClampAlterVariable();
+
+  /// Takes a modifier as typed. False, changing nothing, when the text is refused.
+  bool ParseModifier(const std::string& text);
+
+  /// Alterations change the chosen variable again, not the blanking variable.
+  void EnterAlterMode();
+
+  /// Turns the 3D view; ThreeD puts back the view remembered by the first of the others.
+  void SetView(StandardView view);
+
+  /// Called when another session becomes the current one: nothing of this one can be undone after.
+  void LeaveAsCurrent();
+
+  // Picking single elements (ElementPick.cpp) ----------------------------------------------------
+
+  /// The user's click. nodeWanted: CTRL was held, so the nearest node was probed, not the cell.
+  void PickElementByProbe(bool nodeWanted);
+
+  /// The same from a macro. False when the zone or element does not exist or cannot be written.
+  bool PickElement(LgIndex_t zone, LgIndex_t element);
+
+  // Picking areas (AreaPick.cpp) -----------------------------------------------------------------
+
+  /// Applies the pick to the geometry that the frame offers, or when undoing to the one that was
+  /// used last. Shows what is wrong and returns false when there is none.
+  bool ApplyArea(bool undo);
+
+  /// Applies the pick to the boundary that a macro defined. False with the reason in the macro
+  /// engine's error text.
+  bool ApplyAreaFromMacro();
+
+  /// Takes back the last alteration by applying its inverse to the same points.
+  bool UndoLastAlter(bool fromMacro);
+
+  // Recording what was just done (Recording.cpp) -------------------------------------------------
+
+  void RecordUndoAlter() const;
+  void RecordUndoBlank() const;
+  void RecordView(StandardView view) const;
+  void RecordAlterElement() const;
+  void RecordBlankElement() const;
+  void RecordArea() const;
+  void RecordSurface() const;
+  void RecordPickGeometry() const;
+
+  // State ----------------------------------------------------------------------------------------
+
+  bool IsUndoAvailable() const { return m_isUndoAvailable; }
+  bool IsBlankMode() const { return m_isBlankMode; }
+  bool IsSyncingContours() const { return m_isSyncingContours; }
+  PickKind Kind() const { return m_pickKind; }
+  PickRule Rule() const { return m_pickRule; }
+  LgIndex_t AlterVariable() const { return m_alterVar; }
+  const ValueModifier& Modifier() const { return m_modifier; }
+  const ValueModifier& LastApplied() const { return m_lastApplied; }
+  LgIndex_t PickedElement() const { return m_pickedElement; }
+  LgIndex_t PickedZone() const { return m_pickedZone; }
+  QelGeomID_t UndoGeometry() const { return m_undoGeometry; }
+  CPolyBoundary& PolyBoundary() { return m_polyBoundary; }
+  const CPolyBoundary& PolyBoundary() const { return m_polyBoundary; }
+
+ private:
+  // WritePath.cpp
+  LgIndex_t TargetVariable() const { return m_isBlankMode ? m_blankVar : m_alterVar; }
+  std::optional<FieldWriter> OpenForWriting(LgIndex_t zoneNum, OnNoReference onNoReference);
+  void UnshareTarget(LgIndex_t zoneNum) const;
+  void FinishZone(const FieldWriter& writer, std::int64_t writtenCount);
+
+  void SetMouseModeFor(PickKind kind);
+  void DiscardUndo();
+  void ShowUndoAvailability() const;
+  void RestoreView();
+
+  // ElementPick.cpp
+  void AlterElement(const FieldWriter& writer, LgIndex_t element);
+
+  // AreaPick.cpp
+  void ApplyForPlotType(QelPlotType_e plotType);
+  void ApplyToZones(const InsideFiller& fillInside);
+  void ApplyToZone(LgIndex_t zone, const InsideFiller& fillInside);
+  std::vector<LgIndex_t> ZonesToChange() const;
+
+  // Undo.cpp
+  bool RepeatLastPick(bool fromMacro);
+
+  // Recording.cpp
+  void AddVariableAndModifier() const;
+  void AddRule() const;
+
+  bool m_isUndoAvailable = false;
+  bool m_isBlankMode = false;
+  bool m_isSyncingContours = false;
+  bool m_isSurfaceOnly = false;   ///< true only while a surface pick runs
+  bool m_wasSurfaceOnly = false;  ///< m_isSurfaceOnly when values were last written
+  LgIndex_t m_seedElement = 0;
+  LgIndex_t m_seedZone = 0;
+  QelUniqueID_t m_dataSetId;
+  PickRule m_pickRule = PickRule::AllInside;
+  PickKind m_pickKind = PickKind::None;
+  QelView* m_rememberedView = nullptr;
+  CPolyBoundary m_polyBoundary;
+  QelGeomID_t m_undoGeometry = 0;
+  LgIndex_t m_pickedElement = 0;
+  LgIndex_t m_pickedZone = 0;
+  LgIndex_t m_alterVar = 0;
+  LgIndex_t m_blankVar = 0;
+  ValueModifier m_modifier;
+  ValueModifier m_lastApplied{ValueModifier::kAssign, 0.0};
+};
+
+}  // namespace qelvane::qelutiltools

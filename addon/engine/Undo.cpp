@@ -1,0 +1,36 @@
+#include "HostLock.h"
+#include "Selvane.h"
+
+namespace qelvane::qelutiltools {
+
+bool Selvane::UndoLastAlter(bool fromMacro) {
+  const HostLock lock;
+  if (!m_isUndoAvailable) return false;
+  const std::optional<ValueModifier> inverse = InverseOf(m_modifier);
+  if (!inverse) return false;
+
+  /// Puts the user's modifier back and ends the one level of undo, also when an error passes.
+  struct EndOfUndo {
+    Selvane& session;
+    const ValueModifier modifier;
+    ~EndOfUndo() {
+      session.m_modifier = modifier;
+      session.DiscardUndo();
+    }
+  };
+  const EndOfUndo endOfUndo{*this, m_modifier};
+
+  m_modifier = *inverse;
+  return RepeatLastPick(fromMacro);
+}
+
+bool Selvane::RepeatLastPick(bool fromMacro) {
+  if (m_pickKind != PickKind::Element) return fromMacro ? ApplyAreaFromMacro() : ApplyArea(true);
+  if (m_pickedElement < 1 || m_pickedZone < 1) return true;
+  const std::optional<FieldWriter> writer = OpenForWriting(m_pickedZone, OnNoReference::Refuse);
+  if (!writer) return false;
+  AlterElement(*writer, m_pickedElement);
+  return true;
+}
+
+}  // namespace qelvane::qelutiltools
