@@ -1,4 +1,5 @@
 #include "CMacroEngine.h"
+#include "CornerRule.h"
 #include "GeometryChoice.h"
 #include "HostCheck.h"
 #include "HostLock.h"
@@ -33,8 +34,9 @@ class NodeCoordinate {
 
 template <class IsInside>
 void MarkNodes(InsideSet& inside, IsInside&& isInside) {
-  for (std::int64_t node = 0; node < inside.NodeCount(); ++node) {
-    if (isInside(node)) inside.Insert(node);
+  const std::int64_t nodeCount = inside.NodeCount();
+  for (std::int64_t word = 0; word < InsideSet::WordCount(nodeCount); ++word) {
+    inside.SetWord(word, WordOf(word, nodeCount, isInside));
   }
 }
 

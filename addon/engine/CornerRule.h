@@ -98,14 +98,14 @@ std::int64_t VisitTaken(std::int64_t itemCount, TakenWord&& takenWord, Visit&& v
   return visited;
 }
 
-/// The word of a per-item decision, for VisitTaken. Asks only for items that exist.
-template <class TakesItem>
-std::uint64_t TakenWordOf(std::int64_t word, std::int64_t itemCount, TakesItem&& takesItem) {
+/// The word of a decision made item by item. Asks only for items that exist.
+template <class IsTaken>
+std::uint64_t WordOf(std::int64_t word, std::int64_t itemCount, IsTaken&& isTaken) {
   const std::int64_t first = word * InsideSet::kBitsPerWord;
   const std::int64_t count = std::min(InsideSet::kBitsPerWord, itemCount - first);
   std::uint64_t taken = 0;
   for (std::int64_t bit = 0; bit < count; ++bit) {
-    taken |= std::uint64_t{takesItem(first + bit)} << bit;
+    taken |= std::uint64_t{isTaken(first + bit)} << bit;
   }
   return taken;
 }

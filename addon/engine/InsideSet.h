@@ -18,9 +18,9 @@ class InsideSet {
 
   std::int64_t NodeCount() const { return m_nodeCount; }
 
-  void Insert(std::int64_t node) {
-    m_words[static_cast<std::size_t>(node / kBitsPerWord)] |= std::uint64_t{1}
-                                                              << (node % kBitsPerWord);
+  /// Takes 64 nodes at once, as Word gives them; bits past the last node must be 0.
+  void SetWord(std::int64_t index, std::uint64_t bits) {
+    m_words[static_cast<std::size_t>(index)] = bits;
   }
 
   /// A node that the zone does not have is not inside: connectivity read from a file may name one.

@@ -1,6 +1,6 @@
 #include "CMacroEngine.h"
 #include "HostCheck.h"
-#include "HostString.h"
+#include "HostOwned.h"
 #include "PickKeywords.h"
 #include "Selvane.h"
 #include "Utilities.h"

@@ -34,7 +34,7 @@ template <class IsShown, class TakesItem>
 TakenItems CellByCell(std::int64_t cellCount, bool skipBlanked, IsShown isShown,
                       TakesItem takesItem) {
   return {cellCount, [=](std::int64_t word) {
-            return TakenWordOf(word, cellCount, [&](std::int64_t cell) {
+            return WordOf(word, cellCount, [&](std::int64_t cell) {
               return (!skipBlanked || isShown(cell)) && takesItem(cell);
             });
           }};
@@ -137,7 +137,7 @@ TakenItems TakenNodes(LgIndex_t zone, PickRule rule, const InsideSet& inside, bo
   return {nodeCount, [&inside, flip, zone, nodeCount](std::int64_t word) {
             const std::uint64_t onSide = inside.Word(word) ^ flip;
             if (onSide == 0) return onSide;
-            return TakenWordOf(word, nodeCount, [=](std::int64_t node) {
+            return WordOf(word, nodeCount, [=](std::int64_t node) {
               const bool isOnSide = ((onSide >> (node % InsideSet::kBitsPerWord)) & 1) != 0;
               return isOnSide && QelUtilBlankingCheckDataPoint(zone, HostIndex(node));
             });

@@ -84,6 +84,8 @@ INSTANTIATE_TEST_SUITE_P(
         PointRow{"SquareDoesNotHoldItsCorner", Square, 4, 4, false},
         PointRow{"SquareTheOtherWayRoundHoldsItsMiddle", ReversedSquare, 2, 2, true},
         PointRow{"SquareTheOtherWayRoundDoesNotHoldItsEdge", ReversedSquare, 4, 2, false},
+        PointRow{"SquareRejectsWhatIsNotANumber", Square, kNaN, 2, false},
+        PointRow{"SquareTheOtherWayRoundDoesNot", ReversedSquare, kNaN, 2, true},
         PointRow{"NotchIsOutside", Notched, 2, 3, false},
         PointRow{"EdgeOfNotchIsOutside", Notched, 1, 3, false},
         PointRow{"TipOfNotchIsOutside", Notched, 2, 2, false},
