@@ -1,0 +1,7 @@
+#include "Controls.h"
+
+namespace qelvane::qelutiltools {
+
+ControlIds Controls;
+
+}  // namespace qelvane::qelutiltools

@@ -1,0 +1,7 @@
+#include "HostLock.h"
+
+namespace qelvane::qelutiltools {
+
+QelAddOn* AddOnID = nullptr;
+
+}  // namespace qelvane::qelutiltools
