@@ -144,7 +144,13 @@ void Selvane::ApplyToZones(const InsideFiller& fillInside) {
   const std::vector<LgIndex_t> zones = ZonesToChange();
   // All of them before the first write, so that no zone sees another's change.
   for (const LgIndex_t zone : zones) UnshareTarget(zone);
-  for (const LgIndex_t zone : zones) ApplyToZone(zone, fillInside);
+
+  const ProgressReport progress;
+  std::size_t doneCount = 0;
+  for (const LgIndex_t zone : zones) {
+    ApplyToZone(zone, fillInside, progress);
+    progress.Done(++doneCount, zones.size());
+  }
 }
 
 std::vector<LgIndex_t> Selvane::ZonesToChange() const {
@@ -162,7 +168,8 @@ std::vector<LgIndex_t> Selvane::ZonesToChange() const {
   return zones;
 }
 
-void Selvane::ApplyToZone(LgIndex_t zone, const InsideFiller& fillInside) {
+void Selvane::ApplyToZone(LgIndex_t zone, const InsideFiller& fillInside,
+                          const ProgressReport& progress) {
   const ZoneSize size = SizeOfZone(zone);
   if (size.nodeCount < 1 || size.cellCount < 1) return;
   const std::optional<FieldWriter> writer = OpenForWriting(zone, OnNoReference::Throw);
@@ -174,7 +181,9 @@ void Selvane::ApplyToZone(LgIndex_t zone, const InsideFiller& fillInside) {
   const TakenItems taken = writer->isCellCentred
                                ? TakenCells(zone, m_pickRule, inside, skipBlanked)
                                : TakenNodes(zone, m_pickRule, inside, skipBlanked);
-  FinishZone(*writer, AlterTaken(*writer, m_lastApplied, taken));
+  const std::int64_t writtenCount = AlterTaken(*writer, m_lastApplied, taken);
+  FinishZone(*writer, writtenCount);
+  progress.Changed(*writer, writtenCount);
 }
 
 }  // namespace qelvane::qelutiltools

@@ -130,7 +130,7 @@ class Selvane {
   // AreaPick.cpp
   void ApplyForPlotType(QelPlotType_e plotType);
   void ApplyToZones(const InsideFiller& fillInside);
-  void ApplyToZone(LgIndex_t zone, const InsideFiller& fillInside);
+  void ApplyToZone(LgIndex_t zone, const InsideFiller& fillInside, const ProgressReport& progress);
   std::vector<LgIndex_t> ZonesToChange() const;
 
   // Undo.cpp

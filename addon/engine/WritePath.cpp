@@ -5,7 +5,6 @@
 #include "Selvane.h"
 #include "Utilities.h"
 
-#include "qelvane/Extensions.h"
 #include "qelvane/QelUtil.h"
 
 #include <algorithm>
@@ -22,15 +21,22 @@ void SetAllToZero(QelFieldData* field) {
   for (LgIndex_t index = 1; index <= count; ++index) QelUtilDataValueSetByRef(field, index, 0.0);
 }
 
-/// A host that shows what an operation did is told how many values it wrote.
-void ReportWritten(const FieldWriter& writer, std::int64_t writtenCount) {
+}  // namespace
+
+ProgressReport::ProgressReport() {
   if (QelUtilExtensionGet == nullptr) return;
-  const auto* const progress =
-      static_cast<const QelProgress_s*>(QelUtilExtensionGet(QEL_EXTENSION_PROGRESS));
-  if (progress != nullptr) progress->changed(writer.zone, writer.var, writtenCount);
+  m_progress = static_cast<const QelProgress_s*>(QelUtilExtensionGet(QEL_EXTENSION_PROGRESS));
 }
 
-}  // namespace
+void ProgressReport::Changed(const FieldWriter& writer, std::int64_t writtenCount) const {
+  if (m_progress == nullptr || writtenCount < 1) return;
+  m_progress->changed(writer.zone, writer.var, writtenCount);
+}
+
+void ProgressReport::Done(std::size_t zoneCount, std::size_t ofZones) const {
+  if (m_progress == nullptr) return;
+  m_progress->report(static_cast<double>(zoneCount) / static_cast<double>(ofZones));
+}
 
 void AlterValue(const FieldWriter& writer, const ValueModifier& modifier, LgIndex_t element) {
   const double current =
@@ -99,7 +105,6 @@ void Selvane::FinishZone(const FieldWriter& writer, std::int64_t writtenCount) {
   m_isUndoAvailable = m_lastApplied.op != ValueModifier::kAssign;
   m_wasSurfaceOnly = m_isSurfaceOnly;
   ShowUndoAvailability();
-  ReportWritten(writer, writtenCount);
 }
 
 }  // namespace qelvane::qelutiltools

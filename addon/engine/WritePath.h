@@ -3,8 +3,10 @@
 #include "TakenItems.h"
 #include "ValueModifier.h"
 
+#include "qelvane/Extensions.h"
 #include "qelvane/Types.h"
 
+#include <cstddef>
 #include <cstdint>
 
 namespace qelvane::qelutiltools {
@@ -18,6 +20,18 @@ struct FieldWriter {
   LgIndex_t var = 0;
   bool isCellCentred = false;
   QelFieldData* field = nullptr;
+};
+
+/// Tells a host that shows operations how far this one is; nothing where the host does not ask for
+/// it. Made once an operation, since that is when the host is asked.
+class ProgressReport {
+ public:
+  ProgressReport();
+  void Changed(const FieldWriter& writer, std::int64_t writtenCount) const;
+  void Done(std::size_t zoneCount, std::size_t ofZones) const;
+
+ private:
+  const QelProgress_s* m_progress = nullptr;
 };
 
 /// Changes one value; element counts from 1. An element that the field does not have is left to
