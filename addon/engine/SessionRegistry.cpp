@@ -40,6 +40,7 @@ Selvane* SessionRegistry::Find() {
 }
 
 void SessionRegistry::DeleteAll() {
+  const HostLock lock;
   m_current = nullptr;
   m_sessions.clear();
 }
