@@ -1,0 +1,72 @@
+# Shared by the scripts beside it: find what is missing, install it, build.
+# Sourced, not run. Sets `root` to the project's folder.
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+export CCACHE_NOHASHDIR=1
+
+build_packages=(
+  g++ cmake ninja-build pkg-config ca-certificates
+  libvtk9-dev libcli11-dev libfmt-dev libspdlog-dev nlohmann-json3-dev
+)
+test_packages=(libgtest-dev libgmock-dev clang-format binutils)
+
+die() {
+  echo "${0##*/}: $*" >&2
+  exit 1
+}
+
+missing_packages() {
+  local package
+  for package in "$@"; do
+    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || echo "$package"
+  done
+}
+
+# Installs those of the packages given that are not there. Asks for nothing when all are.
+install_missing() {
+  command -v dpkg-query >/dev/null && command -v apt-get >/dev/null ||
+    die "this script installs Debian packages and needs apt-get; on another system install by hand: $*"
+  local missing
+  mapfile -t missing < <(missing_packages "$@")
+  [ ${#missing[@]} -eq 0 ] && return 0
+  local as_root=()
+  if [ "$(id -u)" -ne 0 ]; then
+    command -v sudo >/dev/null ||
+      die "cannot install without root or sudo; as root run: apt-get install ${missing[*]}"
+    as_root=(sudo)
+  fi
+  echo "Installing ${missing[*]}"
+  local log
+  log=$(mktemp)
+  if ! { "${as_root[@]}" apt-get update &&
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+      apt-get install -y --no-install-recommends "${missing[@]}"; } >"$log" 2>&1; then
+    local reason
+    reason=$(grep -m1 -E '^(E|Err|sudo):?' "$log" || tail -n1 "$log")
+    rm -f "$log"
+    die "cannot install ${missing[*]} (no network, or no right to?): $reason"
+  fi
+  rm -f "$log"
+}
+
+# configure PRESET [CMAKE-ARGUMENT...]
+configure() {
+  local preset=$1
+  shift
+  local arguments=("$@")
+  if command -v ccache >/dev/null; then
+    arguments+=(-DCMAKE_C_COMPILER_LAUNCHER=ccache -DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+  fi
+  (cd "$root" && cmake --preset "$preset" --log-level=WARNING "${arguments[@]}" >/dev/null) ||
+    die "configuring preset $preset failed"
+}
+
+# build PRESET [TARGET...]
+build() {
+  local preset=$1
+  shift
+  local targets=()
+  [ $# -gt 0 ] && targets=(--target "$@")
+  (cd "$root" && cmake --build --preset "$preset" "${targets[@]}") ||
+    die "building preset $preset failed"
+}

@@ -1,0 +1,18 @@
+#!/usr/bin/env bash
+# Builds everything and runs every test; the add-on's tests once more under sanitizers.
+set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+
+install_missing "${build_packages[@]}" "${test_packages[@]}"
+"$root/scripts/format.sh" --check
+
+configure asan
+build asan
+(cd "$root" && ctest --preset asan -j "$(nproc)" --quiet --output-log build-asan/ctest.log) ||
+  { cat "$root/build-asan/ctest.log"; die "tests failed under the sanitizers"; }
+echo "Under the sanitizers: $(grep 'tests passed' "$root/build-asan/ctest.log")"
+
+configure release -DMARQUELL_BUILD_TESTS=ON
+build release
+cd "$root"
+ctest --preset release -j "$(nproc)"
