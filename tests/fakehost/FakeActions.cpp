@@ -1,0 +1,138 @@
+#include "FakeCall.h"
+#include "FakeHost.h"
+
+#include <algorithm>
+
+namespace fakehost {
+
+namespace {
+
+constexpr char kHostOwner[] = "Workbench";
+
+/// Takes away what a failed command left over on purpose; answers how many there were.
+int ReleaseMacroErrorStrings() {
+  std::vector<const void*> found;
+  for (const auto& [text, label] : TheAccount().strings) {
+    if (label == "Macro Error.") found.push_back(text);
+  }
+  for (const void* text : found) FreeString(static_cast<char*>(const_cast<void*>(text)));
+  return static_cast<int>(found.size());
+}
+
+}  // namespace
+
+PlayResult FakeHost::Play(const std::string& command) {
+  PlayResult result;
+  const auto owner = macroCallbacks.find("Marquell");
+  if (owner == macroCallbacks.end()) {
+    result.error = "no callback";
+    return result;
+  }
+  const int depth = LockDepth();
+  char* error = nullptr;
+  isPlaying = true;
+  result.isDone = owner->second(command.c_str(), &error);
+  isPlaying = false;
+  if (isRecording) recordedLines.push_back("Marquell " + command);
+  if (LockDepth() != depth) Report("the macro callback left the lock unbalanced");
+  if (error != nullptr) {
+    result.error = error;
+    FreeString(error);
+  }
+  result.macroErrorStrings = ReleaseMacroErrorStrings();
+  return result;
+}
+
+void FakeHost::ChooseMenu(const std::string& label) {
+  const int depth = LockDepth();
+  for (const MenuOption& option : menu) {
+    if (option.label == label) option.callback();
+  }
+  if (LockDepth() != depth) Report("the menu callback left the lock unbalanced");
+}
+
+void FakeHost::Probe(bool withCtrl, LgIndex_t zone, LgIndex_t cell, LgIndex_t node) {
+  if (mouseMode != Mouse_Probe || probeCallback == nullptr) return;
+  probedZone = zone;
+  probedCell = cell;
+  probedNode = node;
+  const int depth = LockDepth();
+  probeCallback(withCtrl);
+  if (LockDepth() != depth) Report("the probe callback left the lock unbalanced");
+}
+
+void FakeHost::RunIdleQueue() {
+  const auto queue = std::move(idleQueue);
+  idleQueue.clear();
+  for (const auto& [callback, clientData] : queue) callback(clientData);
+}
+
+void FakeHost::Deliver(QelStateChange_t change, const std::vector<std::string>& styleParams) {
+  lockOwners.push_back(kHostOwner);
+  Notify({change, {}, {}, styleParams});
+  lockOwners.pop_back();
+}
+
+void FakeHost::Notify(StateChangeNotice notice) {
+  notices.push_back(notice);
+  const std::vector<std::string> outer = currentStyleParams;
+  currentStyleParams =
+      notice.change == StateChange_Style ? notice.styleParams : std::vector<std::string>();
+  const std::vector<QelStateChangeCallback_pf> callbacks = stateCallbacks;
+  const int depth = LockDepth();
+  for (const QelStateChangeCallback_pf callback : callbacks) callback(notice.change);
+  if (LockDepth() != depth) Report("the state-change callback left the lock unbalanced");
+  currentStyleParams = outer;
+}
+
+void FakeHost::FailCall(const std::string& function, int nth) {
+  faultFunction = function;
+  faultCountdown = nth;
+  wasFaultHit = false;
+}
+
+int FakeHost::CallCount(const std::string& function) const {
+  return static_cast<int>(
+      std::count_if(calls.begin(), calls.end(),
+                    [&function](const CallRecord& call) { return call.function == function; }));
+}
+
+bool FakeHost::Enter(const char* function, const std::string& arguments, bool needsLock,
+                     bool isFallible) {
+  if (keepsCalls) calls.push_back({function, arguments, isFallible});
+  if (needsLock && lockOwners.empty()) Report(std::string(function) + " was called unlocked");
+  if (!isFallible || faultFunction != function || faultCountdown < 1) return false;
+  if (--faultCountdown > 0) return false;
+  wasFaultHit = true;
+  return true;
+}
+
+void FakeHost::Reset() {
+  ForgetReferences();
+  ForgetMaps();
+  TheAccount() = Account();
+  DropAllDialogs();
+  *this = FakeHost();
+}
+
+std::vector<std::string> FakeHost::Leaks() const {
+  std::vector<std::string> leaks;
+  for (const auto& [text, label] : TheAccount().strings) leaks.push_back("string " + label);
+  for (const auto& [handle, kind] : TheAccount().handles) leaks.push_back(kind);
+  if (dataLoadDepth != 0) leaks.push_back("a data-load bracket");
+  for (const std::string& message : waitMessages) leaks.push_back("the wait message " + message);
+  return leaks;
+}
+
+FakeHost& Host() {
+  // Never destroyed: add-ons may call until the process has ended.
+  static FakeHost* const host = new FakeHost();
+  return *host;
+}
+
+std::int64_t NewUniqueId() {
+  static std::int64_t last = 0;
+  return ++last;
+}
+
+}  // namespace fakehost

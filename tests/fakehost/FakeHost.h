@@ -1,0 +1,159 @@
+#pragma once
+
+#include "FakeData.h"
+
+#include "qelvane/QelGUI.h"
+#include "qelvane/QelUtil.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace fakehost {
+
+struct CallRecord {
+  std::string function;
+  std::string arguments;
+  bool isFallible = false;  ///< it has an answer that says "failed"
+};
+
+struct MessageShown {
+  std::string text;
+  QelMessageBox_e kind = MessageBox_Information;
+};
+
+struct PlayResult {
+  bool isDone = false;
+  std::string error;
+  int macroErrorStrings = 0;  ///< strings labelled "Macro Error." that nobody holds any more
+};
+
+struct MenuOption {
+  std::string path;
+  std::string label;
+  char mnemonic = 0;
+  QelMenuCallback_pf callback = nullptr;
+  bool isSensitive = true;
+};
+
+struct StateChangeNotice {
+  QelStateChange_t change = 0;
+  std::vector<SetIndex_t> zones;
+  std::vector<SetIndex_t> vars;
+  std::vector<std::string> styleParams;
+};
+
+/// A host in memory. Tests set its state and read what an add-on made of it; the functions of the
+/// interface work on the one instance, Host(). Everything but dialogs, which the host never takes
+/// back, starts anew with Reset().
+class FakeHost {
+ public:
+  void Reset();
+
+  // Frames and data (FakeWorld.cpp)
+  // ----------------------------------------------------------------
+  Frame& AddFrame(QelPlotType_e plotType);  ///< becomes the active one
+  void ActivateFrame(std::size_t index);
+  bool HasFrame() const { return !frames.empty(); }
+  Frame& ActiveFrame() { return frames.at(activeFrame); }
+  DataSet* ActiveData();
+  Zone* ZoneAt(LgIndex_t zone);
+  Values* ValuesAt(LgIndex_t zone, LgIndex_t var);
+  /// Appends a zone with X, Y, Z, stored as said; the other variables are passive there.
+  LgIndex_t AddZone(const Mesh& mesh, StoredType coordinateType = StoredType::Double);
+  /// Appends a variable to every zone; value(zone, index) with both counted from 1.
+  LgIndex_t AddVariable(const std::string& name, QelValueLocation_e location, StoredType type,
+                        const std::function<double(LgIndex_t, LgIndex_t)>& value);
+  void MakePassive(LgIndex_t zone, LgIndex_t var);
+  void Share(LgIndex_t owner, LgIndex_t sharer, LgIndex_t var);
+  std::vector<double> ValuesOf(LgIndex_t zone, LgIndex_t var);
+  QelGeomID_t AddGeometry(Geometry geometry);
+  void DeleteGeometry(QelGeomID_t id);
+  void SelectGeometry(QelGeomID_t id);
+
+  // What the user does (FakeActions.cpp)
+  // -----------------------------------------------------------
+  PlayResult Play(const std::string& command);
+  void ChooseMenu(const std::string& label);
+  /// A click in the plot; does nothing unless an add-on's probe is installed.
+  void Probe(bool withCtrl, LgIndex_t zone, LgIndex_t cell, LgIndex_t node);
+  void RunIdleQueue();
+  /// The host's own notice, with the host on top of the lock stack.
+  void Deliver(QelStateChange_t change, const std::vector<std::string>& styleParams = {});
+  /// A notice with the lock stack as it stands.
+  void Notify(StateChangeNotice notice);
+  void PressCloseButton(LgIndex_t dialog);
+
+  // What tests ask for
+  // -----------------------------------------------------------------------------
+  /// Makes the nth call, from now on and counted from 1, of a function fail.
+  void FailCall(const std::string& function, int nth);
+  bool WasFaultHit() const { return wasFaultHit; }
+  int CallCount(const std::string& function) const;
+  int LockDepth() const { return static_cast<int>(lockOwners.size()); }
+  const std::vector<std::string>& Misuse() const { return misuse; }
+  /// Host-allocated things still held, described; strings by their label.
+  std::vector<std::string> Leaks() const;
+  bool IsBlankedCell(LgIndex_t zone, LgIndex_t cell);
+  bool IsBlankedNode(LgIndex_t zone, LgIndex_t node);
+  Point Project(const Point& point);
+  bool IsDialogUp() const;
+
+  // State; tests may read and set it -----------------------------------------------------------
+  std::vector<Frame> frames;
+  std::size_t activeFrame = 0;
+  double solutionTime = 0.0;
+  QelMouseMode_e mouseMode = Mouse_Select;
+  double paperScale = 1.0;
+  double paperX = 0.0;
+  double paperY = 0.0;
+  bool isRecording = false;
+  bool isPlaying = false;
+  bool isBatch = false;
+  std::vector<std::string> recordedLines;  ///< an add-on's after its name and a blank
+  std::vector<std::string> executedCommands;
+  std::vector<std::string> errorBoxes;
+  std::vector<MessageShown> messageBoxes;
+  std::vector<bool> queuedAnswers;
+  std::vector<std::string> waitMessages;  ///< shown and not yet taken away
+  int redrawCount = 0;
+  int dataLoadDepth = 0;
+  std::map<std::string, const void*> extensions;
+  std::vector<MenuOption> menu;
+  std::vector<std::string> menuSeparators;
+  std::vector<StateChangeNotice> notices;
+  std::string registeredName;
+  std::string registeredVersion;
+  std::string registeredAuthor;
+  LgIndex_t registeredInterface = 0;
+  std::map<std::string, QelMacroCommandCallback_pf> macroCallbacks;
+  std::vector<QelStateChangeCallback_pf> stateCallbacks;
+  std::vector<std::pair<QelOnIdleCallback_pf, ArbParam_t>> idleQueue;
+  QelProbeCallback_pf probeCallback = nullptr;
+  std::string probeInstruction;
+  LgIndex_t probedZone = 0;
+  LgIndex_t probedCell = 0;
+  LgIndex_t probedNode = 0;
+  std::vector<CallRecord> calls;
+  bool keepsCalls = true;  ///< off in long runs: the log is not written
+
+  // For the functions of the interface -----------------------------------------------------------
+  bool Enter(const char* function, const std::string& arguments, bool needsLock, bool isFallible);
+  void Report(const std::string& what) { misuse.push_back(what); }
+  std::vector<std::string> lockOwners;
+  std::vector<std::string> currentStyleParams;
+
+ private:
+  std::vector<std::string> misuse;
+  std::string faultFunction;
+  int faultCountdown = 0;
+  bool wasFaultHit = false;
+};
+
+/// The one host of the process.
+FakeHost& Host();
+
+/// An id that no earlier test of the process had.
+std::int64_t NewUniqueId();
+
+}  // namespace fakehost

@@ -1,0 +1,124 @@
+#include "FakeCall.h"
+#include "FakeHost.h"
+
+#include <algorithm>
+
+namespace fakehost {
+
+namespace {
+
+std::int64_t CountFor(const Mesh& mesh, QelValueLocation_e location) {
+  return location == ValueLocation_CellCentered ? mesh.CellCount() : mesh.NodeCount();
+}
+
+Values CoordinateValues(const Mesh& mesh, double Point::*axis, StoredType type) {
+  Values values;
+  values.typeWhenAllocated = type;
+  values.storage = std::make_shared<Storage>(type, mesh.NodeCount());
+  for (LgIndex_t node = 0; node < mesh.NodeCount(); ++node) {
+    values.storage->Set(node, mesh.points[static_cast<std::size_t>(node)].*axis);
+  }
+  return values;
+}
+
+}  // namespace
+
+Frame& FakeHost::AddFrame(QelPlotType_e plotType) {
+  Frame frame;
+  frame.id = NewUniqueId();
+  frame.plotType = plotType;
+  frames.push_back(frame);
+  activeFrame = frames.size() - 1;
+  return frames.back();
+}
+
+void FakeHost::ActivateFrame(std::size_t index) { activeFrame = index; }
+
+DataSet* FakeHost::ActiveData() { return HasFrame() ? ActiveFrame().dataSet.get() : nullptr; }
+
+Zone* FakeHost::ZoneAt(LgIndex_t zone) {
+  DataSet* const data = ActiveData();
+  if (data == nullptr || zone < 1 || zone > static_cast<LgIndex_t>(data->zones.size())) {
+    return nullptr;
+  }
+  return &data->zones[static_cast<std::size_t>(zone - 1)];
+}
+
+Values* FakeHost::ValuesAt(LgIndex_t zone, LgIndex_t var) {
+  Zone* const found = ZoneAt(zone);
+  if (found == nullptr || var < 1 || var > static_cast<LgIndex_t>(found->vars.size())) {
+    return nullptr;
+  }
+  return &found->vars[static_cast<std::size_t>(var - 1)];
+}
+
+LgIndex_t FakeHost::AddZone(const Mesh& mesh, StoredType coordinateType) {
+  Frame& frame = ActiveFrame();
+  if (frame.dataSet == nullptr) {
+    frame.dataSet = std::make_shared<DataSet>();
+    frame.dataSet->id = NewUniqueId();
+    frame.dataSet->varNames = {"X", "Y", "Z"};
+  }
+  DataSet& data = *frame.dataSet;
+  Zone zone;
+  zone.name = "zone " + std::to_string(data.zones.size() + 1);
+  zone.mesh = mesh;
+  zone.vars = {CoordinateValues(mesh, &Point::x, coordinateType),
+               CoordinateValues(mesh, &Point::y, coordinateType),
+               CoordinateValues(mesh, &Point::z, coordinateType)};
+  zone.vars.resize(data.varNames.size());
+  data.zones.push_back(zone);
+  return static_cast<LgIndex_t>(data.zones.size());
+}
+
+LgIndex_t FakeHost::AddVariable(const std::string& name, QelValueLocation_e location,
+                                StoredType type,
+                                const std::function<double(LgIndex_t, LgIndex_t)>& value) {
+  DataSet& data = *ActiveData();
+  data.varNames.push_back(name);
+  for (std::size_t zone = 0; zone < data.zones.size(); ++zone) {
+    Values values;
+    values.location = location;
+    values.typeWhenAllocated = type;
+    values.storage = std::make_shared<Storage>(type, CountFor(data.zones[zone].mesh, location));
+    for (std::int64_t i = 0; i < values.storage->count; ++i) {
+      values.storage->Set(i,
+                          value(static_cast<LgIndex_t>(zone + 1), static_cast<LgIndex_t>(i + 1)));
+    }
+    data.zones[zone].vars.push_back(values);
+  }
+  return static_cast<LgIndex_t>(data.varNames.size());
+}
+
+void FakeHost::MakePassive(LgIndex_t zone, LgIndex_t var) { ValuesAt(zone, var)->storage.reset(); }
+
+void FakeHost::Share(LgIndex_t owner, LgIndex_t sharer, LgIndex_t var) {
+  ValuesAt(sharer, var)->storage = ValuesAt(owner, var)->storage;
+}
+
+std::vector<double> FakeHost::ValuesOf(LgIndex_t zone, LgIndex_t var) {
+  const Values* const values = ValuesAt(zone, var);
+  std::vector<double> result;
+  if (values == nullptr || values->storage == nullptr) return result;
+  for (std::int64_t i = 0; i < values->storage->count; ++i)
+    result.push_back(values->storage->Get(i));
+  return result;
+}
+
+QelGeomID_t FakeHost::AddGeometry(Geometry geometry) {
+  geometry.id = NewUniqueId();
+  ActiveFrame().geometries.push_back(geometry);
+  return geometry.id;
+}
+
+void FakeHost::DeleteGeometry(QelGeomID_t id) {
+  std::vector<Geometry>& all = ActiveFrame().geometries;
+  all.erase(std::remove_if(all.begin(), all.end(), [id](const Geometry& g) { return g.id == id; }),
+            all.end());
+}
+
+void FakeHost::SelectGeometry(QelGeomID_t id) {
+  ActiveFrame().pickList.push_back({PickObject_Geom, id});
+}
+
+}  // namespace fakehost
