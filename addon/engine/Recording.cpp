@@ -1,5 +1,6 @@
 #include "CMacroEngine.h"
 #include "HostCheck.h"
+#include "HostLock.h"
 #include "HostOwned.h"
 #include "PickKeywords.h"
 #include "Selvane.h"
@@ -47,6 +48,7 @@ void Selvane::RecordUndoBlank() const { RecordWithoutAttributes(Command_UndoBlan
 void Selvane::RecordPickGeometry() const { RecordWithoutAttributes(Command_PickGeometry); }
 
 void Selvane::RecordView(StandardView view) const {
+  const HostLock lock;
   RecordWithoutAttributes(Command_ViewXY + static_cast<std::int32_t>(view));
   if (QelUtilMacroIsRecordingActive()) {
     MacroEngine.FlushDeferredCommands();
@@ -56,6 +58,7 @@ void Selvane::RecordView(StandardView view) const {
 }
 
 void Selvane::RecordAlterElement() const {
+  const HostLock lock;
   if (!QelUtilMacroIsRecordingActive()) return;
   BeginCommand(Command_AlterElement);
   AddVariableAndModifier();
@@ -64,6 +67,7 @@ void Selvane::RecordAlterElement() const {
 }
 
 void Selvane::RecordBlankElement() const {
+  const HostLock lock;
   if (!QelUtilMacroIsRecordingActive()) return;
   BeginCommand(Command_BlankElement);
   AddZoneAndItem(m_pickedZone, Attribute_Element, m_pickedElement);
@@ -71,6 +75,7 @@ void Selvane::RecordBlankElement() const {
 }
 
 void Selvane::RecordArea() const {
+  const HostLock lock;
   if (!QelUtilMacroIsRecordingActive()) return;
   BeginCommand(m_isBlankMode ? Command_BlankArea : Command_AlterArea);
   if (!m_isBlankMode) AddVariableAndModifier();
@@ -79,6 +84,7 @@ void Selvane::RecordArea() const {
 }
 
 void Selvane::RecordSurface() const {
+  const HostLock lock;
   if (!QelUtilMacroIsRecordingActive()) return;
   BeginCommand(m_isBlankMode ? Command_BlankSurface : Command_AlterSurface);
   if (!m_isBlankMode) AddVariableAndModifier();
