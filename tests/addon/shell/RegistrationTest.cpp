@@ -66,11 +66,6 @@ TEST_F(Registration, AddsOneMenuEntryAfterASeparator) {
   EXPECT_EQ(host.menu[0].mnemonic, 1);
 }
 
-TEST_F(Registration, OffersNothingToAHostWithoutExtensions) {
-  InitQelAddOn113();
-  EXPECT_THAT(host.messageBoxes, IsEmpty());
-}
-
 // What fails, and what has been done by then.
 struct FailingStep {
   const char* rule;
