@@ -9,6 +9,8 @@ build_packages=(
   libvtk9-dev libcli11-dev libfmt-dev libspdlog-dev nlohmann-json3-dev
 )
 test_packages=(libgtest-dev libgmock-dev clang-format binutils)
+# Not needed, so not a reason to install anything; comes along when something else does.
+helpful_packages=(ccache)
 
 die() {
   echo "${0##*/}: $*" >&2
@@ -28,23 +30,26 @@ install_missing() {
     die "this script installs Debian packages and needs apt-get; on another system install by hand: $*"
   local missing
   mapfile -t missing < <(missing_packages "$@")
-  [ ${#missing[@]} -eq 0 ] && return 0
+  [ ${#missing[@]} -gt 0 ] || return 0
+  mapfile -t missing < <(missing_packages "$@" "${helpful_packages[@]}")
   local as_root=()
   if [ "$(id -u)" -ne 0 ]; then
     command -v sudo >/dev/null ||
       die "cannot install without root or sudo; as root run: apt-get install ${missing[*]}"
+    sudo true 2>/dev/null || die "cannot become root with sudo; as root run: apt-get install ${missing[*]}"
     as_root=(sudo)
   fi
   echo "Installing ${missing[*]}"
   local log
   log=$(mktemp)
-  if ! { "${as_root[@]}" apt-get update &&
-    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-      apt-get install -y --no-install-recommends "${missing[@]}"; } >"$log" 2>&1; then
+  # A stale or half-reachable package list is no failure yet: what counts is the installation.
+  "${as_root[@]}" apt-get update >"$log" 2>&1 || true
+  if ! "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y \
+    --no-install-recommends "${missing[@]}" >>"$log" 2>&1; then
     local reason
-    reason=$(grep -m1 -E '^(E|Err|sudo):?' "$log" || tail -n1 "$log")
+    reason=$(grep -m1 -E '^(E|Err|W|sudo):?' "$log" || tail -n1 "$log")
     rm -f "$log"
-    die "cannot install ${missing[*]} (no network, or no right to?): $reason"
+    die "cannot install ${missing[*]}; is there a network? apt-get says: $reason"
   fi
   rm -f "$log"
 }
