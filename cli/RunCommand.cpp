@@ -1,0 +1,166 @@
+// marquell run: plays a journal on data sets and writes the result.
+#include "DataSetFiles.h"
+#include "Host.h"
+#include "Interrupt.h"
+#include "Journal.h"
+#include "Player.h"
+#include "Progress.h"
+#include "RunPlan.h"
+#include "RunReport.h"
+#include "Subcommand.h"
+#include "Terminal.h"
+
+#include <fmt/format.h>
+#include <spdlog/spdlog.h>
+
+#include <chrono>
+#include <memory>
+
+namespace marquell::cli {
+
+namespace {
+
+using qelhost::Host;
+
+class Stopwatch {
+ public:
+  double Seconds() const {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - m_start).count();
+  }
+
+ private:
+  std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+};
+
+/// Opens every input, and comes back to the first: that is where a journal starts.
+std::vector<qelhost::DataSetPtr> OpenInputs(Host& host, const RunOptions& options) {
+  std::vector<qelhost::DataSetPtr> data;
+  for (const std::string& input : options.inputs) {
+    data.push_back(host.OpenFile(input).Data());
+    spdlog::info("{}: {} zones, {} variables", input, data.back()->ZoneCount(),
+                 data.back()->VariableCount());
+  }
+  if (data.size() > 1) qelhost::Player(host).Play("$!FRAME 1");
+  return data;
+}
+
+/// Texts that the add-on shows while a line is played belong to the line.
+void CollectMessages(Host& host, std::vector<std::string>& messages) {
+  host.messages.SetSink(
+      [&messages](const std::string& text, QelMessageBox_e) { messages.push_back(OneLine(text)); });
+}
+
+PlayedLine PlayLine(Host& host, qelhost::Player& player, const qelhost::JournalLine& line) {
+  PlayedLine played;
+  played.line = line;
+  CollectMessages(host, played.messages);
+  const qelhost::LineResult result = player.Play(line.text);
+  host.messages.SetSink(nullptr);
+  played.failure = result.isDone ? "" : OneLine(result.message);
+  played.alterations = result.alterations;
+  played.seconds = result.seconds;
+  return played;
+}
+
+void ReportFailure(const RunOptions& options, const PlayedLine& played) {
+  std::string text = fmt::format("{}:{}: {}: {}", options.journal, played.line.number,
+                                 played.line.text, played.failure);
+  for (const std::string& message : played.messages) text += fmt::format(" ({})", message);
+  PrintError(text);
+}
+
+/// False when a line failed; without --keep-going nothing after it is played.
+bool PlayAll(Host& host, const std::vector<qelhost::JournalLine>& lines, const RunOptions& options,
+             RunRecord& record) {
+  qelhost::Player player(host);
+  player.ReportAlterations(options.summary || !options.report.empty());
+  Progress progress(!options.quiet);
+  bool allDone = true;
+  for (const qelhost::JournalLine& line : lines) {
+    progress.Show(record.lines.size(), lines.size(), "lines played");
+    record.lines.push_back(PlayLine(host, player, line));
+    const PlayedLine& played = record.lines.back();
+    spdlog::debug("line {} took {:.3f} s", line.number, played.seconds);
+    if (played.failure.empty()) {
+      for (const std::string& message : played.messages) {
+        progress.Clear();
+        spdlog::warn("{}:{}: {}", options.journal, line.number, message);
+      }
+      continue;
+    }
+    progress.Clear();
+    ReportFailure(options, played);
+    allDone = false;
+    if (!options.keepGoing) return false;
+  }
+  return allDone;
+}
+
+void WriteResults(const std::vector<qelhost::DataSetPtr>& data,
+                  const std::vector<std::string>& targets, const RunOptions& options,
+                  RunRecord& record) {
+  if (targets.empty()) return;
+  const Stopwatch watch;
+  const qelhost::WriteOptions writeOptions{options.force};
+  if (targets.size() > 1) MakeOutputFolder(options);
+  for (std::size_t i = 0; i < targets.size(); ++i) {
+    qelhost::WriteDataSet(*data[i], targets[i], writeOptions);
+    record.written.push_back(targets[i]);
+    spdlog::info("{}: written", targets[i]);
+  }
+  record.writeSeconds = watch.Seconds();
+}
+
+void Tell(const RunOptions& options, const RunRecord& record) {
+  if (options.summary) Print(SummaryText(record));
+  if (!options.report.empty()) WriteReport(options, record);
+}
+
+int Run(const RunOptions& options) {
+  StartLog(options.quiet     ? Verbosity::kQuiet
+           : options.verbose ? Verbosity::kVerbose
+                             : Verbosity::kNormal);
+  const std::vector<std::string> targets = PlanTargets(options);
+  const std::vector<qelhost::JournalLine> lines = qelhost::ReadJournal(options.journal);
+
+  RunRecord record;
+  Host& host = Host::Instance();
+  host.LoadAddOns(options.addOns);
+  const Stopwatch readWatch;
+  const std::vector<qelhost::DataSetPtr> data = OpenInputs(host, options);
+  record.readSeconds = readWatch.Seconds();
+  if (targets.size() == 1) {
+    qelhost::CheckWritable(*data[0], targets[0], qelhost::WriteOptions{options.force});
+  }
+
+  const bool allDone = PlayAll(host, lines, options, record);
+  if (allDone || options.keepGoing) {
+    const HoldInterrupts hold;
+    WriteResults(data, targets, options, record);
+  }
+  Tell(options, record);
+  host.Quit();
+  return allDone ? kDone : kLineFailed;
+}
+
+}  // namespace
+
+std::function<int()> DefineRun(CLI::App& app) {
+  auto options = std::make_shared<RunOptions>();
+  app.add_option("JOURNAL", options->journal, "Commands to play, one a line")->required();
+  app.add_option("FILE", options->inputs, "Data sets to play them on, a frame each")->required();
+  app.add_option("-o,--output", options->output,
+                 "File to write, in the format of its extension; a folder for several data sets");
+  app.add_option("--report", options->report, "Write what each line did to this file, as JSON");
+  app.add_flag("--summary", options->summary, "Print what each line did");
+  app.add_flag("--dry-run", options->dryRun, "Play, and write no data set");
+  app.add_flag("--keep-going", options->keepGoing, "Go on, and write, after a line has failed");
+  app.add_flag("--force", options->force, "Replace files that exist");
+  app.add_option("--add-on", options->addOns, "Add-on to load instead of those found by themselves")
+      ->allow_extra_args(false);
+  CLI::Option* quiet = app.add_flag("--quiet", options->quiet, "Say nothing but errors");
+  app.add_flag("--verbose", options->verbose, "Say what is done")->excludes(quiet);
+  return [options] { return Run(*options); };
+}
+
+}  // namespace marquell::cli

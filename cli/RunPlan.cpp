@@ -1,0 +1,139 @@
+#include "RunPlan.h"
+
+#include "DataSetFiles.h"
+#include "Terminal.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <set>
+
+#include <unistd.h>
+
+namespace marquell::cli {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string LowerExtension(const fs::path& path) {
+  std::string extension = path.extension().string();
+  std::transform(extension.begin(), extension.end(), extension.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return extension;
+}
+
+const qelhost::FormatHelp* FindFormat(const std::vector<qelhost::FormatHelp>& formats,
+                                      const std::string& extension) {
+  const auto found = std::find_if(formats.begin(), formats.end(), [&](const auto& format) {
+    return format.extension == extension;
+  });
+  return found == formats.end() ? nullptr : &*found;
+}
+
+void RequireWritableFormat(const std::string& target) {
+  const std::string extension = LowerExtension(target);
+  const std::vector<qelhost::FormatHelp> formats = qelhost::KnownFormats();
+  const qelhost::FormatHelp* format = FindFormat(formats, extension);
+  if (format == nullptr) {
+    throw UsageError(extension.empty()
+                         ? fmt::format("{}: has no extension that names a file format", target)
+                         : fmt::format("{}: {} is no known file format", target, extension));
+  }
+  if (!format->writable) {
+    throw UsageError(fmt::format("{}: {} files can be read only; write {} instead", target,
+                                 extension, format->writtenAs));
+  }
+}
+
+/// The file name of an input, with an extension that can be written.
+std::string NameInFolder(const fs::path& input) {
+  const std::vector<qelhost::FormatHelp> formats = qelhost::KnownFormats();
+  const qelhost::FormatHelp* format = FindFormat(formats, LowerExtension(input));
+  fs::path name = input.filename();
+  if (format != nullptr && !format->writable) name.replace_extension(format->writtenAs);
+  return name.string();
+}
+
+std::vector<std::string> TargetsInFolder(const RunOptions& options) {
+  std::vector<std::string> targets;
+  std::set<std::string> names;
+  for (const std::string& input : options.inputs) {
+    const std::string name = NameInFolder(input);
+    if (!names.insert(name).second) {
+      throw UsageError(fmt::format("{}: another input would be written as {} too", input, name));
+    }
+    targets.push_back((fs::path(options.output) / name).string());
+  }
+  return targets;
+}
+
+void RequireFolder(const fs::path& folder, const std::string& target) {
+  const fs::path place = folder.empty() ? fs::path(".") : folder;
+  std::error_code error;
+  if (!fs::is_directory(place, error)) {
+    throw TargetError(
+        fmt::format("{}: cannot be written: {} is no folder", target, place.string()));
+  }
+  if (access(place.c_str(), W_OK | X_OK) != 0) {
+    throw TargetError(fmt::format("{}: cannot be written: {}", target, std::strerror(errno)));
+  }
+}
+
+void RequireFree(const std::string& target, bool force) {
+  std::error_code error;
+  const fs::file_status status = fs::symlink_status(target, error);
+  if (!fs::exists(status)) return;
+  if (fs::is_directory(target, error)) {
+    throw TargetError(fmt::format("{}: cannot be written: is a folder", target));
+  }
+  if (!force) {
+    throw TargetError(fmt::format("{}: exists already; --force replaces it", target));
+  }
+}
+
+}  // namespace
+
+std::vector<std::string> PlanTargets(const RunOptions& options) {
+  if (!options.report.empty()) {
+    RequireFree(options.report, options.force);
+    RequireFolder(fs::path(options.report).parent_path(), options.report);
+  }
+  if (options.dryRun) return {};
+  if (options.output.empty()) throw UsageError("--output is required unless --dry-run is given");
+
+  if (options.inputs.size() == 1) {
+    RequireWritableFormat(options.output);
+    RequireFree(options.output, options.force);
+    RequireFolder(fs::path(options.output).parent_path(), options.output);
+    return {options.output};
+  }
+
+  const std::vector<std::string> targets = TargetsInFolder(options);
+  std::error_code error;
+  const bool folderExists = fs::exists(options.output, error);
+  if (folderExists) {
+    RequireFolder(options.output, options.output);
+  } else {
+    RequireFolder(fs::path(options.output).parent_path(), options.output);
+  }
+  for (const std::string& target : targets) {
+    RequireWritableFormat(target);
+    RequireFree(target, options.force);
+  }
+  return targets;
+}
+
+void MakeOutputFolder(const RunOptions& options) {
+  std::error_code error;
+  fs::create_directory(options.output, error);
+  if (error) {
+    throw TargetError(fmt::format("{}: cannot be made: {}", options.output, error.message()));
+  }
+}
+
+}  // namespace marquell::cli

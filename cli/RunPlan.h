@@ -1,0 +1,34 @@
+// Where the results of a run go, settled before any long work.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace marquell::cli {
+
+struct RunOptions {
+  std::string journal;
+  std::vector<std::string> inputs;
+  std::string output;
+  std::string report;
+  std::vector<std::string> addOns;
+  bool summary = false;
+  bool dryRun = false;
+  bool keepGoing = false;
+  bool force = false;
+  bool quiet = false;
+  bool verbose = false;
+};
+
+/// One target an input, in the inputs' order; none in a dry run. Several inputs go under their own
+/// names into the folder that the output names.
+///
+/// throws  UsageError, and TargetError for a target that exists or cannot be made
+std::vector<std::string> PlanTargets(const RunOptions& options);
+
+/// Makes the folder for several results.
+///
+/// throws  TargetError
+void MakeOutputFolder(const RunOptions& options);
+
+}  // namespace marquell::cli

@@ -1,0 +1,95 @@
+#include "RunReport.h"
+
+#include "Terminal.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+#include <nlohmann/json.hpp>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+
+namespace marquell::cli {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+const char* LocationName(QelValueLocation_e location) {
+  return location == ValueLocation_CellCentered ? "cells" : "nodes";
+}
+
+std::string RangeText(const qelhost::Range& range) {
+  if (!range.hasValues) return "no values";
+  return fmt::format("{} to {}", Number(range.min), Number(range.max));
+}
+
+std::string AlterationText(const qelhost::Alteration& alteration) {
+  return fmt::format("      {} in zone{} {}: {} {} picked, {} changed; was {}, is {}\n",
+                     alteration.variableName, alteration.zones.size() == 1 ? "" : "s",
+                     fmt::join(alteration.zones, ", "), alteration.pickedCount,
+                     LocationName(alteration.location), alteration.changedCount,
+                     RangeText(alteration.before), RangeText(alteration.after));
+}
+
+Json RangeJson(const qelhost::Range& range) {
+  if (!range.hasValues) return nullptr;
+  return {{"min", range.min}, {"max", range.max}};
+}
+
+Json AlterationJson(const qelhost::Alteration& alteration) {
+  return {{"variable", alteration.variableName}, {"location", LocationName(alteration.location)},
+          {"zones", alteration.zones},           {"picked", alteration.pickedCount},
+          {"changed", alteration.changedCount},  {"before", RangeJson(alteration.before)},
+          {"after", RangeJson(alteration.after)}};
+}
+
+Json LineJson(const PlayedLine& played) {
+  Json json = {{"line", played.line.number},
+               {"command", played.line.text},
+               {"done", played.failure.empty()},
+               {"seconds", played.seconds}};
+  if (!played.failure.empty()) json["failure"] = played.failure;
+  if (!played.messages.empty()) json["messages"] = played.messages;
+  json["changes"] = Json::array();
+  for (const qelhost::Alteration& alteration : played.alterations) {
+    json["changes"].push_back(AlterationJson(alteration));
+  }
+  return json;
+}
+
+}  // namespace
+
+std::string SummaryText(const RunRecord& record) {
+  std::string text;
+  for (const PlayedLine& played : record.lines) {
+    text += fmt::format("{:>4}  {}\n", played.line.number, played.line.text);
+    if (!played.failure.empty()) text += fmt::format("      failed: {}\n", played.failure);
+    for (const qelhost::Alteration& alteration : played.alterations) {
+      text += AlterationText(alteration);
+    }
+  }
+  return text;
+}
+
+void WriteReport(const RunOptions& options, const RunRecord& record) {
+  Json json = {{"journal", options.journal},          {"inputs", options.inputs},
+               {"written", record.written},           {"readSeconds", record.readSeconds},
+               {"writeSeconds", record.writeSeconds}, {"lines", Json::array()}};
+  for (const PlayedLine& played : record.lines) json["lines"].push_back(LineJson(played));
+
+  const std::string part = options.report + ".part";
+  std::ofstream file(part, std::ios::binary | std::ios::trunc);
+  // File names need not be UTF-8, JSON must be.
+  file << json.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+  file.close();
+  if (!file || std::rename(part.c_str(), options.report.c_str()) != 0) {
+    const std::string reason = std::strerror(errno);
+    std::remove(part.c_str());
+    throw TargetError(fmt::format("{}: cannot be written: {}", options.report, reason));
+  }
+}
+
+}  // namespace marquell::cli
