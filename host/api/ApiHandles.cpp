@@ -1,0 +1,52 @@
+#include "ApiHandles.h"
+
+#include <limits>
+#include <unordered_set>
+
+namespace qelhost {
+
+QelFieldData* ReferenceTable::HandOutField(const DataSetPtr& data, const Zone* zone,
+                                           QelFieldData* field) {
+  if (field != nullptr) m_references[field] = {data, zone, true};
+  return field;
+}
+
+bool ReferenceTable::Has(const void* reference) const {
+  const auto found = m_references.find(reference);
+  return found != m_references.end() && !found->second.data.expired();
+}
+
+void ReferenceTable::ForgetReplacedFields(const Zone& zone) {
+  std::unordered_set<const void*> held;
+  for (const Field& field : zone.fields) {
+    held.insert(field.view.get());
+    held.insert(field.atNodes.get());
+  }
+  for (auto entry = m_references.begin(); entry != m_references.end();) {
+    const Owner& owner = entry->second;
+    const bool isGone = owner.zone == &zone && owner.isField && held.count(entry->first) == 0;
+    entry = isGone ? m_references.erase(entry) : std::next(entry);
+  }
+}
+
+void ReferenceTable::ForgetZone(const Zone* zone) {
+  for (auto entry = m_references.begin(); entry != m_references.end();) {
+    entry = entry->second.zone == zone ? m_references.erase(entry) : std::next(entry);
+  }
+}
+
+Handles& TheHandles() {
+  static Handles handles;
+  return handles;
+}
+
+bool IndicesOf(const QelSet* set, std::vector<LgIndex_t>& indices) {
+  if (!TheHandles().sets.Has(set)) return false;
+  for (const SetIndex_t member : set->members) {
+    if (member > std::numeric_limits<LgIndex_t>::max()) return false;
+    indices.push_back(static_cast<LgIndex_t>(member));
+  }
+  return true;
+}
+
+}  // namespace qelhost

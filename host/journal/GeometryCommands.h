@@ -1,0 +1,13 @@
+#pragma once
+
+#include "HostCommands.h"
+
+#include <string>
+
+namespace qelhost {
+
+/// "$!GEOMETRY ...": drawing, selecting, moving and deleting the figures on a frame. Coordinates
+/// are grid coordinates; a polyline's points are relative to its anchor.
+CommandAction ParseGeometry(const std::string& rest);
+
+}  // namespace qelhost

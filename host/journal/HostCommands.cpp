@@ -1,0 +1,244 @@
+#include "HostCommands.h"
+
+#include "GeometryCommands.h"
+#include "Host.h"
+#include "PlotActions.h"
+
+#include "FileError.h"
+
+#include "qelvane/Keywords.h"
+
+#include <algorithm>
+#include <map>
+
+namespace qelhost {
+
+namespace {
+
+void Demand(bool isDone, const std::string& reason) {
+  if (!isDone) throw CommandError(reason);
+}
+
+CommandAction ParsePlotType(const std::string& rest) {
+  static const std::map<std::string, QelPlotType_e> types = {{"CARTESIAN3D", PlotType_Cartesian3D},
+                                                             {"CARTESIAN2D", PlotType_Cartesian2D},
+                                                             {"LINE", PlotType_Line},
+                                                             {"POLAR", PlotType_Polar},
+                                                             {"SKETCH", PlotType_Sketch}};
+  const CommandText text = ParseCommandText(rest);
+  text.Allow(1, {});
+  const auto type = types.find(text.Word(0, "the plot type"));
+  if (type == types.end()) throw CommandError("there is no plot type " + text.words[0]);
+  return
+      [type = type->second](Host& host) { Demand(SetPlotType(host, type), "there is no frame"); };
+}
+
+CommandAction ParseView(const std::string& rest) {
+  const CommandText text = ParseCommandText(rest);
+  if (!text.words.empty()) {
+    text.Allow(1, {});
+    if (text.words[0] != "FIT" && text.words[0] != "FITSURFACES") {
+      throw CommandError("\"" + text.words[0] + "\" is not understood");
+    }
+    return [](Host& host) { Demand(FitView(host), "there is no frame"); };
+  }
+  text.Allow(0, {"PSI", "ALPHA", "THETA", "ORIGINX", "ORIGINY", "ORIGINZ"});
+  if (text.values.empty()) throw CommandError("FIT, FITSURFACES or angles are missing");
+  std::map<std::string, double> numbers;
+  for (const auto& [name, value] : text.values) numbers[name] = NumberOf(value, name);
+  return [numbers](Host& host) {
+    Demand(host.frames.Active() != nullptr, "there is no frame");
+    View view = host.frames.Active()->view;
+    const auto take = [&numbers](const char* name, double& target) {
+      const auto number = numbers.find(name);
+      if (number != numbers.end()) target = number->second;
+    };
+    take("PSI", view.psiDeg);
+    take("ALPHA", view.alphaDeg);
+    take("THETA", view.thetaDeg);
+    take("ORIGINX", view.origin[0]);
+    take("ORIGINY", view.origin[1]);
+    take("ORIGINZ", view.origin[2]);
+    SetView(host, view);
+  };
+}
+
+/// The settings of "VALUE{...}", which addons record without its closing brace.
+struct BlankingSetting {
+  StyleAddress address;
+  double value = 0.0;
+};
+
+std::vector<BlankingSetting> BlankingSettings(const CommandText& text) {
+  std::vector<std::string> path = {SV_BLANKING, SV_VALUE};
+  LgIndex_t constraint = 0;
+  if (text.words.size() > 1) {
+    if (text.words[1] != SV_CONSTRAINT) {
+      throw CommandError("\"" + text.words[1] + "\" is not understood");
+    }
+    constraint = text.Count(2, "the constraint's number");
+    path.emplace_back(SV_CONSTRAINT);
+  }
+  std::vector<BlankingSetting> settings;
+  for (const auto& [name, value] : text.values) {
+    BlankingSetting setting{{path, constraint, {}}, 0.0};
+    setting.address.path.push_back(name);
+    const bool isFlag = name == SV_INCLUDE || name == SV_BLANKENTIRECELL;
+    setting.value = isFlag ? (text.Flag(name) ? 1.0 : 0.0) : text.Number(name);
+    settings.push_back(setting);
+  }
+  return settings;
+}
+
+CommandAction ParseBlanking(const std::string& rest) {
+  std::string plain = rest;
+  std::replace_if(
+      plain.begin(), plain.end(), [](char c) { return c == '{' || c == '}'; }, ' ');
+  const CommandText text = ParseCommandText(plain);
+  if (text.Word(0, "VALUE") != SV_VALUE) {
+    throw CommandError("\"" + text.words[0] + "\" is not understood");
+  }
+  const std::vector<BlankingSetting> settings = BlankingSettings(text);
+  if (settings.empty()) throw CommandError("a setting is missing");
+  return [settings](Host& host) {
+    Demand(host.frames.Active() != nullptr, "there is no frame");
+    for (const BlankingSetting& setting : settings) {
+      const QelSetValueResult_e result =
+          ApplyStyle(host, setting.address, static_cast<ArbParam_t>(setting.value), setting.value);
+      const std::string& name = setting.address.path.back();
+      Demand(result != SetValueResult_SyntaxError, "there is no blanking setting " + name);
+      Demand(result != SetValueResult_ValueError, name + " cannot be set to this value");
+    }
+  };
+}
+
+CommandAction ParseZone(const std::string& rest) {
+  const CommandText text = ParseCommandText(rest);
+  text.Allow(1, {"ACTIVE"});
+  const LgIndex_t zone = text.Count(0, "the zone's number");
+  const bool isActive = text.Flag("ACTIVE");
+  return [zone, isActive](Host& host) {
+    Demand(SetZonesActive(host, {zone}, isActive ? AssignOp_PlusEquals : AssignOp_MinusEquals),
+           "there is no zone " + std::to_string(zone));
+  };
+}
+
+CommandAction ParseTime(const std::string& rest) {
+  const CommandText text = ParseCommandText(rest);
+  text.Allow(1, {});
+  const double time = NumberOf(text.Word(0, "the time"), "the time");
+  return [time](Host& host) { Demand(SetSolutionTime(host, time), "there is no frame"); };
+}
+
+CommandAction ParseFrame(const std::string& rest) {
+  const CommandText text = ParseCommandText(rest);
+  text.Allow(1, {});
+  const LgIndex_t n = text.Count(0, "the frame's number");
+  return [n](Host& host) {
+    const Frame* const frame = host.frames.At(n);
+    Demand(frame != nullptr, "there is no frame " + std::to_string(n));
+    ActivateFrame(host, frame->Id());
+  };
+}
+
+CommandAction ParseLayer(const std::string& rest) {
+  const CommandText text = ParseCommandText(rest);
+  if (!text.words.empty() || text.values.empty()) {
+    throw CommandError("a layer and YES or NO are missing, as in SHOWMESH=YES");
+  }
+  std::vector<std::pair<Layer, bool>> layers;
+  for (const auto& [name, value] : text.values) {
+    Layer layer{};
+    if (!LayerOfKeyword(name, layer)) throw CommandError("there is no layer " + name);
+    layers.emplace_back(layer, text.Flag(name));
+  }
+  return [layers](Host& host) {
+    for (const auto& [layer, isActive] : layers) {
+      Demand(SetLayerActive(host, layer, isActive), "there is no frame");
+    }
+  };
+}
+
+CommandAction ParseOpen(const std::string& rest) {
+  const std::size_t first = rest.find_first_not_of(" \t");
+  if (first == std::string::npos) throw CommandError("the file is missing");
+  std::string file = rest.substr(first);
+  if (file.size() > 1 && file.front() == '"' && file.back() == '"') {
+    file = file.substr(1, file.size() - 2);
+  }
+  return [file](Host& host) {
+    try {
+      host.OpenFile(file);
+    } catch (const FileError& e) {
+      throw CommandError(e.what());
+    }
+  };
+}
+
+CommandAction ParseHistory(const std::string& rest) {
+  ParseCommandText(rest).Allow(0, {});
+  return [](Host&) { throw CommandError("a run without a window keeps no history"); };
+}
+
+struct HostCommand {
+  const char* name;
+  const char* usage;
+  CommandAction (*parse)(const std::string& rest);
+};
+
+constexpr HostCommand kCommands[] = {
+    {"PLOTTYPE", "CARTESIAN2D|CARTESIAN3D|LINE|POLAR|SKETCH", ParsePlotType},
+    {"VIEW", "FIT|FITSURFACES|PSI=deg ALPHA=deg THETA=deg ORIGINX=x ORIGINY=y ORIGINZ=z",
+     ParseView},
+    {"BLANKING", "VALUE{setting = value ...}|VALUE{CONSTRAINT n {setting = value ...}}",
+     ParseBlanking},
+    {"GEOMETRY",
+     "RECTANGLE|SQUARE|CIRCLE|ELLIPSE|POLYLINE X=x Y=y ...|SELECT n|MOVE n X=x Y=y|DELETE n",
+     ParseGeometry},
+    {"ZONE", "n ACTIVE=YES|NO", ParseZone},
+    {"TIME", "t", ParseTime},
+    {"FRAME", "n", ParseFrame},
+    {"LAYER", "SHOWEDGE|SHOWMESH|SHOWSHADE|SHOWCONTOUR|SHOWSCATTER|SHOWVECTOR=YES|NO", ParseLayer},
+    {"OPEN", "\"file\"", ParseOpen},
+    {"UNDO", "", ParseHistory},
+    {"REDO", "", ParseHistory},
+};
+
+constexpr char kPrefix[] = "$!";
+
+}  // namespace
+
+bool IsHostCommand(const std::string& line) { return line.rfind(kPrefix, 0) == 0; }
+
+CommandAction ParseHostCommand(const std::string& line) {
+  const std::string text = line.substr(0, line.find_first_of("\r\n"));
+  if (!IsHostCommand(text)) throw CommandError("a host command begins with $!");
+  const std::size_t first = sizeof kPrefix - 1;
+  const std::size_t end = std::min(text.find_first_of(" \t", first), text.size());
+  const std::string name = UpperCase(text.substr(first, end - first));
+  for (const HostCommand& command : kCommands) {
+    if (name != command.name) continue;
+    try {
+      return command.parse(text.substr(end));
+    } catch (const CommandError& e) {
+      throw CommandError(kPrefix + name + ": " + e.what());
+    }
+  }
+  throw CommandError("there is no host command " + text.substr(0, end));
+}
+
+void RunHostCommand(Host& host, const std::string& line) {
+  const CommandAction action = ParseHostCommand(line);
+  const HostAction lock(host.lock);
+  action(host);
+}
+
+std::vector<HostCommandHelp> KnownHostCommands() {
+  std::vector<HostCommandHelp> commands;
+  for (const HostCommand& command : kCommands) {
+    commands.push_back({std::string(kPrefix) + command.name, command.usage});
+  }
+  return commands;
+}
+
+}  // namespace qelhost

@@ -1,0 +1,110 @@
+#include "Journal.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+namespace qelhost {
+
+namespace {
+
+constexpr char kByteOrderMark[] = "\xEF\xBB\xBF";
+
+/// The bytes of the UTF-8 sequence at text[at]; 0 when it is none.
+std::size_t SequenceLength(const std::string& text, std::size_t at) {
+  const auto byte = [&text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+  const unsigned char lead = byte(at);
+  std::size_t length = 0;
+  if (lead < 0x80) {
+    return lead == 0 ? 0 : 1;
+  } else if (lead >= 0xC2 && lead <= 0xDF) {
+    length = 2;
+  } else if (lead >= 0xE0 && lead <= 0xEF) {
+    length = 3;
+  } else if (lead >= 0xF0 && lead <= 0xF4) {
+    length = 4;
+  } else {
+    return 0;
+  }
+  if (at + length > text.size()) return 0;
+  for (std::size_t i = 1; i < length; ++i) {
+    if ((byte(at + i) & 0xC0) != 0x80) return 0;
+  }
+  // Overlong forms, surrogates and what lies past the last code point.
+  const unsigned char second = byte(at + 1);
+  if ((lead == 0xE0 && second < 0xA0) || (lead == 0xED && second > 0x9F) ||
+      (lead == 0xF0 && second < 0x90) || (lead == 0xF4 && second > 0x8F)) {
+    return 0;
+  }
+  return length;
+}
+
+bool IsText(const std::string& line) {
+  for (std::size_t at = 0; at < line.size();) {
+    const std::size_t length = SequenceLength(line, at);
+    if (length == 0) return false;
+    at += length;
+  }
+  return true;
+}
+
+std::string Trimmed(const std::string& line) {
+  constexpr char kBlanks[] = " \t\r";
+  const std::size_t first = line.find_first_not_of(kBlanks);
+  if (first == std::string::npos) return {};
+  return line.substr(first, line.find_last_not_of(kBlanks) - first + 1);
+}
+
+}  // namespace
+
+std::vector<JournalLine> ParseJournal(const std::string& text, const std::string& name) {
+  std::istringstream lines(text.rfind(kByteOrderMark, 0) == 0 ? text.substr(3) : text);
+  std::vector<JournalLine> journal;
+  int number = 0;
+  for (std::string line; std::getline(lines, line);) {
+    ++number;
+    if (!IsText(line)) {
+      throw JournalError(name + ":" + std::to_string(number) + ": is not UTF-8 text");
+    }
+    const std::string command = Trimmed(line);
+    if (!command.empty() && command.front() != '#') journal.push_back({number, command});
+  }
+  return journal;
+}
+
+std::vector<JournalLine> ReadJournal(const std::string& path) {
+  std::error_code error;
+  if (std::filesystem::is_directory(path, error)) {
+    throw JournalError(path + ": is a folder, not a journal");
+  }
+  std::ifstream file(path, std::ios::binary);
+  if (!file) throw JournalError(path + ": cannot be read: " + std::strerror(errno));
+  std::ostringstream text;
+  text << file.rdbuf();
+  if (file.bad()) throw JournalError(path + ": cannot be read: " + std::strerror(errno));
+  return ParseJournal(text.str(), path);
+}
+
+void WriteJournal(const std::string& path, const std::vector<std::string>& lines) {
+  const std::string part = path + ".part";
+  {
+    std::ofstream file(part, std::ios::binary | std::ios::trunc);
+    for (const std::string& line : lines) file << line << '\n';
+    file.close();
+    if (!file) {
+      const std::string reason = std::strerror(errno);
+      std::remove(part.c_str());
+      throw JournalError(path + ": cannot be written: " + reason);
+    }
+  }
+  if (std::rename(part.c_str(), path.c_str()) != 0) {
+    const std::string reason = std::strerror(errno);
+    std::remove(part.c_str());
+    throw JournalError(path + ": cannot be written: " + reason);
+  }
+}
+
+}  // namespace qelhost

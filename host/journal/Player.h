@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Host.h"
+
+#include <string>
+#include <vector>
+
+namespace qelhost {
+
+/// What a played line did.
+struct LineResult {
+  bool isDone = false;
+  std::string message;                  ///< why it was not done
+  std::vector<Alteration> alterations;  ///< empty unless asked for
+  double seconds = 0.0;
+};
+
+/// Plays a journal line by line: the host's own commands, and add-on lines ("NAME COMMAND"), which
+/// are handed over unchanged. After each line the idle queue runs.
+class Player {
+ public:
+  explicit Player(Host& host) : m_host(host) {}
+
+  /// Whether results say what was altered; costs a pass over each field before and after.
+  void ReportAlterations(bool on) { m_isReporting = on; }
+
+  LineResult Play(const std::string& line);
+
+  /// Understands the line without touching data. Empty when it is good, else what is wrong with it.
+  std::string Check(const std::string& line) const;
+
+ private:
+  void PlayAddOnLine(const std::string& line, LineResult& result);
+
+  Host& m_host;
+  bool m_isReporting = false;
+};
+
+}  // namespace qelhost

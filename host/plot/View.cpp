@@ -1,0 +1,75 @@
+#include "View.h"
+
+#include <cmath>
+
+namespace qelhost {
+
+namespace {
+
+using Matrix = std::array<double, 9>;
+
+struct SineCosine {
+  double sine;
+  double cosine;
+};
+
+/// A view along an axis must not smear the other coordinates into the plane by an ulp.
+SineCosine OfDegrees(double angleDeg) {
+  constexpr double kRadiansPerDegree = 0.017453292519943295;
+  const double quarters = angleDeg / 90.0;
+  if (quarters == std::nearbyint(quarters)) {
+    static constexpr std::array<SineCosine, 4> kQuarters{{{0, 1}, {1, 0}, {0, -1}, {-1, 0}}};
+    const auto quarter = static_cast<long long>(quarters) % 4;
+    return kQuarters[static_cast<std::size_t>((quarter + 4) % 4)];
+  }
+  return {std::sin(angleDeg * kRadiansPerDegree), std::cos(angleDeg * kRadiansPerDegree)};
+}
+
+Matrix AboutX(double angleDeg) {
+  const auto [s, c] = OfDegrees(angleDeg);
+  return {1, 0, 0, 0, c, -s, 0, s, c};
+}
+
+Matrix AboutZ(double angleDeg) {
+  const auto [s, c] = OfDegrees(angleDeg);
+  return {c, -s, 0, s, c, 0, 0, 0, 1};
+}
+
+Matrix Product(const Matrix& a, const Matrix& b) {
+  Matrix product{};
+  for (std::size_t row = 0; row < 3; ++row) {
+    for (std::size_t column = 0; column < 3; ++column) {
+      for (std::size_t i = 0; i < 3; ++i) {
+        product[3 * row + column] += a[3 * row + i] * b[3 * i + column];
+      }
+    }
+  }
+  return product;
+}
+
+}  // namespace
+
+bool operator==(const View& a, const View& b) {
+  return HaveSameProjection(a, b) && a.magnification == b.magnification &&
+         a.translation == b.translation;
+}
+
+bool HaveSameProjection(const View& a, const View& b) {
+  return a.psiDeg == b.psiDeg && a.alphaDeg == b.alphaDeg && a.thetaDeg == b.thetaDeg &&
+         a.origin == b.origin;
+}
+
+Projection ProjectionOf(const View& view) {
+  return {Product(AboutZ(view.thetaDeg), Product(AboutX(-view.psiDeg), AboutZ(view.alphaDeg))),
+          view.origin};
+}
+
+double AddDegrees(double angleDeg, double addedDeg) {
+  constexpr double kRounding = 1e-9;
+  double sum = std::fmod(angleDeg + addedDeg, 360.0);
+  const double whole = std::nearbyint(sum);
+  if (std::fabs(sum - whole) < kRounding) sum = whole;
+  return sum == 0.0 ? 0.0 : sum;
+}
+
+}  // namespace qelhost

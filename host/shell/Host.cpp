@@ -1,0 +1,109 @@
+#include "Host.h"
+
+#include "DataSetFiles.h"
+#include "PlotActions.h"
+
+#include "qelvane/Keywords.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace qelhost {
+
+Host& Host::Instance() {
+  static Host host;
+  return host;
+}
+
+Frame& Host::OpenFile(const std::string& path) {
+  // Read first: a file that cannot be read leaves the frames as they are.
+  DataSetPtr data = ReadDataSet(path);
+  Frame& frame = ShowDataSet(std::move(data));
+  frame.fileName = path;
+  return frame;
+}
+
+Frame& Host::ShowDataSet(DataSetPtr data) {
+  const HostAction action(lock);
+  const QelPlotType_e typeBefore =
+      frames.Active() == nullptr ? PlotType_None : frames.Active()->plotType;
+  Frame& frame = frames.Add();
+  notices.Send(StateChange_NewActiveFrame);
+  frame.Show(std::move(data));
+  notices.Send(StateChange_DataSetReset);
+  if (frame.plotType != typeBefore) notices.SendStyle({SV_PLOTTYPE});
+  return frame;
+}
+
+void Host::CloseAll() {
+  const HostAction action(lock);
+  frames.Clear();
+  notices.Send(StateChange_NewLayout);
+  notices.Send(StateChange_FrameDeleted);
+}
+
+void Host::LoadAddOns(const std::vector<std::string>& files) {
+  for (const std::string& file : files.empty() ? AddOnFilesToLoad() : files) {
+    LoadAddOnLibrary(file);
+  }
+}
+
+void Host::Quit() {
+  const HostAction action(lock);
+  notices.Send(StateChange_QuitHost);
+}
+
+void AlterationWatch::Start() {
+  m_isOn = true;
+  m_watched.clear();
+}
+
+void AlterationWatch::BeforeWriting(const DataSetPtr& data, LgIndex_t zone, LgIndex_t variable) {
+  if (!m_isOn || data == nullptr) return;
+  for (const Watched& watched : m_watched) {
+    if (watched.data == data && watched.zone == zone && watched.variable == variable) return;
+  }
+  m_watched.push_back(
+      {data, zone, variable, data->ZoneRange(zone, variable), data->ZoneWrites(zone, variable)});
+}
+
+namespace {
+
+void Widen(Range& range, const Range& by) {
+  if (!by.hasValues) return;
+  if (!range.hasValues) {
+    range = by;
+    return;
+  }
+  range.min = std::min(range.min, by.min);
+  range.max = std::max(range.max, by.max);
+}
+
+}  // namespace
+
+std::vector<Alteration> AlterationWatch::Finish() {
+  m_isOn = false;
+  std::vector<Alteration> alterations;
+  std::map<std::pair<const DataSet*, LgIndex_t>, std::size_t> places;
+  for (const Watched& watched : m_watched) {
+    const WriteTally now = watched.data->ZoneWrites(watched.zone, watched.variable);
+    const std::int64_t picked = now.writes - watched.tallyBefore.writes;
+    if (picked == 0) continue;
+    const auto [place, isFirst] =
+        places.emplace(std::make_pair(watched.data.get(), watched.variable), alterations.size());
+    if (isFirst) alterations.emplace_back();
+    Alteration& alteration = alterations[place->second];
+    alteration.variable = watched.variable;
+    alteration.variableName = watched.data->FindVariable(watched.variable)->name;
+    alteration.location = watched.data->FindField(watched.zone, watched.variable)->location;
+    alteration.zones.push_back(watched.zone);
+    alteration.pickedCount += picked;
+    alteration.changedCount += now.changed - watched.tallyBefore.changed;
+    Widen(alteration.before, watched.before);
+    Widen(alteration.after, watched.data->ZoneRange(watched.zone, watched.variable));
+  }
+  m_watched.clear();
+  return alterations;
+}
+
+}  // namespace qelhost

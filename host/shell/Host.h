@@ -1,0 +1,109 @@
+#pragma once
+
+#include "AddOns.h"
+#include "DialogModel.h"
+#include "Frame.h"
+#include "Interaction.h"
+#include "LockStack.h"
+#include "Menus.h"
+#include "Messages.h"
+#include "Notices.h"
+#include "Recorder.h"
+#include "StringTable.h"
+
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace qelhost {
+
+/// What one played line did to one variable.
+///
+/// pickedCount   values written, in all zones
+/// changedCount  of these, the ones whose stored number is another one now
+/// before,after  the range over the zones written to
+struct Alteration {
+  LgIndex_t variable = 0;
+  std::string variableName;
+  QelValueLocation_e location = ValueLocation_Nodal;
+  std::vector<LgIndex_t> zones;
+  std::int64_t pickedCount = 0;
+  std::int64_t changedCount = 0;
+  Range before;
+  Range after;
+};
+
+/// Watches the values that add-ons write, to say afterwards what a line did. It looks at a field's
+/// range when its writable reference is handed out, so it costs one pass over what is about to be
+/// altered, and nothing while it is off.
+class AlterationWatch {
+ public:
+  void Start();
+  /// Called before a writable reference is handed out.
+  void BeforeWriting(const DataSetPtr& data, LgIndex_t zone, LgIndex_t variable);
+  /// What was written since Start, by variable; stops watching.
+  std::vector<Alteration> Finish();
+
+ private:
+  struct Watched {
+    DataSetPtr data;
+    LgIndex_t zone;
+    LgIndex_t variable;
+    Range before;
+    WriteTally tallyBefore;
+  };
+  bool m_isOn = false;
+  std::vector<Watched> m_watched;
+};
+
+/// The open host: everything that an add-on can reach through the contract, and what the programs
+/// do with it. One instance a process; user-interface thread only.
+class Host {
+ public:
+  static Host& Instance();
+  Host(const Host&) = delete;
+  Host& operator=(const Host&) = delete;
+
+  /// Opens a file in a frame of its own, which becomes the active one, and tells the add-ons.
+  ///
+  /// throws  FileError
+  Frame& OpenFile(const std::string& path);
+
+  /// Shows a data set in a new, active frame, and tells the add-ons.
+  Frame& ShowDataSet(DataSetPtr data);
+
+  /// Closes every frame and data set.
+  void CloseAll();
+
+  /// Loads the add-ons given, or those that are found by themselves when none is.
+  ///
+  /// throws  AddOnError
+  void LoadAddOns(const std::vector<std::string>& files);
+
+  /// Tells the add-ons that the process is about to end.
+  void Quit();
+
+  LockStack lock;
+  AddOnRegistry addOns;
+  Notices notices;
+  IdleQueue idle;
+  Menus menus;
+  Messages messages;
+  Recorder recorder;
+  DialogModel dialogs;
+  FrameList frames;
+  Interaction interaction;
+  StringTable strings;
+  AlterationWatch watch;
+
+  /// Redraws asked for; a host with a window draws at them.
+  std::int64_t redrawCount = 0;
+  /// Help pages asked for, the latest last.
+  std::vector<std::string> helpAsked;
+
+ private:
+  Host() = default;
+};
+
+}  // namespace qelhost
