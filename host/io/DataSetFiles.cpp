@@ -1,0 +1,144 @@
+#include "DataSetFiles.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <map>
+#include <utility>
+
+#include "Formats.h"
+#include "Writers.h"
+
+namespace qelhost {
+namespace fs = std::filesystem;
+namespace {
+
+/// Zones in the order of the tree; strands by the block's path, so that a block keeps its strand
+/// from step to step.
+class BlockCollector {
+ public:
+  explicit BlockCollector(bool hasTimes) : m_hasTimes(hasTimes) {}
+
+  void Add(const FileStep& step) {
+    m_time = step.time;
+    if (step.root.isGroup) {
+      const std::string part = step.root.name;
+      m_usedInStep.clear();
+      for (const FileNode& child : step.root.children) Add(child, "", part);
+    } else {
+      m_usedInStep.clear();
+      Add(step.root, "", step.root.name);
+    }
+  }
+
+  std::vector<BlockEntry> entries;
+
+ private:
+  void Add(const FileNode& node, const std::string& parent, const std::string& part) {
+    const bool both = !parent.empty() && !node.name.empty();
+    const std::string path = parent + (both ? "/" : "") + node.name;
+    for (const FileNode& child : node.children) Add(child, path, part);
+    if (node.block == nullptr) return;
+    BlockEntry entry;
+    entry.name = path.empty() ? part : path;
+    entry.block = node.block;
+    entry.solutionTime = m_time;
+    if (m_hasTimes) entry.strand = StrandOf(part + "\n" + path);
+    entries.push_back(std::move(entry));
+  }
+
+  /// Blocks of one step that share a path are told apart by their order.
+  LgIndex_t StrandOf(const std::string& key) {
+    const std::pair<std::string, int> own{key, m_usedInStep[key]++};
+    return m_strands.emplace(own, static_cast<LgIndex_t>(m_strands.size()) + 1).first->second;
+  }
+
+  bool m_hasTimes;
+  double m_time = 0;
+  std::map<std::pair<std::string, int>, LgIndex_t> m_strands;
+  std::map<std::string, int> m_usedInStep;
+};
+
+const FileSource& SourceOf(const DataSet& dataSet, const std::string& path) {
+  const auto* source = dynamic_cast<const FileSource*>(dataSet.GetSource().get());
+  if (source == nullptr) throw FileError(path, "the data set did not come from a file");
+  return *source;
+}
+
+const Format& WritableFormat(const std::string& path) {
+  const Format* format = FindFormat(path);
+  if (format == nullptr) {
+    throw FileError(path, "unknown format \"" + ExtensionOf(path) + "\"");
+  }
+  if (format->write == nullptr) {
+    throw FileError(path, std::string(format->help) + " cannot be written; write a " +
+                              format->writtenAs + " file");
+  }
+  return *format;
+}
+
+}  // namespace
+
+DataSetPtr ReadDataSet(const std::string& path) {
+  std::error_code error;
+  if (!fs::exists(path, error)) throw FileError(path, "No such file or directory");
+  const Format* format = FindFormat(path);
+  if (format == nullptr) {
+    throw FileError(path, "unknown format \"" + ExtensionOf(path) + "\"");
+  }
+  auto source = std::make_shared<FileSource>();
+  source->path = path;
+  source->extension = format->extension;
+  try {
+    format->read(path, *source);
+    BlockCollector blocks(source->hasTimes);
+    for (const FileStep& step : source->steps) blocks.Add(step);
+    return std::make_shared<DataSet>(StemOf(path), blocks.entries, source);
+  } catch (const DataError& reason) {
+    throw FileError(path, reason.what());
+  } catch (const fs::filesystem_error& reason) {
+    throw FileError(path, reason.code().message());
+  } catch (const std::bad_alloc&) {
+    throw FileError(path, "not enough memory to read it");
+  }
+}
+
+void CheckWritable(const DataSet& dataSet, const std::string& path, const WriteOptions& options) {
+  const Format& format = WritableFormat(path);
+  const FileSource& source = SourceOf(dataSet, path);
+  std::error_code error;
+  const fs::path target = fs::weakly_canonical(path, error);
+  if (error) throw FileError(path, error.message());
+  if (fs::is_directory(target, error)) throw FileError(path, "Is a directory");
+  if (!options.overwrite && fs::exists(target, error)) throw FileError(path, "File exists");
+  if (!fs::is_directory(target.parent_path(), error)) {
+    throw FileError(path, "its folder does not exist");
+  }
+  if (access(target.parent_path().c_str(), W_OK | X_OK) != 0) {
+    throw FileError(path, std::strerror(errno));
+  }
+  const std::string extension = format.extension;
+  FileEncoding encoding;
+  if (extension == ".vtm" && source.steps.size() != 1) {
+    throw FileError(path, "cannot hold " + std::to_string(source.steps.size()) +
+                              " time steps; write a .pvd file");
+  }
+  if (extension != ".vtm" && extension != ".pvd") RequireSingle(source, path, &encoding);
+}
+
+void WriteDataSet(const DataSet& dataSet, const std::string& path, const WriteOptions& options) {
+  CheckWritable(dataSet, path, options);
+  try {
+    WritableFormat(path).write(SourceOf(dataSet, path), path);
+  } catch (const FileError&) {
+    throw;
+  } catch (const fs::filesystem_error& reason) {
+    throw FileError(path, reason.code().message());
+  } catch (const std::bad_alloc&) {
+    throw FileError(path, "not enough memory to write it");
+  }
+}
+
+}  // namespace qelhost

@@ -1,0 +1,18 @@
+#include "FileError.h"
+
+#include <algorithm>
+
+namespace qelhost {
+namespace {
+
+std::string OneLine(std::string text) {
+  std::replace(text.begin(), text.end(), '\n', ' ');
+  return text;
+}
+
+}  // namespace
+
+FileError::FileError(const std::string& file, const std::string& reason)
+    : std::runtime_error(OneLine(file + ": " + reason)) {}
+
+}  // namespace qelhost

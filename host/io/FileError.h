@@ -1,0 +1,17 @@
+#ifndef QELHOST_IO_FILEERROR_H
+#define QELHOST_IO_FILEERROR_H
+
+#include <stdexcept>
+#include <string>
+
+namespace qelhost {
+
+/// A file that cannot be read or written. what() is one line: the file and the reason.
+class FileError : public std::runtime_error {
+ public:
+  FileError(const std::string& file, const std::string& reason);
+};
+
+}  // namespace qelhost
+
+#endif  // QELHOST_IO_FILEERROR_H

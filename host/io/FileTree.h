@@ -1,0 +1,48 @@
+// What a file held, in the shape in which it is written back.
+#ifndef QELHOST_IO_FILETREE_H
+#define QELHOST_IO_FILETREE_H
+
+#include <vtkDataSet.h>
+#include <vtkSmartPointer.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "DataSet.h"
+#include "SourceEncoding.h"
+
+namespace qelhost {
+
+using XmlAttributes = std::vector<std::pair<std::string, std::string>>;
+
+/// A block, or a group of them. The root of a file with one mesh is that block.
+struct FileNode {
+  bool isGroup = false;
+  std::string name;
+  std::vector<FileNode> children;     ///< of a group
+  vtkSmartPointer<vtkDataSet> block;  ///< null: an empty block
+  FileEncoding encoding;              ///< of the file that held the block
+  std::string carriedFile;            ///< no mesh: a file to copy as it is
+  std::string tag;                    ///< of the index: Block, Piece or DataSet; "": choose
+  XmlAttributes attributes;           ///< of the index entry, but for its file
+};
+
+struct FileStep {
+  double time = 0;
+  FileNode root;
+  XmlAttributes attributes;    ///< of the collection's entry, but for its file
+  std::string indexFieldData;  ///< the multi-block index' own field data, as XML text
+};
+
+/// What DataSet keeps for its file. `hasTimes`: the steps carry solution times.
+struct FileSource : Source {
+  std::string path;
+  std::string extension;
+  bool hasTimes = false;
+  std::vector<FileStep> steps;
+};
+
+}  // namespace qelhost
+
+#endif  // QELHOST_IO_FILETREE_H

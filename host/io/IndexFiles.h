@@ -1,0 +1,22 @@
+// Files that only name others: multi-block indexes (.vtm) and collections (.pvd).
+#ifndef QELHOST_IO_INDEXFILES_H
+#define QELHOST_IO_INDEXFILES_H
+
+#include <string>
+#include <vector>
+
+#include "FileTree.h"
+
+namespace qelhost {
+
+void ReadMultiBlock(const std::string& path, FileSource& source);
+void ReadCollection(const std::string& path, FileSource& source);
+void WriteMultiBlock(const FileSource& source, const std::string& path);
+void WriteCollection(const FileSource& source, const std::string& path);
+
+/// Files that an index names, and those that these name; empty when it cannot be read.
+std::vector<std::string> FilesNamedBy(const std::string& path);
+
+}  // namespace qelhost
+
+#endif  // QELHOST_IO_INDEXFILES_H

@@ -1,0 +1,16 @@
+#ifndef QELHOST_IO_MESHCHECK_H
+#define QELHOST_IO_MESHCHECK_H
+
+#include <vtkDataSet.h>
+
+#include <string>
+
+namespace qelhost {
+
+/// Throws FileError when cells refer to nodes that do not exist or have fewer nodes than their
+/// shape: everything behind this door reads connectivity unchecked. One pass over it.
+void CheckMesh(const std::string& path, vtkDataSet* block);
+
+}  // namespace qelhost
+
+#endif  // QELHOST_IO_MESHCHECK_H

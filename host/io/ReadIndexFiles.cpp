@@ -1,0 +1,183 @@
+#include <vtkSmartPointer.h>
+#include <vtkXMLDataElement.h>
+#include <vtkXMLUtilities.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <sstream>
+
+#include "FileError.h"
+#include "Formats.h"
+#include "IndexFiles.h"
+#include "VtkErrors.h"
+
+namespace qelhost {
+namespace {
+
+using Element = vtkSmartPointer<vtkXMLDataElement>;
+
+constexpr char kMultiBlockType[] = "vtkMultiBlockDataSet";
+constexpr char kCollectionType[] = "Collection";
+
+/// The element below VTKFile, of the type given; throws FileError.
+Element ParseIndex(const std::string& path, const std::string& type) {
+  std::error_code error;
+  if (!std::filesystem::exists(path, error)) throw FileError(path, "No such file or directory");
+  if (std::filesystem::is_directory(path, error)) throw FileError(path, "Is a directory");
+  VtkErrorCapture errors;
+  const auto root = Element::Take(vtkXMLUtilities::ReadElementFromFile(path.c_str()));
+  if (root == nullptr || errors.HasError()) {
+    throw FileError(path, "damaged or no VTK XML file: " + errors.FirstError());
+  }
+  const char* holds = root->GetAttribute("type");
+  if (std::string(root->GetName()) != "VTKFile" || holds == nullptr) {
+    throw FileError(path, "not a VTK XML file");
+  }
+  if (type != holds)
+    throw FileError(path, "holds " + std::string(holds) + " where " + type + " belongs");
+  Element index = root->FindNestedElementWithName(type.c_str());
+  if (index == nullptr) throw FileError(path, "damaged: it names no blocks");
+  return index;
+}
+
+XmlAttributes AttributesOf(vtkXMLDataElement* element) {
+  XmlAttributes attributes;
+  for (int i = 0; i < element->GetNumberOfAttributes(); ++i) {
+    const std::string name = element->GetAttributeName(i);
+    if (name != "file") attributes.emplace_back(name, element->GetAttributeValue(i));
+  }
+  return attributes;
+}
+
+std::string Attribute(vtkXMLDataElement* element, const char* name) {
+  const char* value = element->GetAttribute(name);
+  return value == nullptr ? std::string() : value;
+}
+
+std::string Beside(const std::string& index, const std::string& file) {
+  return (std::filesystem::path(index).parent_path() / file).string();
+}
+
+FileNode ReadPiece(const std::string& file) {
+  const Format* format = FindFormat(file);
+  if (format == nullptr) {
+    if (!std::filesystem::exists(file)) throw FileError(file, "No such file or directory");
+    FileNode node;
+    node.carriedFile = file;
+    return node;
+  }
+  FileSource piece;
+  piece.path = file;
+  format->read(file, piece);
+  if (piece.steps.size() != 1) throw FileError(file, "a series of time steps inside a block");
+  return std::move(piece.steps[0].root);
+}
+
+FileNode NodeOf(const std::string& path, vtkXMLDataElement* element, int place) {
+  const std::string tag = element->GetName();
+  const std::string file = Attribute(element, "file");
+  FileNode node;
+  if (tag == "DataSet") {
+    if (!file.empty()) node = ReadPiece(Beside(path, file));
+  } else {
+    node.isGroup = true;
+    for (int i = 0; i < element->GetNumberOfNestedElements(); ++i) {
+      node.children.push_back(NodeOf(path, element->GetNestedElement(i), i));
+    }
+  }
+  node.tag = tag;
+  node.attributes = AttributesOf(element);
+  node.name = Attribute(element, "name");
+  if (node.name.empty()) node.name = "Block " + std::to_string(place + 1);
+  return node;
+}
+
+}  // namespace
+
+void ReadMultiBlock(const std::string& path, FileSource& source) {
+  const Element index = ParseIndex(path, kMultiBlockType);
+  FileStep step;
+  step.root.isGroup = true;
+  step.root.name = StemOf(path);
+  const auto isBlock = [](vtkXMLDataElement* element) {
+    const std::string tag = element->GetName();
+    return tag == "Block" || tag == "Piece" || tag == "DataSet";
+  };
+  for (int i = 0; i < index->GetNumberOfNestedElements(); ++i) {
+    vtkXMLDataElement* element = index->GetNestedElement(i);
+    if (isBlock(element)) {
+      const int place = static_cast<int>(step.root.children.size());
+      step.root.children.push_back(NodeOf(path, element, place));
+    }
+  }
+  // Field data stands beside the blocks or beside their parent, by the version of the writer.
+  vtkXMLDataElement* fieldData = index->FindNestedElementWithName("FieldData");
+  if (fieldData != nullptr) {
+    std::ostringstream text;
+    fieldData->PrintXML(text, vtkIndent(4));
+    step.indexFieldData = text.str();
+  }
+  source.steps.push_back(std::move(step));
+}
+
+void ReadCollection(const std::string& path, FileSource& source) {
+  const Element index = ParseIndex(path, kCollectionType);
+  for (int i = 0; i < index->GetNumberOfNestedElements(); ++i) {
+    vtkXMLDataElement* element = index->GetNestedElement(i);
+    const std::string file = Attribute(element, "file");
+    if (std::string(element->GetName()) != "DataSet" || file.empty()) continue;
+    FileStep step;
+    const std::string time = Attribute(element, "timestep");
+    step.time = std::strtod(time.c_str(), nullptr);
+    source.hasTimes = source.hasTimes || !time.empty();
+    const std::string pieceFile = Beside(path, file);
+    const Format* format = FindFormat(pieceFile);
+    if (format == nullptr || ExtensionOf(pieceFile) == ".pvd") {
+      throw FileError(pieceFile, "no mesh that a collection can hold");
+    }
+    FileSource piece;
+    piece.path = pieceFile;
+    format->read(pieceFile, piece);
+    step.root = std::move(piece.steps[0].root);
+    step.indexFieldData = piece.steps[0].indexFieldData;
+    step.attributes = AttributesOf(element);
+    step.root.name = StemOf(path);
+    const std::string part = Attribute(element, "part");
+    if (!part.empty() && part != "0") step.root.name += " part " + part;
+    source.steps.push_back(std::move(step));
+  }
+  if (source.steps.empty()) throw FileError(path, "it names no files");
+}
+
+namespace {
+
+void CollectNamed(const std::string& path, vtkXMLDataElement* element,
+                  std::vector<std::string>& files) {
+  const std::string file = Attribute(element, "file");
+  if (!file.empty()) {
+    files.push_back(Beside(path, file));
+    const std::vector<std::string> further = FilesNamedBy(files.back());
+    files.insert(files.end(), further.begin(), further.end());
+  }
+  for (int i = 0; i < element->GetNumberOfNestedElements(); ++i) {
+    CollectNamed(path, element->GetNestedElement(i), files);
+  }
+}
+
+}  // namespace
+
+std::vector<std::string> FilesNamedBy(const std::string& path) {
+  const std::string extension = ExtensionOf(path);
+  std::vector<std::string> files;
+  if (extension != ".vtm" && extension != ".pvd") return files;
+  try {
+    CollectNamed(path, ParseIndex(path, extension == ".vtm" ? kMultiBlockType : kCollectionType),
+                 files);
+  } catch (const FileError&) {
+    // Not an index of ours: then nothing is known to belong to it.
+    return {};
+  }
+  return files;
+}
+
+}  // namespace qelhost

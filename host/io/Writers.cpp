@@ -1,0 +1,188 @@
+#include "Writers.h"
+
+#include <vtkAppendFilter.h>
+#include <vtkErrorCode.h>
+#include <vtkFieldData.h>
+#include <vtkGenericDataObjectWriter.h>
+#include <vtkImageData.h>
+#include <vtkNew.h>
+#include <vtkPolyData.h>
+#include <vtkRectilinearGrid.h>
+#include <vtkStructuredGrid.h>
+#include <vtkUnstructuredGrid.h>
+#include <vtkXMLImageDataWriter.h>
+#include <vtkXMLPolyDataWriter.h>
+#include <vtkXMLRectilinearGridWriter.h>
+#include <vtkXMLStructuredGridWriter.h>
+#include <vtkXMLUnstructuredGridWriter.h>
+
+#include <cerrno>
+#include <charconv>
+#include <cstring>
+
+#include "FileError.h"
+#include "Formats.h"
+#include "Staging.h"
+#include "VtkErrors.h"
+
+namespace qelhost {
+namespace {
+
+template <class Writer>
+vtkSmartPointer<vtkXMLWriter> Make() {
+  return vtkSmartPointer<Writer>::New();
+}
+
+struct XmlTarget {
+  int dataObjectType;
+  const char* extension;
+  vtkSmartPointer<vtkXMLWriter> (*make)();
+};
+
+constexpr XmlTarget kXmlTargets[] = {
+    {VTK_UNSTRUCTURED_GRID, ".vtu", Make<vtkXMLUnstructuredGridWriter>},
+    {VTK_POLY_DATA, ".vtp", Make<vtkXMLPolyDataWriter>},
+    {VTK_STRUCTURED_GRID, ".vts", Make<vtkXMLStructuredGridWriter>},
+    {VTK_RECTILINEAR_GRID, ".vtr", Make<vtkXMLRectilinearGridWriter>},
+    {VTK_IMAGE_DATA, ".vti", Make<vtkXMLImageDataWriter>},
+};
+
+int KindOf(vtkDataSet* block) {
+  const int type = block->GetDataObjectType();
+  return type == VTK_STRUCTURED_POINTS || type == VTK_UNIFORM_GRID ? VTK_IMAGE_DATA : type;
+}
+
+const XmlTarget* TargetFor(vtkDataSet* block) {
+  for (const XmlTarget& target : kXmlTargets) {
+    if (target.dataObjectType == KindOf(block)) return &target;
+  }
+  return nullptr;
+}
+
+void SetEncoding(vtkXMLWriter* writer, const FileEncoding& encoding, vtkDataSet* block) {
+  writer->SetDataMode(encoding.mode == DataMode::Ascii    ? vtkXMLWriter::Ascii
+                      : encoding.mode == DataMode::Binary ? vtkXMLWriter::Binary
+                                                          : vtkXMLWriter::Appended);
+  writer->SetEncodeAppendedData(encoding.mode == DataMode::AppendedBase64);
+  writer->SetCompressorType(encoding.compressor == "vtkZLibDataCompressor"   ? vtkXMLWriter::ZLIB
+                            : encoding.compressor == "vtkLZ4DataCompressor"  ? vtkXMLWriter::LZ4
+                            : encoding.compressor == "vtkLZMADataCompressor" ? vtkXMLWriter::LZMA
+                                                                             : vtkXMLWriter::NONE);
+  // A 32-bit header cannot tell the length of a longer array than that.
+  constexpr unsigned long kMostKilobytes = 4ul << 20;
+  const bool wide = encoding.wideHeader || block->GetActualMemorySize() >= kMostKilobytes;
+  writer->SetHeaderType(wide ? vtkXMLWriter::UInt64 : vtkXMLWriter::UInt32);
+  writer->SetByteOrder(encoding.bigEndian ? vtkXMLWriter::BigEndian : vtkXMLWriter::LittleEndian);
+  writer->SetIdType(encoding.wideIds ? vtkXMLWriter::Int64 : vtkXMLWriter::Int32);
+}
+
+/// The reason of a failed write: the system's, when the disk is full.
+std::string ReasonOf(unsigned long errorCode, const VtkErrorCapture& errors) {
+  if (errorCode == vtkErrorCode::OutOfDiskSpaceError) return std::strerror(ENOSPC);
+  if (errors.HasError()) return "cannot be written: " + errors.FirstError();
+  return std::string("cannot be written: ") + vtkErrorCode::GetStringFromErrorCode(errorCode);
+}
+
+vtkSmartPointer<vtkDataSet> AsUnstructured(vtkDataSet* block) {
+  vtkNew<vtkAppendFilter> converter;
+  converter->AddInputData(block);
+  converter->Update();
+  vtkSmartPointer<vtkDataSet> grid = converter->GetOutput();
+  grid->GetFieldData()->ShallowCopy(block->GetFieldData());
+  return grid;
+}
+
+void WriteXmlFile(vtkDataSet* block, const FileEncoding& encoding, const std::string& path) {
+  const XmlTarget* target = TargetFor(block);
+  if (target == nullptr) throw FileError(path, "a mesh of this kind cannot be written");
+  const vtkSmartPointer<vtkXMLWriter> writer = target->make();
+  VtkErrorCapture errors;
+  writer->SetFileName(path.c_str());
+  writer->SetInputDataObject(block);
+  SetEncoding(writer, encoding, block);
+  const int ok = writer->Write();
+  if (ok == 0 || errors.HasError() || writer->GetErrorCode() != 0) {
+    throw FileError(path, ReasonOf(writer->GetErrorCode(), errors));
+  }
+  ScanXmlFile(path);  // it ends where it should
+}
+
+void WriteLegacyFile(vtkDataSet* block, const FileEncoding& encoding, const std::string& path) {
+  vtkNew<vtkGenericDataObjectWriter> writer;
+  VtkErrorCapture errors;
+  writer->SetFileName(path.c_str());
+  writer->SetInputData(block);
+  const bool text = encoding.known && encoding.mode == DataMode::Ascii;
+  writer->SetFileType(text ? VTK_ASCII : VTK_BINARY);
+  writer->SetFileVersion(encoding.legacyMajorVersion < 5
+                             ? vtkDataWriter::VTK_LEGACY_READER_VERSION_4_2
+                             : vtkDataWriter::VTK_LEGACY_READER_VERSION_5_1);
+  if (!encoding.legacyTitle.empty()) writer->SetHeader(encoding.legacyTitle.c_str());
+  const int ok = writer->Write();
+  if (ok == 0 || errors.HasError() || writer->GetErrorCode() != 0) {
+    throw FileError(path, ReasonOf(writer->GetErrorCode(), errors));
+  }
+  RequireRoomBehind(path);
+}
+
+/// All blocks of a tree that hold a mesh.
+void CollectBlocks(const FileNode& node, std::vector<const FileNode*>& blocks) {
+  if (node.block != nullptr || !node.carriedFile.empty()) blocks.push_back(&node);
+  for (const FileNode& child : node.children) CollectBlocks(child, blocks);
+}
+
+}  // namespace
+
+std::string ShortestNumber(double value) {
+  char text[32];
+  const auto end = std::to_chars(std::begin(text), std::end(text), value).ptr;
+  return {text, end};
+}
+
+std::string ExtensionFor(vtkDataSet* block) {
+  const XmlTarget* target = TargetFor(block);
+  return target == nullptr ? ".vtu" : target->extension;
+}
+
+void WriteBlockFile(vtkDataSet* block, const FileEncoding& encoding, const std::string& path) {
+  const std::string extension = ExtensionOf(path);
+  if (extension == ".vtk") {
+    WriteLegacyFile(block, encoding, path);
+  } else if (extension == ".vtu" && KindOf(block) != VTK_UNSTRUCTURED_GRID) {
+    WriteXmlFile(AsUnstructured(block), encoding, path);
+  } else {
+    WriteXmlFile(block, encoding, path);
+  }
+}
+
+vtkDataSet* RequireSingle(const FileSource& source, const std::string& path,
+                          FileEncoding* encoding) {
+  if (source.steps.size() != 1) {
+    throw FileError(path, "cannot hold " + std::to_string(source.steps.size()) +
+                              " time steps; write a .pvd file");
+  }
+  std::vector<const FileNode*> blocks;
+  CollectBlocks(source.steps[0].root, blocks);
+  if (blocks.size() != 1 || blocks[0]->block == nullptr) {
+    throw FileError(path,
+                    "cannot hold " + std::to_string(blocks.size()) + " blocks; write a .vtm file");
+  }
+  vtkDataSet* block = blocks[0]->block;
+  const std::string extension = ExtensionOf(path);
+  if (extension != ".vtk" && extension != ".vtu" && extension != ExtensionFor(block)) {
+    throw FileError(path, std::string("cannot hold this kind of mesh; write a ") +
+                              ExtensionFor(block) + " file");
+  }
+  *encoding = blocks[0]->encoding;
+  return block;
+}
+
+void WriteSingle(const FileSource& source, const std::string& path) {
+  FileEncoding encoding;
+  vtkDataSet* block = RequireSingle(source, path, &encoding);
+  StagedTarget target(path);
+  WriteBlockFile(block, encoding, target.TemporaryPath());
+  target.Commit();
+}
+
+}  // namespace qelhost
