@@ -17,7 +17,7 @@ bool QelUtilMacroIsBatchModeActive() {
 bool QelUtilMacroRecordAddOnCommand(const char* addOnName, const char* command) {
   return Guarded(__func__, false, [&](Host& host) {
     if (addOnName == nullptr || *addOnName == '\0' || command == nullptr) return false;
-    host.recorder.AddAddOnCommand(addOnName, command);
+    host.recorder.AddAddOnCommand(addOnName, command, StateOf(host.frames));
     return true;
   });
 }

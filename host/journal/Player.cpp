@@ -26,16 +26,16 @@ std::string UnknownAddOn(const std::string& name) {
 /// Marks the time in which a line is played, for the recorder.
 class Playing {
  public:
-  Playing(Recorder& recorder, const std::string& line, const LineResult& result)
-      : m_recorder(recorder), m_line(line), m_result(result) {
-    m_recorder.BeginPlaying();
+  Playing(Host& host, const std::string& line, const LineResult& result)
+      : m_host(host), m_line(line), m_result(result) {
+    m_host.recorder.BeginPlaying();
   }
-  ~Playing() { m_recorder.EndPlaying(m_line, m_result.isDone); }
+  ~Playing() { m_host.recorder.EndPlaying(m_line, m_result.isDone, StateOf(m_host.frames)); }
   Playing(const Playing&) = delete;
   Playing& operator=(const Playing&) = delete;
 
  private:
-  Recorder& m_recorder;
+  Host& m_host;
   const std::string& m_line;
   const LineResult& m_result;
 };
@@ -48,7 +48,7 @@ LineResult Player::Play(const std::string& line) {
   LineResult result;
   if (m_isReporting) m_host.watch.Start();
   {
-    const Playing playing(m_host.recorder, line, result);
+    const Playing playing(m_host, line, result);
     if (IsHostCommand(line)) {
       try {
         RunHostCommand(m_host, line);

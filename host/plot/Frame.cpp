@@ -49,6 +49,9 @@ void Frame::Show(DataSetPtr data) {
   const std::vector<double> times = m_data->SolutionTimes();
   if (!times.empty()) solutionTime = times.front();
   FixProjection();
+  m_firstPlotType = plotType;
+  m_firstView = view;
+  m_firstSolutionTime = solutionTime;
 }
 
 std::vector<LgIndex_t> Frame::ZonesAt(double time, bool ignoreStrands) const {

@@ -34,6 +34,11 @@ class Frame {
   void Show(DataSetPtr data);
   const DataSetPtr& Data() const { return m_data; }
 
+  /// How the frame looked when it first showed the data, as it does again whenever they are opened.
+  QelPlotType_e FirstPlotType() const { return m_firstPlotType; }
+  const View& FirstView() const { return m_firstView; }
+  double FirstSolutionTime() const { return m_firstSolutionTime; }
+
   QelPlotType_e plotType = PlotType_None;
   View view;
   double solutionTime = 0.0;
@@ -55,6 +60,9 @@ class Frame {
   QelUniqueID_t m_id;
   DataSetPtr m_data;
   Projection m_projection;
+  QelPlotType_e m_firstPlotType = PlotType_None;
+  View m_firstView;
+  double m_firstSolutionTime = 0.0;
 };
 
 /// The frames in creation order, one of them active.

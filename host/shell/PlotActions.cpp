@@ -22,9 +22,17 @@ void EnterMouseMode(Host& host, QelMouseMode_e mode) {
   host.notices.Send(StateChange_MouseModeUpdate);
 }
 
+/// An add-on that turns the view while it holds the lock records a line of its own for that.
+void LeaveToOwnersLine(Host& host) {
+  if (host.lock.IsOn() && host.lock.Owner() != LockStack::kHostName) {
+    host.recorder.TakeViewAsRecorded(host.frames.Active()->view);
+  }
+}
+
 bool ChangeView(Host& host, Frame& frame, const View& view) {
   const bool isTurned = !HaveSameProjection(frame.view, view);
   frame.view = view;
+  LeaveToOwnersLine(host);
   if (isTurned) {
     host.notices.SendStyle({SV_THREEDVIEW});
   } else {
@@ -112,6 +120,7 @@ bool RotateView(Host& host, QelRotateAxis_e axis, double degrees) {
       return false;
   }
   frame->view = view;
+  LeaveToOwnersLine(host);
   host.notices.SendStyle({SV_THREEDVIEW});
   return true;
 }

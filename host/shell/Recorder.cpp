@@ -10,22 +10,29 @@ std::string FirstLineOf(const std::string& text) {
 
 }  // namespace
 
-void Recorder::Start() {
+void Recorder::Start(const PlotState& first) {
   m_isRecording = true;
   m_lines = {kHeader};
+  m_recorded = first;
 }
 
-void Recorder::AddAddOnCommand(const std::string& addOn, const std::string& command) {
-  if (IsActive()) m_lines.push_back(FirstLineOf(addOn + ' ' + command));
+void Recorder::AddAddOnCommand(const std::string& addOn, const std::string& command,
+                               const PlotState& now) {
+  if (!IsActive()) return;
+  for (const std::string& line : CommandsBetween(m_recorded, now)) AddRawCommand(line);
+  m_recorded = now;
+  m_lines.push_back(FirstLineOf(addOn + ' ' + command));
 }
 
 void Recorder::AddRawCommand(const std::string& command) {
   if (IsActive()) m_lines.push_back(FirstLineOf(command));
 }
 
-void Recorder::EndPlaying(const std::string& line, bool wasCarriedOut) {
+void Recorder::EndPlaying(const std::string& line, bool wasCarriedOut, const PlotState& now) {
   --m_playDepth;
-  if (wasCarriedOut) AddRawCommand(line);
+  if (!wasCarriedOut) return;
+  AddRawCommand(line);
+  m_recorded = now;
 }
 
 }  // namespace qelhost

@@ -1,30 +1,39 @@
 #pragma once
 
+#include "PlotState.h"
+
 #include <string>
 #include <vector>
 
 namespace qelhost {
 
 /// The journal being recorded. While a line is played, only that line itself is written, verbatim.
+///
+/// An add-on's line means the same when it is played only if the plot then looks the same, so what
+/// changed of it and stands in no line yet is written before.
 class Recorder {
  public:
   /// The first line of every journal.
   static constexpr const char* kHeader = "# marquell journal 1";
 
-  /// Begins a new journal with its header.
-  void Start();
+  /// Begins a new journal with its header. first: the plot as it will be when the journal is
+  /// played.
+  void Start(const PlotState& first);
   void Stop() { m_isRecording = false; }
   /// What add-ons are told: recording, and not playing a line.
   bool IsActive() const { return m_isRecording && m_playDepth == 0; }
 
-  /// Each does nothing while recording is not active.
-  void AddAddOnCommand(const std::string& addOn, const std::string& command);
+  /// Each does nothing while recording is not active. now: the plot as it is.
+  void AddAddOnCommand(const std::string& addOn, const std::string& command, const PlotState& now);
   /// A line break in the command ends it.
   void AddRawCommand(const std::string& command);
 
+  /// The view is as a line that is about to be recorded will leave it.
+  void TakeViewAsRecorded(const View& view) { m_recorded.view = view; }
+
   /// Brackets the playing of a line; a recording that is on gets the line when it was carried out.
   void BeginPlaying() { ++m_playDepth; }
-  void EndPlaying(const std::string& line, bool wasCarriedOut);
+  void EndPlaying(const std::string& line, bool wasCarriedOut, const PlotState& now);
 
   /// The lines so far, the header first.
   const std::vector<std::string>& Lines() const { return m_lines; }
@@ -33,6 +42,7 @@ class Recorder {
   bool m_isRecording = false;
   int m_playDepth = 0;
   std::vector<std::string> m_lines;
+  PlotState m_recorded;
 };
 
 }  // namespace qelhost
