@@ -31,8 +31,9 @@ struct FileNode {
 struct FileStep {
   double time = 0;
   FileNode root;
-  XmlAttributes attributes;    ///< of the collection's entry, but for its file
-  std::string indexFieldData;  ///< the multi-block index' own field data, as XML text
+  XmlAttributes attributes;       ///< of the collection's entry, but for its file
+  XmlAttributes indexAttributes;  ///< of the multi-block index' root: how its field data is stored
+  std::string indexFieldData;     ///< the index' own field data, as XML text
 };
 
 /// What DataSet keeps for its file. `hasTimes`: the steps carry solution times.

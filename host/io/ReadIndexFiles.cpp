@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <sstream>
 
 #include "FileError.h"
@@ -19,7 +20,7 @@ using Element = vtkSmartPointer<vtkXMLDataElement>;
 constexpr char kMultiBlockType[] = "vtkMultiBlockDataSet";
 constexpr char kCollectionType[] = "Collection";
 
-/// The element below VTKFile, of the type given; throws FileError.
+/// The VTKFile element, which has one of the type given in it; throws FileError.
 Element ParseIndex(const std::string& path, const std::string& type) {
   std::error_code error;
   if (!std::filesystem::exists(path, error)) throw FileError(path, "No such file or directory");
@@ -35,9 +36,25 @@ Element ParseIndex(const std::string& path, const std::string& type) {
   }
   if (type != holds)
     throw FileError(path, "holds " + std::string(holds) + " where " + type + " belongs");
-  Element index = root->FindNestedElementWithName(type.c_str());
-  if (index == nullptr) throw FileError(path, "damaged: it names no blocks");
-  return index;
+  if (root->FindNestedElementWithName(type.c_str()) == nullptr) {
+    throw FileError(path, "damaged: it names no blocks");
+  }
+  return root;
+}
+
+/// The field data of a multi-block index, as its text: it follows the blocks, and VTK's parser does
+/// not give the numbers back in their place.
+std::string FieldDataOf(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::ostringstream whole;
+  whole << in.rdbuf();
+  const std::string text = whole.str();
+  const std::size_t blocksEnd = text.rfind(std::string("</") + kMultiBlockType);
+  const std::size_t first = text.find("<FieldData", blocksEnd);
+  constexpr char kEnd[] = "</FieldData>";
+  const std::size_t last = text.find(kEnd, first);
+  if (blocksEnd == std::string::npos || last == std::string::npos) return {};
+  return "  " + text.substr(first, last - first) + kEnd + "\n";
 }
 
 XmlAttributes AttributesOf(vtkXMLDataElement* element) {
@@ -95,7 +112,8 @@ FileNode NodeOf(const std::string& path, vtkXMLDataElement* element, int place) 
 }  // namespace
 
 void ReadMultiBlock(const std::string& path, FileSource& source) {
-  const Element index = ParseIndex(path, kMultiBlockType);
+  const Element file = ParseIndex(path, kMultiBlockType);
+  vtkXMLDataElement* index = file->FindNestedElementWithName(kMultiBlockType);
   FileStep step;
   step.root.isGroup = true;
   step.root.name = StemOf(path);
@@ -110,18 +128,14 @@ void ReadMultiBlock(const std::string& path, FileSource& source) {
       step.root.children.push_back(NodeOf(path, element, place));
     }
   }
-  // Field data stands beside the blocks or beside their parent, by the version of the writer.
-  vtkXMLDataElement* fieldData = index->FindNestedElementWithName("FieldData");
-  if (fieldData != nullptr) {
-    std::ostringstream text;
-    fieldData->PrintXML(text, vtkIndent(4));
-    step.indexFieldData = text.str();
-  }
+  step.indexAttributes = AttributesOf(file);
+  step.indexFieldData = FieldDataOf(path);
   source.steps.push_back(std::move(step));
 }
 
 void ReadCollection(const std::string& path, FileSource& source) {
-  const Element index = ParseIndex(path, kCollectionType);
+  const Element collection = ParseIndex(path, kCollectionType);
+  vtkXMLDataElement* index = collection->FindNestedElementWithName(kCollectionType);
   for (int i = 0; i < index->GetNumberOfNestedElements(); ++i) {
     vtkXMLDataElement* element = index->GetNestedElement(i);
     const std::string file = Attribute(element, "file");
@@ -139,6 +153,7 @@ void ReadCollection(const std::string& path, FileSource& source) {
     piece.path = pieceFile;
     format->read(pieceFile, piece);
     step.root = std::move(piece.steps[0].root);
+    step.indexAttributes = piece.steps[0].indexAttributes;
     step.indexFieldData = piece.steps[0].indexFieldData;
     step.attributes = AttributesOf(element);
     step.root.name = StemOf(path);

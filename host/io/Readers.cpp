@@ -264,6 +264,8 @@ void ReadExodus(const std::string& path, FileSource& source) {
   if (reader->CanReadFile(path.c_str()) == 0) throw FileError(path, "not an Exodus file");
   VtkErrorCapture errors;
   reader->SetFileName(path.c_str());
+  // The coordinates as the file has them, not as moved by a variable called displacement.
+  reader->SetApplyDisplacements(0);
   reader->UpdateInformation();
   RequireNoError(path, errors);
   for (const auto kind :

@@ -48,16 +48,21 @@ class BlockWriter {
       : m_folder(std::move(folder)), m_relative(std::move(relative)), m_stem(std::move(stem)) {}
 
   std::string Write(const FileStep& step) {
-    m_text << "<?xml version=\"1.0\"?>\n"
-              "<VTKFile type=\"vtkMultiBlockDataSet\" version=\"1.0\" "
-              "byte_order=\"LittleEndian\" header_type=\"UInt64\">\n"
-              "  <vtkMultiBlockDataSet>\n";
+    XmlAttributes attributes = step.indexAttributes;
+    if (attributes.empty()) {
+      attributes = {{"type", "vtkMultiBlockDataSet"},
+                    {"version", "1.0"},
+                    {"byte_order", "LittleEndian"},
+                    {"header_type", "UInt64"}};
+    }
+    m_text << "<?xml version=\"1.0\"?>\n<VTKFile" << Printed(attributes)
+           << ">\n  <vtkMultiBlockDataSet>\n";
     if (step.root.isGroup) {
       WriteChildren(step.root, "    ");
     } else {
       WriteNode(step.root, 0, "    ");
     }
-    m_text << step.indexFieldData << "  </vtkMultiBlockDataSet>\n</VTKFile>\n";
+    m_text << "  </vtkMultiBlockDataSet>\n" << step.indexFieldData << "</VTKFile>\n";
     return m_text.str();
   }
 

@@ -1,11 +1,15 @@
 #include "Writers.h"
 
 #include <vtkAppendFilter.h>
+#include <vtkCellData.h>
 #include <vtkErrorCode.h>
 #include <vtkFieldData.h>
 #include <vtkGenericDataObjectWriter.h>
 #include <vtkImageData.h>
 #include <vtkNew.h>
+#include <vtkPointData.h>
+#include <vtkPointSet.h>
+#include <vtkPoints.h>
 #include <vtkPolyData.h>
 #include <vtkRectilinearGrid.h>
 #include <vtkStructuredGrid.h>
@@ -18,6 +22,9 @@
 
 #include <cerrno>
 #include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 #include "FileError.h"
@@ -64,10 +71,14 @@ void SetEncoding(vtkXMLWriter* writer, const FileEncoding& encoding, vtkDataSet*
                       : encoding.mode == DataMode::Binary ? vtkXMLWriter::Binary
                                                           : vtkXMLWriter::Appended);
   writer->SetEncodeAppendedData(encoding.mode == DataMode::AppendedBase64);
-  writer->SetCompressorType(encoding.compressor == "vtkZLibDataCompressor"   ? vtkXMLWriter::ZLIB
-                            : encoding.compressor == "vtkLZ4DataCompressor"  ? vtkXMLWriter::LZ4
-                            : encoding.compressor == "vtkLZMADataCompressor" ? vtkXMLWriter::LZMA
-                                                                             : vtkXMLWriter::NONE);
+  // A new writer compresses by zlib at zlib's own level; choosing zlib would choose another level.
+  if (encoding.compressor == "vtkLZ4DataCompressor") {
+    writer->SetCompressorType(vtkXMLWriter::LZ4);
+  } else if (encoding.compressor == "vtkLZMADataCompressor") {
+    writer->SetCompressorType(vtkXMLWriter::LZMA);
+  } else if (encoding.compressor != "vtkZLibDataCompressor") {
+    writer->SetCompressorType(vtkXMLWriter::NONE);
+  }
   // A 32-bit header cannot tell the length of a longer array than that.
   constexpr unsigned long kMostKilobytes = 4ul << 20;
   const bool wide = encoding.wideHeader || block->GetActualMemorySize() >= kMostKilobytes;
@@ -107,12 +118,52 @@ void WriteXmlFile(vtkDataSet* block, const FileEncoding& encoding, const std::st
   ScanXmlFile(path);  // it ends where it should
 }
 
+template <class T>
+bool SurvivesText(vtkDataArray* array, const char* format) {
+  const auto* values = static_cast<const T*>(array->GetVoidPointer(0));
+  for (vtkIdType i = 0; i < array->GetNumberOfValues(); ++i) {
+    char text[64];
+    std::snprintf(text, sizeof(text), format, static_cast<double>(values[i]));
+    const T back = static_cast<T>(std::strtod(text, nullptr));
+    if (back != values[i] && !(std::isnan(back) && std::isnan(values[i]))) return false;
+  }
+  return true;
+}
+
+/// VTK prints 6 digits of a float and 11 of a double into a legacy text file.
+bool SurvivesText(vtkDataArray* array) {
+  if (array == nullptr) return true;
+  if (array->GetDataType() == VTK_FLOAT) return SurvivesText<float>(array, "%g");
+  if (array->GetDataType() == VTK_DOUBLE) return SurvivesText<double>(array, "%.11lg");
+  return true;
+}
+
+/// Whether every number of a block comes back the same from a legacy text file.
+bool SurvivesText(vtkDataSet* block) {
+  for (vtkFieldData* data :
+       {static_cast<vtkFieldData*>(block->GetPointData()),
+        static_cast<vtkFieldData*>(block->GetCellData()), block->GetFieldData()}) {
+    for (int i = 0; i < data->GetNumberOfArrays(); ++i) {
+      if (!SurvivesText(data->GetArray(i))) return false;
+    }
+  }
+  if (auto* set = vtkPointSet::SafeDownCast(block)) {
+    return set->GetPoints() == nullptr || SurvivesText(set->GetPoints()->GetData());
+  }
+  if (auto* grid = vtkRectilinearGrid::SafeDownCast(block)) {
+    return SurvivesText(grid->GetXCoordinates()) && SurvivesText(grid->GetYCoordinates()) &&
+           SurvivesText(grid->GetZCoordinates());
+  }
+  return true;
+}
+
 void WriteLegacyFile(vtkDataSet* block, const FileEncoding& encoding, const std::string& path) {
   vtkNew<vtkGenericDataObjectWriter> writer;
   VtkErrorCapture errors;
   writer->SetFileName(path.c_str());
   writer->SetInputData(block);
-  const bool text = encoding.known && encoding.mode == DataMode::Ascii;
+  // Rather a binary file than rounded numbers.
+  const bool text = encoding.known && encoding.mode == DataMode::Ascii && SurvivesText(block);
   writer->SetFileType(text ? VTK_ASCII : VTK_BINARY);
   writer->SetFileVersion(encoding.legacyMajorVersion < 5
                              ? vtkDataWriter::VTK_LEGACY_READER_VERSION_4_2
