@@ -15,6 +15,17 @@ const Field* FieldOf(const Host& host, LgIndex_t zone, LgIndex_t var) {
 
 bool IsKnown(const QelFieldData* ref) { return TheHandles().references.Has(ref); }
 
+/// The coordinates of regular grids are computed; whoever wants to alter them must be told so.
+void NoteComputedCoordinate(Host& host, const DataSet& data, LgIndex_t zone, LgIndex_t var) {
+  const Zone* const found = data.FindZone(zone);
+  const Variable* const variable = data.FindVariable(var);
+  if (found == nullptr || variable == nullptr || variable->coordinateAxis < 0) return;
+  if (found->ComputedCoordinatesKind() == nullptr) return;
+  host.refusedWrite = variable->name + " of zone " + std::to_string(zone) +
+                      " cannot be altered: the coordinates of its " +
+                      found->ComputedCoordinatesKind() + " are computed";
+}
+
 /// Whether count values from index on, from 1, are there.
 bool IsInRange(const QelFieldData& ref, LgIndex_t index, std::int64_t count) {
   return index >= 1 && count >= 0 && std::int64_t{index} - 1 + count <= ref.count;
@@ -107,7 +118,11 @@ QelFieldData* QelUtilDataValueGetWritableNativeRef(LgIndex_t zone, LgIndex_t var
     const DataSetPtr data = ActiveData(host);
     if (data == nullptr) return nullptr;
     QelFieldData* const field = data->Writable(zone, var);
-    if (field != nullptr) host.watch.BeforeWriting(data, zone, var);
+    if (field != nullptr) {
+      host.watch.BeforeWriting(data, zone, var);
+    } else {
+      NoteComputedCoordinate(host, *data, zone, var);
+    }
     return TheHandles().references.HandOutField(data, data->FindZone(zone), field);
   });
 }

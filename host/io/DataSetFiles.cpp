@@ -109,7 +109,7 @@ void CheckWritable(const DataSet& dataSet, const std::string& path, const WriteO
   const Format& format = WritableFormat(path);
   const FileSource& source = SourceOf(dataSet, path);
   std::error_code error;
-  const fs::path target = fs::weakly_canonical(path, error);
+  const fs::path target = fs::weakly_canonical(fs::absolute(path), error);
   if (error) throw FileError(path, error.message());
   if (fs::is_directory(target, error)) throw FileError(path, "Is a directory");
   if (!options.overwrite && fs::exists(target, error)) throw FileError(path, "File exists");

@@ -54,7 +54,7 @@ bool IsNumbered(const std::string& folder, const std::string& stem) {
 StagedTarget::StagedTarget(const std::string& path, std::vector<std::string> oldPieces)
     : m_oldPieces(std::move(oldPieces)) {
   std::error_code error;
-  const fs::path resolved = fs::weakly_canonical(path, error);
+  const fs::path resolved = fs::weakly_canonical(fs::absolute(path), error);
   if (error) throw FileError(path, error.message());
   m_path = resolved.string();
   m_directory = resolved.parent_path().string();

@@ -74,9 +74,12 @@ void Player::PlayAddOnLine(const std::string& line, LineResult& result) {
     return;
   }
   char* text = nullptr;
+  m_host.refusedWrite.clear();
   result.isDone = callback(parts.command.c_str(), &text);
   const std::string message = m_host.strings.TakeOver(text);
-  if (!result.isDone) result.message = message.empty() ? "The add-on gives no reason." : message;
+  if (result.isDone) return;
+  result.message = message.empty() ? "The add-on gives no reason." : message;
+  if (!m_host.refusedWrite.empty()) result.message += ": " + m_host.refusedWrite;
 }
 
 std::string Player::Check(const std::string& line) const {

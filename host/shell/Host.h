@@ -97,6 +97,10 @@ class Host {
   StringTable strings;
   AlterationWatch watch;
 
+  /// Why a writable reference was refused last, when the reason is one that the user should know;
+  /// empty when none was since the player cleared it.
+  std::string refusedWrite;
+
   /// Redraws asked for; a host with a window draws at them.
   std::int64_t redrawCount = 0;
   /// Help pages asked for, the latest last.
