@@ -2,21 +2,34 @@
 
 #include <limits>
 #include <unordered_set>
+#include <utility>
 
 namespace qelhost {
 
 QelFieldData* ReferenceTable::HandOutField(const DataSetPtr& data, const Zone* zone,
                                            QelFieldData* field) {
-  if (field != nullptr) m_references[field] = {data, zone, true};
+  if (field != nullptr) Keep(field, {data, zone, true});
   return field;
 }
 
+void ReferenceTable::Keep(const void* reference, Owner owner) {
+  m_latest = nullptr;
+  m_references[reference] = std::move(owner);
+}
+
 bool ReferenceTable::Has(const void* reference) const {
-  const auto found = m_references.find(reference);
-  return found != m_references.end() && !found->second.data.expired();
+  if (reference == nullptr) return false;
+  if (reference != m_latest) {
+    const auto found = m_references.find(reference);
+    if (found == m_references.end()) return false;
+    m_latest = reference;
+    m_latestOwner = &found->second;
+  }
+  return !m_latestOwner->data.expired();
 }
 
 void ReferenceTable::ForgetReplacedFields(const Zone& zone) {
+  m_latest = nullptr;
   std::unordered_set<const void*> held;
   for (const Field& field : zone.fields) {
     held.insert(field.view.get());
@@ -30,6 +43,7 @@ void ReferenceTable::ForgetReplacedFields(const Zone& zone) {
 }
 
 void ReferenceTable::ForgetZone(const Zone* zone) {
+  m_latest = nullptr;
   for (auto entry = m_references.begin(); entry != m_references.end();) {
     entry = entry->second.zone == zone ? m_references.erase(entry) : std::next(entry);
   }

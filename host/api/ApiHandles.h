@@ -52,11 +52,17 @@ class HandleTable {
 /// References into zones that were handed out: fields and connectivity maps. One that its zone no
 /// longer holds is refused.
 class ReferenceTable {
+  struct Owner {
+    std::weak_ptr<DataSet> data;
+    const Zone* zone = nullptr;
+    bool isField = false;
+  };
+
  public:
   QelFieldData* HandOutField(const DataSetPtr& data, const Zone* zone, QelFieldData* field);
   template <class Map>
   Map* HandOutMap(const DataSetPtr& data, const Zone* zone, Map* map) {
-    if (map != nullptr) m_references[map] = {data, zone, false};
+    if (map != nullptr) Keep(map, {data, zone, false});
     return map;
   }
   bool Has(const void* reference) const;
@@ -66,12 +72,12 @@ class ReferenceTable {
   void ForgetZone(const Zone* zone);
 
  private:
-  struct Owner {
-    std::weak_ptr<DataSet> data;
-    const Zone* zone = nullptr;
-    bool isField = false;
-  };
+  void Keep(const void* reference, Owner owner);
+
   std::unordered_map<const void*, Owner> m_references;
+  /// The reference that was looked up last: a pick asks for the same one millions of times.
+  mutable const void* m_latest = nullptr;
+  mutable const Owner* m_latestOwner = nullptr;
 };
 
 /// Every handle of the process.
