@@ -57,7 +57,8 @@ std::string UpperCase(std::string text) {
 double NumberOf(const std::string& text, const std::string& name) {
   const char* first = text.c_str();
   const char* const last = first + text.size();
-  if (first != last && *first == '+') ++first;
+  // from_chars takes no plus sign, but a minus sign behind one.
+  if (last - first > 1 && *first == '+' && first[1] != '-') ++first;
   double number = 0.0;
   const auto [end, error] = std::from_chars(first, last, number);
   if (error != std::errc() || end != last || !std::isfinite(number)) {

@@ -25,13 +25,16 @@ Frame& Host::OpenFile(const std::string& path) {
 
 Frame& Host::ShowDataSet(DataSetPtr data) {
   const HostAction action(lock);
-  const QelPlotType_e typeBefore =
-      frames.Active() == nullptr ? PlotType_None : frames.Active()->plotType;
+  const Frame* const before = frames.Active();
+  const bool hadPlot =
+      before != nullptr && (before->plotType != PlotType_None || before->Data() != nullptr);
   Frame& frame = frames.Add();
   notices.Send(StateChange_NewActiveFrame);
+  // The new frame is empty as yet, so both steps may change what an add-on takes for granted.
+  if (hadPlot) notices.SendStyle({SV_PLOTTYPE});
   frame.Show(std::move(data));
   notices.Send(StateChange_DataSetReset);
-  if (frame.plotType != typeBefore) notices.SendStyle({SV_PLOTTYPE});
+  notices.SendStyle({SV_PLOTTYPE});
   return frame;
 }
 
@@ -88,7 +91,8 @@ std::vector<Alteration> AlterationWatch::Finish() {
   for (const Watched& watched : m_watched) {
     const WriteTally now = watched.data->ZoneWrites(watched.zone, watched.variable);
     const std::int64_t picked = now.writes - watched.tallyBefore.writes;
-    if (picked == 0) continue;
+    // Fewer than before: the zone went, or its values were allocated anew, after it was handed out.
+    if (picked <= 0) continue;
     const auto [place, isFirst] =
         places.emplace(std::make_pair(watched.data.get(), watched.variable), alterations.size());
     if (isFirst) alterations.emplace_back();
