@@ -8,11 +8,9 @@ bool SetEncoding(vtkXMLWriter* writer, const std::string& name) {
   if (name != "raw" && name != "zlib") return false;
   writer->SetDataModeToAppended();
   writer->EncodeAppendedDataOff();
-  if (name == "raw") {
-    writer->SetCompressorTypeToNone();
-  } else {
-    writer->SetCompressorTypeToZLib();
-  }
+  // A new writer compresses by zlib at zlib's own level, as most files are; choosing zlib by name
+  // would choose another level.
+  if (name == "raw") writer->SetCompressorTypeToNone();
   return true;
 }
 
