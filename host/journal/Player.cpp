@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <exception>
 
 namespace qelhost {
 
@@ -53,7 +54,7 @@ LineResult Player::Play(const std::string& line) {
       try {
         RunHostCommand(m_host, line);
         result.isDone = true;
-      } catch (const CommandError& e) {
+      } catch (const std::exception& e) {
         result.message = e.what();
       }
     } else {
