@@ -1,5 +1,6 @@
 #include "Zone.h"
 
+#include <vtkCellArray.h>
 #include <vtkCellData.h>
 #include <vtkDataSetAttributes.h>
 #include <vtkImageData.h>
@@ -153,8 +154,9 @@ bool Zone::ViewUnstructured() {
   auto* grid = vtkUnstructuredGrid::SafeDownCast(m_block);
   if (grid == nullptr) return false;
   if (grid->GetNumberOfCells() == 0) {
+    // Nodes alone still have values.
     m_type = ZoneType_FELineSeg;
-    SetNodeMap(grid->GetCells(), 0);
+    SetNodeMap(vtkSmartPointer<vtkCellArray>::New(), 0);
     return true;
   }
   ChooseCells(grid->GetCellTypesArray()->GetPointer(0), grid->GetNumberOfCells());

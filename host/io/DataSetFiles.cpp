@@ -132,8 +132,9 @@ void WriteDataSet(const DataSet& dataSet, const std::string& path, const WriteOp
   CheckWritable(dataSet, path, options);
   try {
     WritableFormat(path).write(SourceOf(dataSet, path), path);
-  } catch (const FileError&) {
-    throw;
+  } catch (const FileError& error) {
+    // It may name a file that is gone by now: the one beside the target.
+    throw FileError(path, error.Reason());
   } catch (const fs::filesystem_error& reason) {
     throw FileError(path, reason.code().message());
   } catch (const std::bad_alloc&) {

@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "FileError.h"
+#include "WriteCancel.h"
 
 namespace qelhost {
 namespace fs = std::filesystem;
@@ -77,6 +78,7 @@ StagedTarget::~StagedTarget() {
 std::string StagedTarget::FolderPath() const { return m_directory + "/" + m_folder; }
 
 void StagedTarget::Commit() {
+  StopIfCancelled();
   SyncFile(m_temporary);
   struct stat before {};
   if (stat(m_path.c_str(), &before) == 0) chmod(m_temporary.c_str(), before.st_mode & 07777);

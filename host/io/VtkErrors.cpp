@@ -1,6 +1,11 @@
 #include "VtkErrors.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+#include <vtkLogger.h>
 #include <vtkObjectFactory.h>
+
+#include <cstdio>
 
 namespace qelhost {
 namespace {
@@ -35,12 +40,35 @@ vtkStandardNewMacro(CapturingWindow)
 
 }  // namespace
 
-VtkErrorCapture::VtkErrorCapture() : m_before(vtkOutputWindow::GetInstance()) {
-  m_window = vtkSmartPointer<CapturingWindow>::New();
+// The logger prints each error too, beside the window.
+VtkErrorCapture::VtkErrorCapture()
+    : m_verbosityBefore(vtkLogger::GetCurrentVerbosityCutoff()),
+      m_before(vtkOutputWindow::GetInstance()),
+      m_window(vtkSmartPointer<CapturingWindow>::New()) {
+  vtkLogger::SetStderrVerbosity(vtkLogger::VERBOSITY_OFF);
   vtkOutputWindow::SetInstance(m_window);
 }
 
-VtkErrorCapture::~VtkErrorCapture() { vtkOutputWindow::SetInstance(m_before); }
+VtkErrorCapture::~VtkErrorCapture() {
+  vtkOutputWindow::SetInstance(m_before);
+  vtkLogger::SetStderrVerbosity(static_cast<vtkLogger::Verbosity>(m_verbosityBefore));
+}
+
+StandardErrorSilence::StandardErrorSilence() : m_saved(-1) {
+  std::fflush(stderr);
+  const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+  if (nowhere < 0) return;
+  m_saved = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3);
+  if (m_saved >= 0) dup2(nowhere, STDERR_FILENO);
+  close(nowhere);
+}
+
+StandardErrorSilence::~StandardErrorSilence() {
+  if (m_saved < 0) return;
+  std::fflush(stderr);
+  dup2(m_saved, STDERR_FILENO);
+  close(m_saved);
+}
 
 bool VtkErrorCapture::HasError() const {
   return !static_cast<CapturingWindow*>(m_window.Get())->m_first.empty();

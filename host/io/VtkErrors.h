@@ -22,8 +22,23 @@ class VtkErrorCapture {
   std::string FirstError() const;
 
  private:
+  int m_verbosityBefore;
   vtkSmartPointer<vtkOutputWindow> m_before;
   vtkSmartPointer<vtkOutputWindow> m_window;
+};
+
+/// Sends the process' standard error nowhere while it lives: for the C libraries under some
+/// readers, which print there whatever they are told. Their callers learn of the failure all the
+/// same.
+class StandardErrorSilence {
+ public:
+  StandardErrorSilence();
+  ~StandardErrorSilence();
+  StandardErrorSilence(const StandardErrorSilence&) = delete;
+  StandardErrorSilence& operator=(const StandardErrorSilence&) = delete;
+
+ private:
+  int m_saved;
 };
 
 }  // namespace qelhost

@@ -31,6 +31,7 @@
 #include "Formats.h"
 #include "Staging.h"
 #include "VtkErrors.h"
+#include "WriteCancel.h"
 
 namespace qelhost {
 namespace {
@@ -70,7 +71,8 @@ void SetEncoding(vtkXMLWriter* writer, const FileEncoding& encoding, vtkDataSet*
   writer->SetDataMode(encoding.mode == DataMode::Ascii    ? vtkXMLWriter::Ascii
                       : encoding.mode == DataMode::Binary ? vtkXMLWriter::Binary
                                                           : vtkXMLWriter::Appended);
-  writer->SetEncodeAppendedData(encoding.mode == DataMode::AppendedBase64);
+  // Also decides whether the file begins with an XML declaration, in every mode.
+  writer->SetEncodeAppendedData(encoding.mode != DataMode::AppendedRaw);
   // A new writer compresses by zlib at zlib's own level; choosing zlib would choose another level.
   if (encoding.compressor == "vtkLZ4DataCompressor") {
     writer->SetCompressorType(vtkXMLWriter::LZ4);
@@ -111,7 +113,9 @@ void WriteXmlFile(vtkDataSet* block, const FileEncoding& encoding, const std::st
   writer->SetFileName(path.c_str());
   writer->SetInputDataObject(block);
   SetEncoding(writer, encoding, block);
+  StopWhenCancelled(writer);
   const int ok = writer->Write();
+  StopIfCancelled();
   if (ok == 0 || errors.HasError() || writer->GetErrorCode() != 0) {
     throw FileError(path, ReasonOf(writer->GetErrorCode(), errors));
   }
@@ -169,7 +173,9 @@ void WriteLegacyFile(vtkDataSet* block, const FileEncoding& encoding, const std:
                              ? vtkDataWriter::VTK_LEGACY_READER_VERSION_4_2
                              : vtkDataWriter::VTK_LEGACY_READER_VERSION_5_1);
   if (!encoding.legacyTitle.empty()) writer->SetHeader(encoding.legacyTitle.c_str());
+  StopWhenCancelled(writer);
   const int ok = writer->Write();
+  StopIfCancelled();
   if (ok == 0 || errors.HasError() || writer->GetErrorCode() != 0) {
     throw FileError(path, ReasonOf(writer->GetErrorCode(), errors));
   }

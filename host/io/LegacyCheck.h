@@ -1,0 +1,17 @@
+#ifndef QELHOST_IO_LEGACYCHECK_H
+#define QELHOST_IO_LEGACYCHECK_H
+
+#include <string>
+
+#include "SourceEncoding.h"
+
+namespace qelhost {
+
+/// Throws FileError when a section of a legacy file ends before all values that its head announces:
+/// VTK's reader takes what follows in memory for the rest, or crashes. Stops at a section that it
+/// does not know, which the reader then judges.
+void CheckLegacyFile(const std::string& path, const FileEncoding& encoding);
+
+}  // namespace qelhost
+
+#endif  // QELHOST_IO_LEGACYCHECK_H
