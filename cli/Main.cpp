@@ -8,6 +8,7 @@
 
 #include <fmt/format.h>
 
+#include <csignal>
 #include <exception>
 #include <new>
 #include <string>
@@ -82,6 +83,8 @@ int Main(int argc, char** argv) {
   }
 
   EndOnInterrupt();
+  // A write past a size limit is an error of that write, like one on a full disk.
+  std::signal(SIGXFSZ, SIG_IGN);
   for (const auto& [parsed, run] : subcommands) {
     if (parsed->parsed()) return RunReportingErrors(run);
   }

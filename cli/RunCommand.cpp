@@ -9,6 +9,7 @@
 #include "RunReport.h"
 #include "Subcommand.h"
 #include "Terminal.h"
+#include "WriteCancel.h"
 
 #include <fmt/format.h>
 #include <spdlog/spdlog.h>
@@ -69,6 +70,24 @@ void ReportFailure(const RunOptions& options, const PlayedLine& played) {
   PrintError(text);
 }
 
+/// The first line that cannot be understood ends the run before any data set is read. Nothing when
+/// a run goes on after failed lines.
+bool AllAreUnderstood(Host& host, const std::vector<qelhost::JournalLine>& lines,
+                      const RunOptions& options, RunRecord& record) {
+  if (options.keepGoing) return true;
+  const qelhost::Player player(host);
+  for (const qelhost::JournalLine& line : lines) {
+    PlayedLine checked;
+    checked.failure = OneLine(player.Check(line.text));
+    if (checked.failure.empty()) continue;
+    checked.line = line;
+    ReportFailure(options, checked);
+    record.lines.push_back(std::move(checked));
+    return false;
+  }
+  return true;
+}
+
 /// False when a line failed; without --keep-going nothing after it is played.
 bool PlayAll(Host& host, const std::vector<qelhost::JournalLine>& lines, const RunOptions& options,
              RunRecord& record) {
@@ -116,6 +135,12 @@ void Tell(const RunOptions& options, const RunRecord& record) {
   if (!options.report.empty()) WriteReport(options, record);
 }
 
+void WriteRecording(const Host& host, const RunOptions& options) {
+  if (options.record.empty()) return;
+  qelhost::WriteJournal(options.record, host.recorder.Lines());
+  spdlog::info("{}: written", options.record);
+}
+
 int Run(const RunOptions& options) {
   StartLog(options.quiet     ? Verbosity::kQuiet
            : options.verbose ? Verbosity::kVerbose
@@ -126,6 +151,10 @@ int Run(const RunOptions& options) {
   RunRecord record;
   Host& host = Host::Instance();
   host.LoadAddOns(options.addOns);
+  if (!AllAreUnderstood(host, lines, options, record)) {
+    Tell(options, record);
+    return kLineFailed;
+  }
   const Stopwatch readWatch;
   const std::vector<qelhost::DataSetPtr> data = OpenInputs(host, options);
   record.readSeconds = readWatch.Seconds();
@@ -133,10 +162,20 @@ int Run(const RunOptions& options) {
     qelhost::CheckWritable(*data[0], targets[0], qelhost::WriteOptions{options.force});
   }
 
+  if (!options.record.empty()) host.recorder.Start(qelhost::FirstStateOf(host.frames));
   const bool allDone = PlayAll(host, lines, options, record);
+  const HoldInterrupts hold;
   if (allDone || options.keepGoing) {
-    const HoldInterrupts hold;
-    WriteResults(data, targets, options, record);
+    qelhost::SetWriteCancel(IsInterrupted);
+    try {
+      WriteResults(data, targets, options, record);
+    } catch (const qelhost::WriteCancelled&) {
+      PrintError(record.written.empty()
+                     ? "interrupted, nothing written"
+                     : fmt::format("interrupted; written: {}", fmt::join(record.written, ", ")));
+      return kInterrupted;
+    }
+    WriteRecording(host, options);
   }
   Tell(options, record);
   host.Quit();
@@ -152,6 +191,7 @@ std::function<int()> DefineRun(CLI::App& app) {
   app.add_option("-o,--output", options->output,
                  "File to write, in the format of its extension; a folder for several data sets");
   app.add_option("--report", options->report, "Write what each line did to this file, as JSON");
+  app.add_option("--record", options->record, "Write the lines that were played as a journal");
   app.add_flag("--summary", options->summary, "Print what each line did");
   app.add_flag("--dry-run", options->dryRun, "Play, and write no data set");
   app.add_flag("--keep-going", options->keepGoing, "Go on, and write, after a line has failed");

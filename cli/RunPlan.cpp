@@ -99,9 +99,10 @@ void RequireFree(const std::string& target, bool force) {
 }  // namespace
 
 std::vector<std::string> PlanTargets(const RunOptions& options) {
-  if (!options.report.empty()) {
-    RequireFree(options.report, options.force);
-    RequireFolder(fs::path(options.report).parent_path(), options.report);
+  for (const std::string& byProduct : {options.report, options.record}) {
+    if (byProduct.empty()) continue;
+    RequireFree(byProduct, options.force);
+    RequireFolder(fs::path(byProduct).parent_path(), byProduct);
   }
   if (options.dryRun) return {};
   if (options.output.empty()) throw UsageError("--output is required unless --dry-run is given");

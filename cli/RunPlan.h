@@ -11,6 +11,7 @@ struct RunOptions {
   std::vector<std::string> inputs;
   std::string output;
   std::string report;
+  std::string record;
   std::vector<std::string> addOns;
   bool summary = false;
   bool dryRun = false;

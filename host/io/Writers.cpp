@@ -27,6 +27,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "CarefulWriter.h"
 #include "FileError.h"
 #include "Formats.h"
 #include "Staging.h"
@@ -36,11 +37,6 @@
 namespace qelhost {
 namespace {
 
-template <class Writer>
-vtkSmartPointer<vtkXMLWriter> Make() {
-  return vtkSmartPointer<Writer>::New();
-}
-
 struct XmlTarget {
   int dataObjectType;
   const char* extension;
@@ -48,11 +44,11 @@ struct XmlTarget {
 };
 
 constexpr XmlTarget kXmlTargets[] = {
-    {VTK_UNSTRUCTURED_GRID, ".vtu", Make<vtkXMLUnstructuredGridWriter>},
-    {VTK_POLY_DATA, ".vtp", Make<vtkXMLPolyDataWriter>},
-    {VTK_STRUCTURED_GRID, ".vts", Make<vtkXMLStructuredGridWriter>},
-    {VTK_RECTILINEAR_GRID, ".vtr", Make<vtkXMLRectilinearGridWriter>},
-    {VTK_IMAGE_DATA, ".vti", Make<vtkXMLImageDataWriter>},
+    {VTK_UNSTRUCTURED_GRID, ".vtu", CarefulWriter<vtkXMLUnstructuredGridWriter>::Make},
+    {VTK_POLY_DATA, ".vtp", CarefulWriter<vtkXMLPolyDataWriter>::Make},
+    {VTK_STRUCTURED_GRID, ".vts", CarefulWriter<vtkXMLStructuredGridWriter>::Make},
+    {VTK_RECTILINEAR_GRID, ".vtr", CarefulWriter<vtkXMLRectilinearGridWriter>::Make},
+    {VTK_IMAGE_DATA, ".vti", CarefulWriter<vtkXMLImageDataWriter>::Make},
 };
 
 int KindOf(vtkDataSet* block) {
@@ -117,6 +113,7 @@ void WriteXmlFile(vtkDataSet* block, const FileEncoding& encoding, const std::st
   const int ok = writer->Write();
   StopIfCancelled();
   if (ok == 0 || errors.HasError() || writer->GetErrorCode() != 0) {
+    RequireRoomBehind(path);  // the system knows a better reason than the writer
     throw FileError(path, ReasonOf(writer->GetErrorCode(), errors));
   }
   ScanXmlFile(path);  // it ends where it should
@@ -177,6 +174,7 @@ void WriteLegacyFile(vtkDataSet* block, const FileEncoding& encoding, const std:
   const int ok = writer->Write();
   StopIfCancelled();
   if (ok == 0 || errors.HasError() || writer->GetErrorCode() != 0) {
+    RequireRoomBehind(path);  // the system knows a better reason than the writer
     throw FileError(path, ReasonOf(writer->GetErrorCode(), errors));
   }
   RequireRoomBehind(path);
