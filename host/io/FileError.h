@@ -10,10 +10,6 @@ namespace qelhost {
 class FileError : public std::runtime_error {
  public:
   FileError(const std::string& file, const std::string& reason);
-  const std::string& Reason() const { return m_reason; }
-
- private:
-  std::string m_reason;
 
   const std::string& Reason() const { return m_reason; }
 
