@@ -11,6 +11,7 @@ class FileError : public std::runtime_error {
  public:
   FileError(const std::string& file, const std::string& reason);
 
+  /// Without the file.
   const std::string& Reason() const { return m_reason; }
 
  private:
