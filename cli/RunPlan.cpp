@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <set>
@@ -79,9 +80,14 @@ void RequireFolder(const fs::path& folder, const std::string& target) {
     throw TargetError(
         fmt::format("{}: cannot be written: {} is no folder", target, place.string()));
   }
-  if (access(place.c_str(), W_OK | X_OK) != 0) {
+  // Tried out, because permissions alone do not tell: a file system may take no files at all.
+  std::string probe = (place / ".marquell-XXXXXX").string();
+  const int file = mkstemp(probe.data());
+  if (file < 0) {
     throw TargetError(fmt::format("{}: cannot be written: {}", target, std::strerror(errno)));
   }
+  close(file);
+  unlink(probe.c_str());
 }
 
 void RequireFree(const std::string& target, bool force) {
