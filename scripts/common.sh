@@ -47,7 +47,7 @@ install_missing() {
   if ! "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y \
     --no-install-recommends "${missing[@]}" >>"$log" 2>&1; then
     local reason
-    reason=$(grep -m1 -E '^(E|Err|W|sudo):?' "$log" || tail -n1 "$log")
+    reason=$(grep -m1 '^E: ' "$log" || tail -n1 "$log")
     rm -f "$log"
     die "cannot install ${missing[*]}; is there a network? apt-get says: $reason"
   fi
