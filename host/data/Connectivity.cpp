@@ -106,11 +106,15 @@ bool IsPlain(const QelNodeMap& map) {
   if (map.cells->IsHomogeneous() != map.nodesPerElement) return false;
   if (map.cellTypes == nullptr) return true;
   static constexpr std::array<signed char, 8> kStraight{0, 1, 2, 3, 4, 5, 6, 7};
+  std::array<bool, 256> isStraight{};
+  for (std::size_t type = 0; type < isStraight.size(); ++type) {
+    const auto* table = map.tables[type];
+    isStraight[type] =
+        table != nullptr &&
+        std::equal(table->begin(), table->begin() + map.nodesPerElement, kStraight.begin());
+  }
   for (LgIndex_t i = 0; i < map.elementCount; ++i) {
-    const auto& table = *map.tables[map.cellTypes[map.firstBlockCell + i]];
-    if (!std::equal(table.begin(), table.begin() + map.nodesPerElement, kStraight.begin())) {
-      return false;
-    }
+    if (!isStraight[map.cellTypes[map.firstBlockCell + i]]) return false;
   }
   return true;
 }

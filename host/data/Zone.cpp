@@ -165,13 +165,25 @@ bool Zone::ViewUnstructured() {
 }
 
 void Zone::ChooseCells(const unsigned char* types, std::int64_t blockCells) {
+  std::array<bool, 256> present{};
+  for (std::int64_t i = 0; i < blockCells; ++i) present[types[i]] = true;
   CellFamily family;
-  for (std::int64_t i = 0; i < blockCells; ++i) family.Add(ShapeOfVtkCell(types[i]));
+  for (int type = 0; type < 256; ++type) {
+    if (present[type]) family.Add(ShapeOfVtkCell(type));
+  }
   m_type = TypeOf(family);
-  const auto isZoneCell = [&family, types](std::int64_t cell) {
-    const int dimension = DimensionOf(ShapeOfVtkCell(types[cell]));
-    return dimension > 0 && dimension == family.dimension;
-  };
+  std::array<bool, 256> inZone{};
+  bool carriesNone = true;
+  for (int type = 0; type < 256; ++type) {
+    const int dimension = DimensionOf(ShapeOfVtkCell(type));
+    inZone[type] = dimension > 0 && dimension == family.dimension;
+    if (present[type] && !inZone[type]) carriesNone = false;
+  }
+  if (carriesNone) {
+    m_cellCount = static_cast<LgIndex_t>(blockCells);
+    return;
+  }
+  const auto isZoneCell = [&inZone, types](std::int64_t cell) { return inZone[types[cell]]; };
   std::int64_t count = 0, first = -1, last = -1;
   for (std::int64_t i = 0; i < blockCells; ++i) {
     if (!isZoneCell(i)) {

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <filesystem>
 #include <set>
@@ -117,6 +118,30 @@ void StagedTarget::RemoveOldPieces() const {
     }
   }
   for (const fs::path& at : folders) fs::remove(at, error);  // refused unless it is empty
+}
+
+EarlyWriteback::EarlyWriteback(const std::string& path)
+    : m_path(path), m_thread([this] { Run(); }) {}
+
+EarlyWriteback::~EarlyWriteback() {
+  {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_stop = true;
+  }
+  m_wake.notify_one();
+  m_thread.join();
+}
+
+void EarlyWriteback::Run() {
+  constexpr std::chrono::milliseconds kPause{10};
+  int fd = -1;
+  std::unique_lock<std::mutex> lock(m_mutex);
+  while (!m_wake.wait_for(lock, kPause, [this] { return m_stop; })) {
+    if (fd < 0) fd = open(m_path.c_str(), O_RDONLY | O_CLOEXEC);
+    // Only a hint: what fails here fails again in the sync that is checked.
+    if (fd >= 0) sync_file_range(fd, 0, 0, SYNC_FILE_RANGE_WRITE);
+  }
+  if (fd >= 0) close(fd);
 }
 
 void SyncFile(const std::string& path) {

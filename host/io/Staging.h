@@ -2,7 +2,10 @@
 #ifndef QELHOST_IO_STAGING_H
 #define QELHOST_IO_STAGING_H
 
+#include <condition_variable>
+#include <mutex>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace qelhost {
@@ -38,6 +41,25 @@ class StagedTarget {
   std::string m_folder;
   std::vector<std::string> m_oldPieces;
   bool m_committed = false;
+};
+
+/// Has the system bring a growing file's bytes to the disk while its writer computes the next ones,
+/// so that the final sync, which must wait for them, finds little left to do.
+class EarlyWriteback {
+ public:
+  explicit EarlyWriteback(const std::string& path);
+  ~EarlyWriteback();
+  EarlyWriteback(const EarlyWriteback&) = delete;
+  EarlyWriteback& operator=(const EarlyWriteback&) = delete;
+
+ private:
+  void Run();
+
+  std::string m_path;
+  bool m_stop = false;
+  std::mutex m_mutex;
+  std::condition_variable m_wake;
+  std::thread m_thread;
 };
 
 /// Brings a file's bytes to the disk; throws FileError when they do not arrive.

@@ -26,6 +26,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 
 #include "CarefulWriter.h"
 #include "FileError.h"
@@ -92,6 +93,14 @@ std::string ReasonOf(unsigned long errorCode, const VtkErrorCapture& errors) {
   return std::string("cannot be written: ") + vtkErrorCode::GetStringFromErrorCode(errorCode);
 }
 
+/// The system knows a better reason than the writer, unless the writer removed the file.
+[[noreturn]] void ThrowWriteError(const std::string& path, unsigned long errorCode,
+                                  const VtkErrorCapture& errors) {
+  std::error_code none;
+  if (std::filesystem::exists(path, none)) RequireRoomBehind(path);
+  throw FileError(path, ReasonOf(errorCode, errors));
+}
+
 vtkSmartPointer<vtkDataSet> AsUnstructured(vtkDataSet* block) {
   vtkNew<vtkAppendFilter> converter;
   converter->AddInputData(block);
@@ -110,11 +119,14 @@ void WriteXmlFile(vtkDataSet* block, const FileEncoding& encoding, const std::st
   writer->SetInputDataObject(block);
   SetEncoding(writer, encoding, block);
   StopWhenCancelled(writer);
-  const int ok = writer->Write();
+  int ok = 0;
+  {
+    const EarlyWriteback writeback(path);
+    ok = writer->Write();
+  }
   StopIfCancelled();
   if (ok == 0 || errors.HasError() || writer->GetErrorCode() != 0) {
-    RequireRoomBehind(path);  // the system knows a better reason than the writer
-    throw FileError(path, ReasonOf(writer->GetErrorCode(), errors));
+    ThrowWriteError(path, writer->GetErrorCode(), errors);
   }
   ScanXmlFile(path);  // it ends where it should
 }
@@ -171,11 +183,14 @@ void WriteLegacyFile(vtkDataSet* block, const FileEncoding& encoding, const std:
                              : vtkDataWriter::VTK_LEGACY_READER_VERSION_5_1);
   if (!encoding.legacyTitle.empty()) writer->SetHeader(encoding.legacyTitle.c_str());
   StopWhenCancelled(writer);
-  const int ok = writer->Write();
+  int ok = 0;
+  {
+    const EarlyWriteback writeback(path);
+    ok = writer->Write();
+  }
   StopIfCancelled();
   if (ok == 0 || errors.HasError() || writer->GetErrorCode() != 0) {
-    RequireRoomBehind(path);  // the system knows a better reason than the writer
-    throw FileError(path, ReasonOf(writer->GetErrorCode(), errors));
+    ThrowWriteError(path, writer->GetErrorCode(), errors);
   }
   RequireRoomBehind(path);
 }
