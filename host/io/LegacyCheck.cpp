@@ -43,6 +43,8 @@ class MappedFile {
 };
 
 struct CutOff {};
+/// What follows cannot be measured: the reader knows it or refuses it.
+struct Unmeasured {};
 
 bool IsBlank(char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; }
 
@@ -55,19 +57,13 @@ std::string Lower(std::string_view text) {
 
 /// Bits of a value in a binary file; 0 for a type of no fixed size.
 int BitsOf(const std::string& type) {
-  static const std::map<std::string, int> kBits = {{"bit", 1},
-                                                   {"char", 8},
-                                                   {"unsigned_char", 8},
-                                                   {"short", 16},
-                                                   {"unsigned_short", 16},
-                                                   {"int", 32},
-                                                   {"unsigned_int", 32},
-                                                   {"long", 64},
-                                                   {"unsigned_long", 64},
-                                                   {"float", 32},
-                                                   {"double", 64},
-                                                   {"vtkidtype", 32},
-                                                   {"vtktypeint64", 64},
+  static const std::map<std::string, int> kBits = {{"bit", 1},           {"char", 8},
+                                                   {"signed_char", 8},   {"unsigned_char", 8},
+                                                   {"short", 16},        {"unsigned_short", 16},
+                                                   {"int", 32},          {"unsigned_int", 32},
+                                                   {"long", 64},         {"unsigned_long", 64},
+                                                   {"float", 32},        {"double", 64},
+                                                   {"vtkidtype", 32},    {"vtktypeint64", 64},
                                                    {"vtktypeuint64", 64}};
   const auto found = kBits.find(type);
   return found == kBits.end() ? 0 : found->second;
@@ -223,11 +219,7 @@ class LegacyWalk {
     } else {
       Line();
       const int bits = BitsOf(type);
-      // A type without a size of its own: the reader knows it or refuses it.
-      if (bits == 0) {
-        m_left = {};
-        return;
-      }
+      if (bits == 0) throw Unmeasured{};
       Skip(bits == 1 ? (count + 7) / 8 : count * (bits / 8));
     }
   }
@@ -302,6 +294,8 @@ void CheckLegacyFile(const std::string& path, const FileEncoding& encoding) {
   const MappedFile file(path);
   try {
     LegacyWalk(file.Bytes(), encoding).Run();
+  } catch (const Unmeasured&) {
+    return;
   } catch (const CutOff&) {
     throw FileError(path, "damaged: the file is cut off");
   }
