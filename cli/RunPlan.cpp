@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -73,6 +74,26 @@ std::vector<std::string> TargetsInFolder(const RunOptions& options) {
   return targets;
 }
 
+/// 0, or the system's reason. Permissions alone do not tell: a file system may take no files at
+/// all.
+int TryToMakeAFile(const fs::path& folder) {
+  // An interrupt in between would leave the file behind.
+  sigset_t interrupts;
+  sigset_t before;
+  sigemptyset(&interrupts);
+  sigaddset(&interrupts, SIGINT);
+  pthread_sigmask(SIG_BLOCK, &interrupts, &before);
+  std::string probe = (folder / ".marquell-XXXXXX").string();
+  const int file = mkstemp(probe.data());
+  const int reason = file < 0 ? errno : 0;
+  if (file >= 0) {
+    close(file);
+    unlink(probe.c_str());
+  }
+  pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  return reason;
+}
+
 void RequireFolder(const fs::path& folder, const std::string& target) {
   const fs::path place = folder.empty() ? fs::path(".") : folder;
   std::error_code error;
@@ -80,14 +101,9 @@ void RequireFolder(const fs::path& folder, const std::string& target) {
     throw TargetError(
         fmt::format("{}: cannot be written: {} is no folder", target, place.string()));
   }
-  // Tried out, because permissions alone do not tell: a file system may take no files at all.
-  std::string probe = (place / ".marquell-XXXXXX").string();
-  const int file = mkstemp(probe.data());
-  if (file < 0) {
-    throw TargetError(fmt::format("{}: cannot be written: {}", target, std::strerror(errno)));
+  if (const int reason = TryToMakeAFile(place)) {
+    throw TargetError(fmt::format("{}: cannot be written: {}", target, std::strerror(reason)));
   }
-  close(file);
-  unlink(probe.c_str());
 }
 
 void RequireFree(const std::string& target, bool force) {
