@@ -1,6 +1,7 @@
 // marquell info: what data sets hold.
 #include "DataSetFiles.h"
 #include "Subcommand.h"
+#include "Table.h"
 #include "Terminal.h"
 
 #include <fmt/format.h>
@@ -123,52 +124,85 @@ Json FileJson(const std::string& path) {
   return json;
 }
 
-std::string ZoneText(const Json& zone) {
-  std::string text = fmt::format("  zone {} \"{}\": {}, ", zone["zone"].get<int>(),
-                                 zone["name"].get<std::string>(), zone["type"].get<std::string>());
+std::string ZoneSize(const Json& zone) {
+  std::string text;
   if (zone.contains("size")) {
-    text += fmt::format("{}, ", fmt::join(zone["size"].get<std::vector<LgIndex_t>>(), " x "));
+    text = fmt::format("{}, ", fmt::join(zone["size"].get<std::vector<LgIndex_t>>(), " x "));
   }
-  text += fmt::format("{} nodes, {} cells", zone["nodes"].get<LgIndex_t>(),
-                      zone["cells"].get<LgIndex_t>());
-  if (zone["strand"].get<LgIndex_t>() > 0) {
-    text += fmt::format(", strand {} at time {}", zone["strand"].get<LgIndex_t>(),
-                        Number(zone["solutionTime"].get<double>()));
-  }
+  return text + fmt::format("{} nodes, {} cells", zone["nodes"].get<LgIndex_t>(),
+                            zone["cells"].get<LgIndex_t>());
+}
+
+/// What is worth a word beside the numbers.
+std::string ZoneNotes(const Json& zone) {
+  std::vector<std::string> notes;
   if (zone.contains("computedCoordinates")) {
-    text +=
-        fmt::format(", coordinates computed ({})", zone["computedCoordinates"].get<std::string>());
+    notes.push_back(
+        fmt::format("coordinates computed ({})", zone["computedCoordinates"].get<std::string>()));
   }
   for (const CarriedName& entry : kCarriedNames) {
     if (!zone["carried"].contains(entry.key)) continue;
-    text += fmt::format("; {} {} carried through", zone["carried"][entry.key].get<std::int64_t>(),
-                        entry.text);
+    notes.push_back(fmt::format("{} {} carried through",
+                                zone["carried"][entry.key].get<std::int64_t>(), entry.text));
   }
-  return text + "\n";
+  return fmt::format("{}", fmt::join(notes, "; "));
 }
 
-std::string VariableText(const Json& variable) {
-  const std::string range = variable["min"].is_null()
-                                ? "no values"
-                                : fmt::format("{} to {}", Number(variable["min"].get<double>()),
-                                              Number(variable["max"].get<double>()));
-  std::string text = fmt::format("  variable {} \"{}\": ", variable["variable"].get<int>(),
-                                 variable["name"].get<std::string>());
-  const std::string location = variable["location"].get<std::string>();
-  text += location.empty() ? range : fmt::format("at {}, {}", location, range);
-  const auto passive = variable["passiveInZones"].get<std::vector<LgIndex_t>>();
-  const auto shared = variable["sharedInZones"].get<std::vector<LgIndex_t>>();
-  if (!passive.empty()) text += fmt::format(", passive in zones {}", fmt::join(passive, ", "));
-  if (!shared.empty()) text += fmt::format(", shared by zones {}", fmt::join(shared, ", "));
-  return text + "\n";
+std::vector<std::string> ZoneRow(const Json& zone) {
+  const bool isInTime = zone["strand"].get<LgIndex_t>() > 0;
+  return {fmt::format("{}", zone["zone"].get<int>()),
+          zone["name"].get<std::string>(),
+          zone["type"].get<std::string>(),
+          ZoneSize(zone),
+          isInTime ? fmt::format("{}", zone["strand"].get<LgIndex_t>()) : "",
+          isInTime ? Number(zone["solutionTime"].get<double>()) : "",
+          ZoneNotes(zone)};
+}
+
+std::vector<std::string> VariableRow(const Json& variable) {
+  const auto number = [&variable](const char* key) {
+    return variable[key].is_null() ? "" : Number(variable[key].get<double>());
+  };
+  const auto zones = [&variable](const char* key) {
+    return fmt::format("{}", fmt::join(variable[key].get<std::vector<LgIndex_t>>(), ", "));
+  };
+  return {fmt::format("{}", variable["variable"].get<int>()),
+          variable["name"].get<std::string>(),
+          variable["location"].get<std::string>(),
+          number("min"),
+          number("max"),
+          zones("passiveInZones"),
+          zones("sharedInZones")};
+}
+
+std::string Counted(std::size_t count, const char* what) {
+  return fmt::format("{} {}{}", count, what, count == 1 ? "" : "s");
 }
 
 std::string FileText(const Json& file) {
-  std::string text = fmt::format("{}: {} zones, {} variables\n", file["file"].get<std::string>(),
-                                 file["zones"].size(), file["variables"].size());
-  for (const Json& zone : file["zones"]) text += ZoneText(zone);
-  for (const Json& variable : file["variables"]) text += VariableText(variable);
-  return text;
+  std::vector<std::vector<std::string>> zones;
+  for (const Json& zone : file["zones"]) zones.push_back(ZoneRow(zone));
+  std::vector<std::vector<std::string>> variables;
+  for (const Json& variable : file["variables"]) variables.push_back(VariableRow(variable));
+  return fmt::format("{}: {}, {}\n\n", file["file"].get<std::string>(),
+                     Counted(zones.size(), "zone"), Counted(variables.size(), "variable")) +
+         TableText({{"zone", true},
+                    {"name"},
+                    {"type"},
+                    {"size"},
+                    {"strand", true},
+                    {"time", true},
+                    {"notes"}},
+                   zones) +
+         "\n" +
+         TableText({{"variable", true},
+                    {"name"},
+                    {"at"},
+                    {"min", true},
+                    {"max", true},
+                    {"passive in zones"},
+                    {"shared by zones"}},
+                   variables);
 }
 
 int Info(const InfoOptions& options) {
