@@ -44,7 +44,10 @@ LgIndex_t QelUtilDataNodeGetByRef(const QelNodeMap* map, LgIndex_t element, LgIn
 
 void QelUtilDataNodeSetByRef(QelNodeMap* map, LgIndex_t element, LgIndex_t corner, LgIndex_t node) {
   GuardedVoid(__func__, [&](Host&) {
-    if (IsKnown(map)) map->SetNode(std::int64_t{element} - 1, corner - 1, std::int64_t{node} - 1);
+    if (!IsKnown(map) || !IsNumber(corner, map->nodesPerElement)) return;
+    if (!map->SetNode(std::int64_t{element} - 1, corner - 1, std::int64_t{node} - 1)) return;
+    Zone* const zone = TheHandles().references.ForgetDerivedMaps(map);
+    if (zone != nullptr) zone->DropDerivedMaps();
   });
 }
 

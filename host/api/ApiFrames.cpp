@@ -112,10 +112,14 @@ bool QelUtilDataSetDeleteZone(const QelSet* zones) {
     std::vector<LgIndex_t> numbers;
     if (!IndicesOf(zones, numbers)) return false;
     std::vector<const Zone*> deleted;
-    for (const LgIndex_t number : numbers) deleted.push_back(ActiveZone(host, number));
-    if (!DeleteZones(host, numbers)) return false;
+    for (const LgIndex_t number : numbers) {
+      const Zone* const zone = ActiveZone(host, number);
+      if (zone == nullptr || zone->IsFromFile()) return false;
+      deleted.push_back(zone);
+    }
+    // First, for those who hear of the deletion may still hold references into the zones.
     for (const Zone* const zone : deleted) TheHandles().references.ForgetZone(zone);
-    return true;
+    return DeleteZones(host, numbers);
   });
 }
 

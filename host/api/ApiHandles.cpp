@@ -6,7 +6,7 @@
 
 namespace qelhost {
 
-QelFieldData* ReferenceTable::HandOutField(const DataSetPtr& data, const Zone* zone,
+QelFieldData* ReferenceTable::HandOutField(const DataSetPtr& data, Zone* zone,
                                            QelFieldData* field) {
   if (field != nullptr) Keep(field, {data, zone, true});
   return field;
@@ -40,6 +40,19 @@ void ReferenceTable::ForgetReplacedFields(const Zone& zone) {
     const bool isGone = owner.zone == &zone && owner.isField && held.count(entry->first) == 0;
     entry = isGone ? m_references.erase(entry) : std::next(entry);
   }
+}
+
+Zone* ReferenceTable::ForgetDerivedMaps(const QelNodeMap* map) {
+  const auto found = m_references.find(map);
+  if (found == m_references.end()) return nullptr;
+  m_latest = nullptr;
+  Zone* const zone = found->second.zone;
+  for (auto entry = m_references.begin(); entry != m_references.end();) {
+    const bool isDerived =
+        entry->second.zone == zone && !entry->second.isField && entry->first != map;
+    entry = isDerived ? m_references.erase(entry) : std::next(entry);
+  }
+  return zone;
 }
 
 void ReferenceTable::ForgetZone(const Zone* zone) {

@@ -54,20 +54,23 @@ class HandleTable {
 class ReferenceTable {
   struct Owner {
     std::weak_ptr<DataSet> data;
-    const Zone* zone = nullptr;
+    Zone* zone = nullptr;
     bool isField = false;
   };
 
  public:
-  QelFieldData* HandOutField(const DataSetPtr& data, const Zone* zone, QelFieldData* field);
+  QelFieldData* HandOutField(const DataSetPtr& data, Zone* zone, QelFieldData* field);
   template <class Map>
-  Map* HandOutMap(const DataSetPtr& data, const Zone* zone, Map* map) {
+  Map* HandOutMap(const DataSetPtr& data, Zone* zone, Map* map) {
     if (map != nullptr) Keep(map, {data, zone, false});
     return map;
   }
   bool Has(const void* reference) const;
   /// Forgets those fields of a zone that it no longer holds, after its storage changed.
   void ForgetReplacedFields(const Zone& zone);
+  /// Forgets the other maps of the zone that the node map belongs to, which follow from it, and
+  /// answers the zone; null when the map is unknown.
+  Zone* ForgetDerivedMaps(const QelNodeMap* map);
   /// Forgets everything of a zone, before it goes.
   void ForgetZone(const Zone* zone);
 

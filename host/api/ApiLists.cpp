@@ -102,7 +102,9 @@ bool QelUtilArgListAppendDouble(QelArgList* list, const char* name, double value
 }
 
 bool QelUtilArgListAppendString(QelArgList* list, const char* name, const char* value) {
-  return value != nullptr && Append(__func__, list, name, std::string(value));
+  return Guarded(__func__, false, [&](Host&) {
+    return value != nullptr && Append(__func__, list, name, std::string(value));
+  });
 }
 
 bool QelUtilArgListAppendArray(QelArgList* list, const char* name, const void* values) {

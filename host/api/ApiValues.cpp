@@ -66,9 +66,9 @@ void QelUtilVarGetMinMax(LgIndex_t var, double* min, double* max) {
 }
 
 QelValueLocation_e QelUtilDataValueGetLocation(LgIndex_t zone, LgIndex_t var) {
-  return Guarded(__func__, ValueLocation_Nodal, [&](Host& host) {
+  return Guarded(__func__, ValueLocation_CellCentered, [&](Host& host) {
     const Field* const field = FieldOf(host, zone, var);
-    return field == nullptr ? ValueLocation_Nodal : field->location;
+    return field == nullptr ? ValueLocation_CellCentered : field->location;
   });
 }
 
