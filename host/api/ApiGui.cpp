@@ -276,7 +276,8 @@ void QelGUIButtonSetText(LgIndex_t button, const char* text) {
 
 bool QelGUITextFieldGetDouble(LgIndex_t field, double* value) {
   return Guarded(__func__, false, [&](Host& host) {
-    const Control* const control = host.dialogs.Find(field);
+    const Control* control = host.dialogs.Find(field, ControlKind::TextField);
+    if (control == nullptr) control = host.dialogs.Find(field, ControlKind::SpinTextField);
     if (control == nullptr || value == nullptr) return false;
     return ReadDouble(control->text, *value);
   });

@@ -69,6 +69,16 @@ std::vector<LgIndex_t> DialogModel::ChildrenOf(LgIndex_t parent) const {
   return children;
 }
 
+std::vector<LgIndex_t> DialogModel::PagesOf(LgIndex_t tabOrForm) const {
+  std::vector<LgIndex_t> pages;
+  for (const Control& control : m_controls) {
+    const bool isPage =
+        control.kind == ControlKind::TabPage || control.kind == ControlKind::FormPage;
+    if (isPage && control.parent == tabOrForm) pages.push_back(control.id);
+  }
+  return pages;
+}
+
 void DialogModel::Launch(LgIndex_t dialog) {
   Control* const control = Find(dialog, ControlKind::Dialog);
   if (control == nullptr) return;
@@ -88,13 +98,13 @@ bool DialogModel::IsUp(LgIndex_t dialog) const {
 void DialogModel::ShowTabPage(LgIndex_t tab, LgIndex_t page) {
   Control* const control = Find(tab, ControlKind::Tab);
   if (control == nullptr || page < 1) return;
-  if (page <= static_cast<LgIndex_t>(ChildrenOf(tab).size())) control->selected = page;
+  if (page <= static_cast<LgIndex_t>(PagesOf(tab).size())) control->selected = page;
 }
 
 void DialogModel::ShowFormPage(LgIndex_t page) {
   const Control* const shown = Find(page, ControlKind::FormPage);
   if (shown == nullptr) return;
-  const std::vector<LgIndex_t> pages = ChildrenOf(shown->parent);
+  const std::vector<LgIndex_t> pages = PagesOf(shown->parent);
   for (std::size_t i = 0; i < pages.size(); ++i) {
     if (pages[i] == page) Find(shown->parent)->selected = static_cast<LgIndex_t>(i) + 1;
   }
@@ -107,7 +117,7 @@ bool DialogModel::IsShown(LgIndex_t id) const {
     if (control->kind == ControlKind::Dialog) return control->isUp;
     const Control* const holder = Find(control->parent);
     if (control->kind == ControlKind::TabPage || control->kind == ControlKind::FormPage) {
-      const std::vector<LgIndex_t> pages = ChildrenOf(control->parent);
+      const std::vector<LgIndex_t> pages = PagesOf(control->parent);
       if (holder == nullptr || holder->selected < 1 ||
           pages[static_cast<std::size_t>(holder->selected - 1)] != control->id) {
         return false;
@@ -166,7 +176,7 @@ bool DialogModel::Spin(LgIndex_t field, bool up) {
 
 bool DialogModel::TurnToPage(LgIndex_t tab, LgIndex_t page) {
   Control* const control = Find(tab, ControlKind::Tab);
-  if (!CanAct(control) || page < 1 || page > static_cast<LgIndex_t>(ChildrenOf(tab).size())) {
+  if (!CanAct(control) || page < 1 || page > static_cast<LgIndex_t>(PagesOf(tab).size())) {
     return false;
   }
   const LgIndex_t before = control->selected;
@@ -180,7 +190,11 @@ bool DialogModel::TurnToPage(LgIndex_t tab, LgIndex_t page) {
 bool DialogModel::CloseWindow(LgIndex_t dialog) {
   if (!IsUp(dialog)) return false;
   const QelGUIVoidCallback_pf close = Find(dialog)->callbacks.close;
-  if (close != nullptr) close();
+  if (close != nullptr) {
+    close();
+  } else {
+    Drop(dialog);
+  }
   return true;
 }
 

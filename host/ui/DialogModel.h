@@ -115,6 +115,8 @@ class DialogModel {
   bool AskForHelp(LgIndex_t dialog);
 
  private:
+  /// The pages of a tab or form alone: other controls may stand on it too.
+  std::vector<LgIndex_t> PagesOf(LgIndex_t tabOrForm) const;
   bool CanAct(const Control* control) const;
 
   std::deque<Control> m_controls;  ///< the id is the place plus 1
