@@ -103,8 +103,12 @@ bool QelUtilViewGetMagnification(double* magnification) {
 }
 
 bool QelUtilViewRotate3D(QelRotateAxis_e axis, double degrees, double /*x*/, double /*y*/,
-                         double /*z*/, QelRotateOrigin_e /*origin*/) {
-  return Guarded(__func__, false, [&](Host& host) { return RotateView(host, axis, degrees); });
+                         double /*z*/, QelRotateOrigin_e origin) {
+  return Guarded(__func__, false, [&](Host& host) {
+    const bool isOrigin =
+        origin >= RotateOriginLocation_DefinedOrigin && origin <= RotateOriginLocation_Viewer;
+    return isOrigin && RotateView(host, axis, degrees);
+  });
 }
 
 bool QelUtilThreeDViewGetViewerAngle(double* psi, double* alpha, double* theta) {
@@ -189,13 +193,13 @@ QelSetValueResult_e QelUtilStyleSetLowLevelX(QelArgList* args) {
     const auto* const integer = FindArgument<ArbParam_t>(args, SV_IVALUE);
     const auto* const number = FindArgument<LgIndex_t>(args, SV_IVALUE);
     const auto* const real = FindArgument<double>(args, SV_DVALUE);
-    if (!AreMapsKnown(host, address)) return SetValueResult_ValueError;
+    if (!AreMapsKnown(host, address)) address.maps.clear();
     if (integer == nullptr && number == nullptr && real == nullptr) {
       return SetValueResult_ValueError;
     }
     const ArbParam_t iValue = integer != nullptr  ? *integer
                               : number != nullptr ? *number
-                                                  : static_cast<ArbParam_t>(*real);
+                                                  : IntegerOf(*real);
     return ApplyStyle(host, address, iValue, real != nullptr ? *real : static_cast<double>(iValue));
   });
 }
@@ -205,7 +209,8 @@ QelSetValueResult_e QelUtilStyleGetLowLevelX(QelArgList* args) {
     StyleAddress address;
     if (!ReadAddress(args, address)) return SetValueResult_SyntaxError;
     Frame* const frame = host.frames.Active();
-    if (frame == nullptr || !AreMapsKnown(host, address)) return SetValueResult_ValueError;
+    if (frame == nullptr) return SetValueResult_ValueError;
+    if (!AreMapsKnown(host, address)) address.maps.clear();
     auto* const* const integer = FindArgument<ArbParam_t*>(args, SV_IVALUE);
     auto* const* const real = FindArgument<double*>(args, SV_DVALUE);
     return GetStyle(frame->styles, address, integer == nullptr ? nullptr : *integer,

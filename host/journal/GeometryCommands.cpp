@@ -59,6 +59,7 @@ CommandAction ParseShape(const ShapeRow& shape, const CommandText& text) {
   if (isPolyline) {
     if (!text.Has("POINTS")) throw CommandError("POINTS is missing");
     geometry.points = PointsOf(text.values.at("POINTS"));
+    if (geometry.points.empty()) throw CommandError("a polyline needs points");
   }
   return [geometry](Host& host) {
     if (AddGeometry(host, geometry) == 0) throw CommandError("there is no frame");

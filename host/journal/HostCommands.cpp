@@ -9,7 +9,9 @@
 #include "qelvane/Keywords.h"
 
 #include <algorithm>
+#include <cmath>
 #include <map>
+#include <set>
 
 namespace qelhost {
 
@@ -69,6 +71,23 @@ struct BlankingSetting {
   double value = 0.0;
 };
 
+bool IsBlankingSetting(const std::string& name, bool ofConstraint) {
+  static const std::set<std::string> general = {SV_INCLUDE, SV_BLANKENTIRECELL,
+                                                SV_VALUEBLANKCELLMODE};
+  static const std::set<std::string> constraint = {
+      SV_INCLUDE, SV_VARA, SV_VARB, SV_RELOP, SV_CONSTRAINTOP2MODE, SV_VALUECUTOFF};
+  return (ofConstraint ? constraint : general).count(name) > 0;
+}
+
+double BlankingValue(const CommandText& text, const std::string& name) {
+  if (name == SV_INCLUDE || name == SV_BLANKENTIRECELL) return text.Flag(name) ? 1.0 : 0.0;
+  const double number = text.Number(name);
+  if (name != SV_VALUECUTOFF && number != std::trunc(number)) {
+    throw CommandError(name + " is not a whole number: \"" + text.values.at(name) + "\"");
+  }
+  return number;
+}
+
 std::vector<BlankingSetting> BlankingSettings(const CommandText& text) {
   std::vector<std::string> path = {SV_BLANKING, SV_VALUE};
   LgIndex_t constraint = 0;
@@ -77,14 +96,19 @@ std::vector<BlankingSetting> BlankingSettings(const CommandText& text) {
       throw CommandError("\"" + text.words[1] + "\" is not understood");
     }
     constraint = text.Count(2, "the constraint's number");
+    if (constraint < 1 || constraint > static_cast<LgIndex_t>(ValueBlanking::kConstraintCount)) {
+      throw CommandError("there is no constraint " + std::to_string(constraint));
+    }
     path.emplace_back(SV_CONSTRAINT);
+    if (text.words.size() > 3) throw CommandError("\"" + text.words[3] + "\" is not understood");
   }
   std::vector<BlankingSetting> settings;
   for (const auto& [name, value] : text.values) {
-    BlankingSetting setting{{path, constraint, {}}, 0.0};
+    if (!IsBlankingSetting(name, constraint > 0)) {
+      throw CommandError("there is no blanking setting " + name);
+    }
+    BlankingSetting setting{{path, constraint, {}}, BlankingValue(text, name)};
     setting.address.path.push_back(name);
-    const bool isFlag = name == SV_INCLUDE || name == SV_BLANKENTIRECELL;
-    setting.value = isFlag ? (text.Flag(name) ? 1.0 : 0.0) : text.Number(name);
     settings.push_back(setting);
   }
   return settings;
@@ -104,10 +128,9 @@ CommandAction ParseBlanking(const std::string& rest) {
     Demand(host.frames.Active() != nullptr, "there is no frame");
     for (const BlankingSetting& setting : settings) {
       const QelSetValueResult_e result =
-          ApplyStyle(host, setting.address, static_cast<ArbParam_t>(setting.value), setting.value);
-      const std::string& name = setting.address.path.back();
-      Demand(result != SetValueResult_SyntaxError, "there is no blanking setting " + name);
-      Demand(result != SetValueResult_ValueError, name + " cannot be set to this value");
+          ApplyStyle(host, setting.address, IntegerOf(setting.value), setting.value);
+      Demand(result == SetValueResult_Ok || result == SetValueResult_Duplicate,
+             setting.address.path.back() + " cannot be set to this value");
     }
   };
 }
@@ -162,7 +185,7 @@ CommandAction ParseLayer(const std::string& rest) {
 CommandAction ParseOpen(const std::string& rest) {
   const std::size_t first = rest.find_first_not_of(" \t");
   if (first == std::string::npos) throw CommandError("the file is missing");
-  std::string file = rest.substr(first);
+  std::string file = rest.substr(first, rest.find_last_not_of(" \t") - first + 1);
   if (file.size() > 1 && file.front() == '"' && file.back() == '"') {
     file = file.substr(1, file.size() - 2);
   }

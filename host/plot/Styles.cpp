@@ -3,6 +3,7 @@
 #include "qelvane/Keywords.h"
 
 #include <algorithm>
+#include <cmath>
 #include <functional>
 
 namespace qelhost {
@@ -10,7 +11,8 @@ namespace qelhost {
 namespace {
 
 /// What a path leads to: how to set it and how to read it back. Integers and reals meet as double,
-/// which holds every integer of a style.
+/// which holds every integer of a style. Both functions are empty when the path is good and the
+/// constraint that it is about does not exist.
 struct Setting {
   std::function<bool(double)> set;  ///< false: a value that the setting cannot take
   std::function<double()> get;
@@ -82,12 +84,16 @@ bool FindBlankingSetting(ValueBlanking& blanking, const Rest& rest, const StyleA
     setting = Integer(blanking.cellMode, BlankCellMode_AllCorners, BlankCellMode_PrimaryValue);
     return true;
   }
+  if (rest.size() != 2 || rest[0] != SV_CONSTRAINT) return false;
   const auto number = static_cast<std::size_t>(address.offset1);
-  if (rest.size() != 2 || rest[0] != SV_CONSTRAINT || address.offset1 < 1 ||
-      number > ValueBlanking::kConstraintCount) {
+  const bool isThere = address.offset1 >= 1 && number <= ValueBlanking::kConstraintCount;
+  BlankConstraint nowhere;
+  if (!FindConstraintSetting(isThere ? blanking.constraints[number - 1] : nowhere, rest[1],
+                             variableCount, setting)) {
     return false;
   }
-  return FindConstraintSetting(blanking.constraints[number - 1], rest[1], variableCount, setting);
+  if (!isThere) setting = {};
+  return true;
 }
 
 bool FindFieldMapSetting(FieldMap& map, const Rest& rest, Setting& setting) {
@@ -109,30 +115,40 @@ bool FindFieldMapSetting(FieldMap& map, const Rest& rest, Setting& setting) {
   return true;
 }
 
-/// The settings that the address leads to: one, or one for each field map. None for a path that
-/// there is not.
-std::vector<Setting> FindSettings(Styles& styles, const StyleAddress& address,
-                                  LgIndex_t variableCount) {
-  std::vector<Setting> settings;
+/// The settings that the address leads to: one, or one for each field map. SyntaxError for a path
+/// that there is not, ValueError when it is about a constraint or field map that there is not.
+QelSetValueResult_e FindSettings(Styles& styles, const StyleAddress& address,
+                                 LgIndex_t variableCount, std::vector<Setting>& settings) {
   const Rest& path = address.path;
   if (path.size() > 2 && path[0] == SV_BLANKING && path[1] == SV_VALUE) {
     Setting setting;
-    if (FindBlankingSetting(styles.blanking, Rest(path.begin() + 2, path.end()), address,
-                            variableCount, setting)) {
+    if (!FindBlankingSetting(styles.blanking, Rest(path.begin() + 2, path.end()), address,
+                             variableCount, setting)) {
+      return SetValueResult_SyntaxError;
+    }
+    if (setting.set != nullptr) settings.push_back(setting);
+  } else if (path.size() > 1 && path[0] == SV_FIELDMAP) {
+    const Rest rest(path.begin() + 1, path.end());
+    FieldMap nowhere;
+    Setting setting;
+    if (!FindFieldMapSetting(nowhere, rest, setting)) return SetValueResult_SyntaxError;
+    for (const LgIndex_t map : address.maps) {
+      FindFieldMapSetting(styles.MapOf(map), rest, setting);
       settings.push_back(setting);
     }
-  } else if (path.size() > 1 && path[0] == SV_FIELDMAP) {
-    for (const LgIndex_t map : address.maps) {
-      Setting setting;
-      if (FindFieldMapSetting(styles.MapOf(map), Rest(path.begin() + 1, path.end()), setting)) {
-        settings.push_back(setting);
-      }
-    }
+  } else {
+    return SetValueResult_SyntaxError;
   }
-  return settings;
+  return settings.empty() ? SetValueResult_ValueError : SetValueResult_Ok;
 }
 
 }  // namespace
+
+ArbParam_t IntegerOf(double value) {
+  constexpr double kLargest = 1e15;
+  if (std::isnan(value)) return 0;
+  return static_cast<ArbParam_t>(std::clamp(value, -kLargest, kLargest));
+}
 
 bool LayerOfKeyword(const std::string& keyword, Layer& layer) {
   static const std::map<std::string, Layer> layers = {
@@ -158,8 +174,9 @@ void Styles::DropZones(const std::vector<LgIndex_t>& zones) {
 
 QelSetValueResult_e SetStyle(Styles& styles, const StyleAddress& address, ArbParam_t integer,
                              double value, LgIndex_t variableCount) {
-  const std::vector<Setting> settings = FindSettings(styles, address, variableCount);
-  if (settings.empty()) return SetValueResult_SyntaxError;
+  std::vector<Setting> settings;
+  const QelSetValueResult_e found = FindSettings(styles, address, variableCount, settings);
+  if (found != SetValueResult_Ok) return found;
   bool isSame = true;
   for (const Setting& setting : settings) {
     const double wanted = setting.isReal ? value : static_cast<double>(integer);
@@ -172,10 +189,11 @@ QelSetValueResult_e SetStyle(Styles& styles, const StyleAddress& address, ArbPar
 
 QelSetValueResult_e GetStyle(Styles& styles, const StyleAddress& address, ArbParam_t* integer,
                              double* value) {
-  const std::vector<Setting> settings = FindSettings(styles, address, 0);
-  if (settings.empty()) return SetValueResult_SyntaxError;
+  std::vector<Setting> settings;
+  const QelSetValueResult_e found = FindSettings(styles, address, 0, settings);
+  if (found != SetValueResult_Ok) return found;
   const double held = settings.front().get();
-  if (integer != nullptr) *integer = static_cast<ArbParam_t>(held);
+  if (integer != nullptr) *integer = IntegerOf(held);
   if (value != nullptr) *value = held;
   return SetValueResult_Ok;
 }

@@ -79,6 +79,10 @@ struct StyleAddress {
   std::vector<LgIndex_t> maps;
 };
 
+/// A style's value as an integer, cut off towards 0: 0 for NaN, and a number that no setting takes
+/// for one out of range.
+ArbParam_t IntegerOf(double value);
+
 /// Sets what the address names. value is used by number settings, otherwise integer. The variable
 /// count bounds variable numbers.
 QelSetValueResult_e SetStyle(Styles& styles, const StyleAddress& address, ArbParam_t integer,
