@@ -51,11 +51,12 @@ bool IsText(const std::string& line) {
   return true;
 }
 
-std::string Trimmed(const std::string& line) {
-  constexpr char kBlanks[] = " \t\r";
-  const std::size_t first = line.find_first_not_of(kBlanks);
+/// The line from its first word on, without carriage returns at its end; empty when it is blank. An
+/// add-on's command may end in blanks that belong to it.
+std::string CommandOf(const std::string& line) {
+  const std::size_t first = line.find_first_not_of(" \t\r");
   if (first == std::string::npos) return {};
-  return line.substr(first, line.find_last_not_of(kBlanks) - first + 1);
+  return line.substr(first, line.find_last_not_of('\r') - first + 1);
 }
 
 }  // namespace
@@ -69,7 +70,7 @@ std::vector<JournalLine> ParseJournal(const std::string& text, const std::string
     if (!IsText(line)) {
       throw JournalError(name + ":" + std::to_string(number) + ": is not UTF-8 text");
     }
-    const std::string command = Trimmed(line);
+    const std::string command = CommandOf(line);
     if (!command.empty() && command.front() != '#') journal.push_back({number, command});
   }
   return journal;

@@ -20,7 +20,7 @@ struct JournalLine {
 };
 
 /// Reads a journal: UTF-8 text, one command a line; blank lines and lines that begin with # are
-/// left out, as are a byte-order mark, carriage returns and blanks around a command.
+/// left out, as are a byte-order mark, carriage returns and blanks before a command.
 ///
 /// throws  JournalError when there is no such file, or it holds bytes that are no text
 std::vector<JournalLine> ReadJournal(const std::string& path);
