@@ -50,8 +50,11 @@ class Frame {
   /// zones of its latest step that is not after the time (the first step's before that).
   std::vector<LgIndex_t> ZonesAt(double time, bool ignoreStrands) const;
 
-  /// The projection of the 3D view as it was fixed last.
-  void FixProjection() { m_projection = ProjectionOf(view); }
+  /// Fixes the projection into the plane in which geometries are drawn: the view plane of a 3D
+  /// plot; of any other the data's own X and Y.
+  void FixProjection() {
+    m_projection = plotType == PlotType_Cartesian3D ? ProjectionOf(view) : Projection();
+  }
   const Projection& FixedProjection() const { return m_projection; }
 
   std::string fileName;  ///< that the data came from; empty when it did not

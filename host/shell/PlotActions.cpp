@@ -22,22 +22,22 @@ void EnterMouseMode(Host& host, QelMouseMode_e mode) {
   host.notices.Send(StateChange_MouseModeUpdate);
 }
 
-/// An add-on that turns the view while it holds the lock records a line of its own for that.
-void LeaveToOwnersLine(Host& host) {
-  if (host.lock.IsOn() && host.lock.Owner() != LockStack::kHostName) {
-    host.recorder.TakeViewAsRecorded(host.frames.Active()->view);
-  }
+/// An add-on that turns the view while it holds the lock records a line of its own for that, which
+/// may depend on how the view was before.
+void TurnTo(Host& host, Frame& frame, const View& view) {
+  const bool isOwnersLine = host.lock.IsOn() && host.lock.Owner() != LockStack::kHostName;
+  if (isOwnersLine) host.recorder.AddStateLines(StateOf(host.frames));
+  frame.view = view;
+  if (isOwnersLine) host.recorder.TakeViewAsRecorded(view);
 }
 
 bool ChangeView(Host& host, Frame& frame, const View& view) {
   const bool isTurned = !HaveSameProjection(frame.view, view);
-  frame.view = view;
-  LeaveToOwnersLine(host);
-  if (isTurned) {
-    host.notices.SendStyle({SV_THREEDVIEW});
-  } else {
-    host.notices.Send(StateChange_View);
-  }
+  const bool isMoved =
+      frame.view.magnification != view.magnification || frame.view.translation != view.translation;
+  TurnTo(host, frame, view);
+  if (isTurned) host.notices.SendStyle({SV_THREEDVIEW});
+  if (isMoved || !isTurned) host.notices.Send(StateChange_View);
   return true;
 }
 
@@ -45,8 +45,6 @@ bool ChangeView(Host& host, Frame& frame, const View& view) {
 
 bool SetMouseMode(Host& host, QelMouseMode_e mode) {
   if (mode < Mouse_None || mode > Mouse_GeomEllipse) return false;
-  // Entered by name, the probe mode is the host's own probe.
-  host.interaction.probeCallback = nullptr;
   EnterMouseMode(host, mode);
   return true;
 }
@@ -119,8 +117,7 @@ bool RotateView(Host& host, QelRotateAxis_e axis, double degrees) {
     default:
       return false;
   }
-  frame->view = view;
-  LeaveToOwnersLine(host);
+  TurnTo(host, *frame, view);
   host.notices.SendStyle({SV_THREEDVIEW});
   return true;
 }
@@ -233,7 +230,7 @@ bool AddSphereZone(Host& host, LgIndex_t iPoints, LgIndex_t jPoints,
   Frame* const frame = host.frames.Active();
   if (frame == nullptr || frame->Data() == nullptr) return false;
   if (iPoints < 2 || jPoints < 2 || iPoints > kMostPoints || jPoints > kMostPoints) return false;
-  if (!AreFinite({lowest[0], lowest[1], lowest[2], radius})) return false;
+  if (!AreFinite({lowest[0], lowest[1], lowest[2], radius}) || radius < 0.0) return false;
 
   DataSet& data = *frame->Data();
   std::vector<QelFieldDataType_e> types(static_cast<std::size_t>(data.VariableCount()), type);

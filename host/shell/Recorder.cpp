@@ -19,9 +19,17 @@ void Recorder::Start(const PlotState& first) {
 void Recorder::AddAddOnCommand(const std::string& addOn, const std::string& command,
                                const PlotState& now) {
   if (!IsActive()) return;
-  for (const std::string& line : CommandsBetween(m_recorded, now)) AddRawCommand(line);
-  m_recorded = now;
+  AddStateLines(now);
   m_lines.push_back(FirstLineOf(addOn + ' ' + command));
+}
+
+void Recorder::AddStateLines(const PlotState& now) {
+  if (!IsActive()) return;
+  for (const std::string& line : CommandsBetween(m_recorded, now)) AddRawCommand(line);
+  const View stated = m_recorded.view;
+  m_recorded = now;
+  // The view matters, and is said, in a 3D plot alone.
+  if (now.plotType != PlotType_Cartesian3D) m_recorded.view = stated;
 }
 
 void Recorder::AddRawCommand(const std::string& command) {

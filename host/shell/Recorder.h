@@ -25,11 +25,15 @@ class Recorder {
 
   /// Each does nothing while recording is not active. now: the plot as it is.
   void AddAddOnCommand(const std::string& addOn, const std::string& command, const PlotState& now);
+  /// What changed of the plot and stands in no line yet.
+  void AddStateLines(const PlotState& now);
   /// A line break in the command ends it.
   void AddRawCommand(const std::string& command);
 
   /// The view is as a line that is about to be recorded will leave it.
-  void TakeViewAsRecorded(const View& view) { m_recorded.view = view; }
+  void TakeViewAsRecorded(const View& view) {
+    if (IsActive()) m_recorded.view = view;
+  }
 
   /// Brackets the playing of a line; a recording that is on gets the line when it was carried out.
   void BeginPlaying() { ++m_playDepth; }
