@@ -86,7 +86,18 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"SelectNothing", "$!GEOMETRY SELECT"}, Row{"ZoneNoNumber", "$!ZONE one ACTIVE=NO"},
         Row{"ZoneNoFlag", "$!ZONE 1"}, Row{"UnknownLayer", "$!LAYER SHOWSHINE=YES"},
         Row{"NoFile", "$!OPEN"}, Row{"BlankingOfNothing", "$!BLANKING VALUE{}"},
-        Row{"NumberTooLarge", "$!FRAME 99999999999"}),
+        Row{"UnknownBlankingSetting", "$!BLANKING VALUE{SHINE = 1}"},
+        Row{"ConstraintSettingWithoutOne", "$!BLANKING VALUE{VARA = 1}"},
+        Row{"NoConstraintNumber", "$!BLANKING VALUE{CONSTRAINT {VARA = 1}}"},
+        Row{"ConstraintPastTheLast", "$!BLANKING VALUE{CONSTRAINT 9 {VARA = 1}}"},
+        Row{"SurplusBlankingWord", "$!BLANKING VALUE{CONSTRAINT 1 2 {VARA = 1}}"},
+        Row{"BrokenVariableNumber", "$!BLANKING VALUE{CONSTRAINT 1 {VARA = 1.5}}"},
+        Row{"OtherBlanking", "$!BLANKING DEPTH{INCLUDE = NO}"},
+        Row{"EmptyPoints", "$!GEOMETRY POLYLINE POINTS=\"\""},
+        Row{"UnknownGeometry", "$!GEOMETRY TRIANGLE X=0 Y=0"},
+        Row{"MoveWithoutPlace", "$!GEOMETRY MOVE 1 X=0"}, Row{"FitAndAngles", "$!VIEW FIT PSI=30"},
+        Row{"UndoOfWhat", "$!UNDO 1"}, Row{"TimeNotFinite", "$!TIME inf"},
+        Row{"BlanksForAFile", "$!OPEN   "}, Row{"NumberTooLarge", "$!FRAME 99999999999"}),
     [](const auto& row) { return std::string(row.param.rule); });
 
 TEST(HostCommands, NameAnUnknownCommandInTheMessage) {
@@ -141,6 +152,24 @@ TEST_F(HostCommandsOnData, RefuseWhatDoesNotExistByName) {
   EXPECT_THAT(RunError("$!FRAME 7"), HasSubstr("there is no frame 7"));
   EXPECT_THAT(RunError("$!OPEN /nowhere/none.vtu"), HasSubstr("/nowhere/none.vtu"));
   EXPECT_THAT(RunError("$!UNDO"), HasSubstr("history"));
+}
+
+TEST_F(HostCommandsOnData, SetABlankingConstraintWithoutItsClosingBraces) {
+  EXPECT_EQ(RunError("$!BLANKING VALUE{CONSTRAINT 2 {VARA = 4 RELOP = 3 VALUECUTOFF = 0.5"), "");
+  const BlankConstraint& constraint = host.frames.Active()->styles.blanking.constraints[1];
+  EXPECT_EQ(constraint.varA, 4);
+  EXPECT_EQ(constraint.relOp, BlankRelOp_GreaterThan);
+  EXPECT_EQ(constraint.cutoff, 0.5);
+  EXPECT_EQ(RunError("$!BLANKING VALUE{INCLUDE = NO"), "");
+  EXPECT_THAT(RunError("$!BLANKING VALUE{CONSTRAINT 2 {VARA = 5"),
+              HasSubstr("VARA cannot be set to this value"));
+  EXPECT_THAT(RunError("$!BLANKING VALUE{CONSTRAINT 2 {RELOP = 1e300"),
+              HasSubstr("RELOP cannot be set to this value"));
+}
+
+TEST_F(HostCommandsOnData, TakeAFilesNameWithoutTheBlanksAroundIt) {
+  EXPECT_THAT(RunError("$!OPEN  \"/nowhere/a b.vtu\" "), HasSubstr("/nowhere/a b.vtu:"));
+  EXPECT_THAT(RunError("$!OPEN /nowhere/a b.vtu  "), HasSubstr("/nowhere/a b.vtu:"));
 }
 
 TEST_F(HostCommandsOnData, NeverSwitchBlankingOnWithoutHidingWhatItBlanks) {

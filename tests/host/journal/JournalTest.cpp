@@ -44,6 +44,7 @@ INSTANTIATE_TEST_SUITE_P(
         TextRow{"ByteOrderMarkBeforeACommand", "\xEF\xBB\xBF$!REDRAW", {"1:$!REDRAW"}},
         TextRow{"NumberSignInsideACommandStays", "A B # C", {"1:A B # C"}},
         TextRow{"BlanksInsideACommandStay", "A  B \t C", {"1:A  B \t C"}},
+        TextRow{"BlanksAtTheEndOfACommandStay", " A B=\"c \t\r\n", {"1:A B=\"c \t"}},
         TextRow{"LettersBeyondASCII",
                 "A \"\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80\"",
                 {"1:A \"\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80\""}}),

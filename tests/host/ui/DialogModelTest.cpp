@@ -167,6 +167,27 @@ TEST_F(Dialog, TurningATabsPageTellsTheOldPageFirstAndSettingItTellsNobody) {
   EXPECT_THAT(calls, ElementsAre("left 1", "chosen 2"));
 }
 
+TEST_F(Dialog, WhatElseStandsOnATabIsNoPage) {
+  const LgIndex_t tab = Add(ControlKind::Tab);
+  Add(ControlKind::Label, tab);
+  const LgIndex_t first = Add(ControlKind::TabPage, tab);
+  Add(ControlKind::Button, tab);
+  const LgIndex_t second = Add(ControlKind::TabPage, tab);
+  Launch();
+  model.ShowTabPage(tab, 1);
+  EXPECT_TRUE(model.IsShown(first));
+  EXPECT_TRUE(model.TurnToPage(tab, 2));
+  EXPECT_TRUE(model.IsShown(second));
+  EXPECT_FALSE(model.TurnToPage(tab, 3));
+}
+
+TEST_F(Dialog, TheWindowsCloseButtonDropsADialogWithoutACloseCallback) {
+  const LgIndex_t plain = model.Add(ControlKind::Dialog, DialogModel::kMainDialog, {}, {});
+  model.Launch(plain);
+  EXPECT_TRUE(model.CloseWindow(plain));
+  EXPECT_FALSE(model.IsUp(plain));
+}
+
 TEST_F(Dialog, AFormShowsOneOfItsPagesAndWhatStandsOnIt) {
   const LgIndex_t form = Add(ControlKind::Form);
   const LgIndex_t first = Add(ControlKind::FormPage, form);
