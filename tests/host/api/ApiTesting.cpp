@@ -17,7 +17,6 @@
 #include <vtkUnstructuredGrid.h>
 
 #include <fstream>
-#include <regex>
 #include <sstream>
 
 namespace qelhost {
@@ -62,6 +61,13 @@ QelGeomID_t Draw(QelGeomType_e type, double x, double y, double a, double b) {
   geometry.size = {a, b};
   const HostAction action(TheHost().lock);
   return AddGeometry(TheHost(), geometry);
+}
+
+std::string WithoutComments(std::string code) {
+  for (std::size_t first = 0; (first = code.find("/*", first)) != std::string::npos;) {
+    code.erase(first, code.find("*/", first) - first + 2);
+  }
+  return code;
 }
 
 void Listen(QelStateChange_t change) {
@@ -187,11 +193,14 @@ std::set<std::string> DeclaredFunctions() {
   for (const char* const header : {"QelUtil.h", "QelGUI.h"}) {
     std::ostringstream text;
     text << std::ifstream(std::string(SDK_HEADERS) + '/' + header).rdbuf();
-    const std::string code =
-        std::regex_replace(text.str(), std::regex(R"(/\*[^*]*\*+([^/*][^*]*\*+)*/)"), "");
-    const std::regex name(R"(\b(Qel(Util|GUI)\w+)\()");
-    for (std::sregex_iterator at(code.begin(), code.end(), name), end; at != end; ++at) {
-      functions.insert((*at)[1].str());
+    const std::string code = WithoutComments(text.str());
+    for (std::size_t at = 0; (at = code.find("Qel", at)) != std::string::npos;) {
+      const std::size_t end = code.find_first_of(" \n*&(),;", at);
+      if (end == std::string::npos) break;
+      const std::string name = code.substr(at, end - at);
+      const bool isFunction = name.rfind("QelUtil", 0) == 0 || name.rfind("QelGUI", 0) == 0;
+      if (isFunction && code[end] == '(') functions.insert(name);
+      at = end;
     }
   }
   return functions;
