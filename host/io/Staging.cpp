@@ -51,6 +51,23 @@ bool IsNumbered(const std::string& folder, const std::string& stem) {
                                         [](unsigned char c) { return std::isdigit(c) != 0; });
 }
 
+/// Brings a file's bytes to the disk; throws FileError when they do not arrive.
+void SyncFile(const std::string& path) {
+  const Descriptor file(path, O_RDONLY);
+  // Pipes and some file systems have nothing to bring anywhere.
+  if (fsync(file.Get()) != 0 && errno != EINVAL && errno != EROFS) {
+    throw FileError(path, std::strerror(errno));
+  }
+}
+
+/// Only a hint: a file system that cannot do it keeps the file all the same.
+void SyncFolder(const std::string& path) {
+  const int directory = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (directory < 0) return;
+  fsync(directory);
+  close(directory);
+}
+
 }  // namespace
 
 StagedTarget::StagedTarget(const std::string& path, std::vector<std::string> oldPieces)
@@ -80,19 +97,26 @@ std::string StagedTarget::FolderPath() const { return m_directory + "/" + m_fold
 
 void StagedTarget::Commit() {
   StopIfCancelled();
-  SyncFile(m_temporary);
   struct stat before {};
-  if (stat(m_path.c_str(), &before) == 0) chmod(m_temporary.c_str(), before.st_mode & 07777);
+  const bool isReplacing = stat(m_path.c_str(), &before) == 0;
+  if (isReplacing) {
+    chmod(m_temporary.c_str(), before.st_mode & 07777);
+    BringToDisk();
+  }
   if (rename(m_temporary.c_str(), m_path.c_str()) != 0) {
     throw FileError(m_path, std::strerror(errno));
   }
   m_committed = true;
-  const int directory = open(m_directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (directory >= 0) {
-    fsync(directory);
-    close(directory);
-  }
+  if (isReplacing) SyncFolder(m_directory);
   RemoveOldPieces();
+}
+
+void StagedTarget::BringToDisk() const {
+  SyncFile(m_temporary);
+  std::error_code none;  // there is no folder when the target is a single file
+  for (const auto& entry : fs::recursive_directory_iterator(FolderPath(), none)) {
+    if (entry.is_regular_file()) SyncFile(entry.path().string());
+  }
 }
 
 void StagedTarget::RemoveOldPieces() const {
@@ -118,38 +142,6 @@ void StagedTarget::RemoveOldPieces() const {
     }
   }
   for (const fs::path& at : folders) fs::remove(at, error);  // refused unless it is empty
-}
-
-EarlyWriteback::EarlyWriteback(const std::string& path)
-    : m_path(path), m_thread([this] { Run(); }) {}
-
-EarlyWriteback::~EarlyWriteback() {
-  {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_stop = true;
-  }
-  m_wake.notify_one();
-  m_thread.join();
-}
-
-void EarlyWriteback::Run() {
-  constexpr std::chrono::milliseconds kPause{10};
-  int fd = -1;
-  std::unique_lock<std::mutex> lock(m_mutex);
-  while (!m_wake.wait_for(lock, kPause, [this] { return m_stop; })) {
-    if (fd < 0) fd = open(m_path.c_str(), O_RDONLY | O_CLOEXEC);
-    // Only a hint: what fails here fails again in the sync that is checked.
-    if (fd >= 0) sync_file_range(fd, 0, 0, SYNC_FILE_RANGE_WRITE);
-  }
-  if (fd >= 0) close(fd);
-}
-
-void SyncFile(const std::string& path) {
-  const Descriptor file(path, O_RDONLY);
-  // Pipes and some file systems have nothing to bring anywhere.
-  if (fsync(file.Get()) != 0 && errno != EINVAL && errno != EROFS) {
-    throw FileError(path, std::strerror(errno));
-  }
 }
 
 void RequireRoomBehind(const std::string& path) {

@@ -2,10 +2,7 @@
 #ifndef QELHOST_IO_STAGING_H
 #define QELHOST_IO_STAGING_H
 
-#include <condition_variable>
-#include <mutex>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace qelhost {
@@ -28,10 +25,12 @@ class StagedTarget {
   const std::string& Stem() const { return m_stem; }
 
   /// Renames the target into place, then removes the old pieces, when all of them lie in one folder
-  /// named for the target.
+  /// named for the target. Before anything is replaced, what replaces it is brought to the disk, so
+  /// that a power failure leaves the old data or the new; a new target has no old data to lose.
   void Commit();
 
  private:
+  void BringToDisk() const;
   void RemoveOldPieces() const;
 
   std::string m_path;  ///< with links resolved, so that a link stays one
@@ -42,28 +41,6 @@ class StagedTarget {
   std::vector<std::string> m_oldPieces;
   bool m_committed = false;
 };
-
-/// Has the system bring a growing file's bytes to the disk while its writer computes the next ones,
-/// so that the final sync, which must wait for them, finds little left to do.
-class EarlyWriteback {
- public:
-  explicit EarlyWriteback(const std::string& path);
-  ~EarlyWriteback();
-  EarlyWriteback(const EarlyWriteback&) = delete;
-  EarlyWriteback& operator=(const EarlyWriteback&) = delete;
-
- private:
-  void Run();
-
-  std::string m_path;
-  bool m_stop = false;
-  std::mutex m_mutex;
-  std::condition_variable m_wake;
-  std::thread m_thread;
-};
-
-/// Brings a file's bytes to the disk; throws FileError when they do not arrive.
-void SyncFile(const std::string& path);
 
 /// Throws FileError unless the disk takes some more bytes behind the file's end. A writer whose
 /// last bytes were lost in a closing flush reports nothing, but then these are lost too.

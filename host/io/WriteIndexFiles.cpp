@@ -105,7 +105,6 @@ class BlockWriter {
     } else {
       std::filesystem::copy_file(node.carriedFile, path);
     }
-    SyncFile(path);
     return file;
   }
 
@@ -119,7 +118,6 @@ void WriteText(const std::string& path, const std::string& text) {
   out << text;
   out.close();
   if (!out) throw FileError(path, "cannot be written");
-  SyncFile(path);
 }
 
 /// Gives the failures of folders and copies the same form as all others.
@@ -163,7 +161,6 @@ void WriteCollection(const FileSource& source, const std::string& path) {
       const std::string piece = target.FolderPath() + "/" + file;
       if (isLeaf) {
         WriteBlockFile(step.root.block, step.root.encoding, piece);
-        SyncFile(piece);
       } else {
         BlockWriter writer(target.FolderPath() + "/" + stem, stem, stem);
         WriteText(piece, writer.Write(step));

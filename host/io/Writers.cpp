@@ -119,11 +119,7 @@ void WriteXmlFile(vtkDataSet* block, const FileEncoding& encoding, const std::st
   writer->SetInputDataObject(block);
   SetEncoding(writer, encoding, block);
   StopWhenCancelled(writer);
-  int ok = 0;
-  {
-    const EarlyWriteback writeback(path);
-    ok = writer->Write();
-  }
+  const int ok = writer->Write();
   StopIfCancelled();
   if (ok == 0 || errors.HasError() || writer->GetErrorCode() != 0) {
     ThrowWriteError(path, writer->GetErrorCode(), errors);
@@ -183,11 +179,7 @@ void WriteLegacyFile(vtkDataSet* block, const FileEncoding& encoding, const std:
                              : vtkDataWriter::VTK_LEGACY_READER_VERSION_5_1);
   if (!encoding.legacyTitle.empty()) writer->SetHeader(encoding.legacyTitle.c_str());
   StopWhenCancelled(writer);
-  int ok = 0;
-  {
-    const EarlyWriteback writeback(path);
-    ok = writer->Write();
-  }
+  const int ok = writer->Write();
   StopIfCancelled();
   if (ok == 0 || errors.HasError() || writer->GetErrorCode() != 0) {
     ThrowWriteError(path, writer->GetErrorCode(), errors);
