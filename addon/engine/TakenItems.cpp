@@ -3,6 +3,7 @@
 #include "CornerRule.h"
 #include "HostCheck.h"
 
+#include "qelvane/Extensions.h"
 #include "qelvane/QelUtil.h"
 
 namespace qelvane::qelutiltools {
@@ -61,26 +62,57 @@ TakenItems OrderedCells(LgIndex_t zone, PickRule rule, const InsideSet& inside, 
       });
 }
 
+/// Cells with a fixed number of corners; nodeAt(cell, corner) answers a node, all from 0.
+template <class NodeAt>
+TakenItems CornerCells(LgIndex_t zoneNum, const ZoneDims& dims, PickRule rule,
+                       const InsideSet& inside, bool skipBlanked, NodeAt nodeAt) {
+  return CellByCell(
+      dims.j, skipBlanked,
+      [zoneNum](std::int64_t cell) { return QelUtilBlankingCheckFECell(zoneNum, HostIndex(cell)); },
+      [nodeAt, rule, &inside, cornerCount = dims.k](std::int64_t cell) {
+        return TakesCell(rule, inside, [&](auto&& test) {
+          return AnyOfCorners(
+              cornerCount, [&](std::int64_t corner) { return nodeAt(cell, corner); }, test);
+        });
+      });
+}
+
+/// The nodes of elements where the host keeps them.
+template <class Index>
+auto NodesOf(const QelNodeSpan_s& span) {
+  return
+      [first = static_cast<const Index*>(span.first), base = std::int64_t{span.indexBase},
+       cornerCount = std::int64_t{span.nodesPerElement}](std::int64_t cell, std::int64_t corner) {
+        return std::int64_t{first[cell * cornerCount + corner]} - base;
+      };
+}
+
+/// False unless the host shows the nodes of all the zone's elements.
+bool HasNodeSpan(const QelNodeMap* nodeMap, const ZoneDims& dims, QelNodeSpan_s& span) {
+  if (QelUtilExtensionGet == nullptr) return false;
+  const auto* const bulk =
+      static_cast<const QelBulkAccess_s*>(QelUtilExtensionGet(QEL_EXTENSION_BULK_ACCESS));
+  return bulk != nullptr && bulk->nodeMapSpan(nodeMap, &span) && span.nodesPerElement == dims.k &&
+         span.count == dims.j && (span.indexWidth == 4 || span.indexWidth == 8);
+}
+
 TakenItems NodeMapCells(LgIndex_t zoneNum, PickRule rule, const InsideSet& inside,
                         bool skipBlanked) {
   const ZoneDims dims = DimsOfZone(zoneNum);
   const QelNodeMap* nodeMap = nullptr;
   HOST_CHECK(nodeMap = QelUtilDataNodeGetReadableRef(zoneNum));
-  return CellByCell(
-      dims.j, skipBlanked,
-      [zoneNum](std::int64_t cell) { return QelUtilBlankingCheckFECell(zoneNum, HostIndex(cell)); },
-      [nodeMap, rule, &inside, cornerCount = dims.k](std::int64_t cell) {
-        return TakesCell(rule, inside, [&](auto&& test) {
-          return AnyOfCorners(
-              cornerCount,
-              [&](std::int64_t corner) {
-                return std::int64_t{
-                           QelUtilDataNodeGetByRef(nodeMap, HostIndex(cell), HostIndex(corner))} -
-                       1;
-              },
-              test);
-        });
-      });
+  QelNodeSpan_s span{};
+  if (!HasNodeSpan(nodeMap, dims, span)) {
+    return CornerCells(zoneNum, dims, rule, inside, skipBlanked,
+                       [nodeMap](std::int64_t cell, std::int64_t corner) {
+                         return std::int64_t{QelUtilDataNodeGetByRef(nodeMap, HostIndex(cell),
+                                                                     HostIndex(corner))} -
+                                1;
+                       });
+  }
+  return span.indexWidth == 8
+             ? CornerCells(zoneNum, dims, rule, inside, skipBlanked, NodesOf<std::int64_t>(span))
+             : CornerCells(zoneNum, dims, rule, inside, skipBlanked, NodesOf<std::int32_t>(span));
 }
 
 /// Visits the nodes of a cell's faces until the test holds for one. A node comes once for each face

@@ -32,14 +32,13 @@ QelNodeMap* QelUtilDataNodeGetWritableRef(LgIndex_t zone) {
   return HandOutMap<QelNodeMap>(__func__, zone, [](Zone& z) { return z.WritableNodeMap(); });
 }
 
+// Asked for every corner of every cell; nothing in it can throw, so nothing is guarded.
 LgIndex_t QelUtilDataNodeGetByRef(const QelNodeMap* map, LgIndex_t element, LgIndex_t corner) {
-  return Guarded<LgIndex_t>(__func__, 0, [&](Host&) -> LgIndex_t {
-    if (!IsKnown(map) || !IsNumber(element, map->elementCount) ||
-        !IsNumber(corner, map->nodesPerElement)) {
-      return 0;
-    }
-    return static_cast<LgIndex_t>(map->Node(element - 1, corner - 1) + 1);
-  });
+  if (!IsKnown(map) || !IsNumber(element, map->elementCount) ||
+      !IsNumber(corner, map->nodesPerElement)) {
+    return 0;
+  }
+  return static_cast<LgIndex_t>(map->Node(element - 1, corner - 1) + 1);
 }
 
 void QelUtilDataNodeSetByRef(QelNodeMap* map, LgIndex_t element, LgIndex_t corner, LgIndex_t node) {

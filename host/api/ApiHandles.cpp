@@ -17,7 +17,7 @@ void ReferenceTable::Keep(const void* reference, Owner owner) {
   m_references[reference] = std::move(owner);
 }
 
-bool ReferenceTable::Has(const void* reference) const {
+bool ReferenceTable::Search(const void* reference) const {
   if (reference == nullptr) return false;
   if (reference != m_latest) {
     const auto found = m_references.find(reference);
@@ -62,10 +62,7 @@ void ReferenceTable::ForgetZone(const Zone* zone) {
   }
 }
 
-Handles& TheHandles() {
-  static Handles handles;
-  return handles;
-}
+Handles theHandles;
 
 bool IndicesOf(const QelSet* set, std::vector<LgIndex_t>& indices) {
   if (!TheHandles().sets.Has(set)) return false;

@@ -65,7 +65,11 @@ class ReferenceTable {
     if (map != nullptr) Keep(map, {data, zone, false});
     return map;
   }
-  bool Has(const void* reference) const;
+  /// Inline, for the reference asked for last: a pick asks for the same one millions of times.
+  bool Has(const void* reference) const {
+    return (reference == m_latest && m_latest != nullptr && !m_latestOwner->data.expired()) ||
+           Search(reference);
+  }
   /// Forgets those fields of a zone that it no longer holds, after its storage changed.
   void ForgetReplacedFields(const Zone& zone);
   /// Forgets the other maps of the zone that the node map belongs to, which follow from it, and
@@ -76,9 +80,9 @@ class ReferenceTable {
 
  private:
   void Keep(const void* reference, Owner owner);
+  bool Search(const void* reference) const;
 
   std::unordered_map<const void*, Owner> m_references;
-  /// The reference that was looked up last: a pick asks for the same one millions of times.
   mutable const void* m_latest = nullptr;
   mutable const Owner* m_latestOwner = nullptr;
 };
@@ -90,7 +94,8 @@ struct Handles {
   HandleTable<QelView> views;
   ReferenceTable references;
 };
-Handles& TheHandles();
+extern Handles theHandles;
+inline Handles& TheHandles() { return theHandles; }
 
 /// The argument of that name and type; null when the list holds none.
 template <class T>

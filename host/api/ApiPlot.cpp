@@ -202,14 +202,13 @@ bool QelUtilSetupTransformations() {
   });
 }
 
+// Asked for every node; nothing in it can throw, so nothing is guarded.
 void QelUtilConvert3DPositionToGrid(double x, double y, double z, double* gx, double* gy,
                                     double* gz) {
-  GuardedVoid(__func__, [&](Host& host) {
-    const Frame* const frame = host.frames.Active();
-    const std::array<double, 3> at =
-        frame == nullptr ? std::array<double, 3>{} : frame->FixedProjection().ToPlane(x, y, z);
-    Put(gx, at[0]);
-    Put(gy, at[1]);
-    Put(gz, at[2]);
-  });
+  const Frame* const frame = Host::Instance().frames.Active();
+  const std::array<double, 3> at =
+      frame == nullptr ? std::array<double, 3>{} : frame->FixedProjection().ToPlane(x, y, z);
+  Put(gx, at[0]);
+  Put(gy, at[1]);
+  Put(gz, at[2]);
 }

@@ -1,8 +1,7 @@
-// Lock, registration, menus, state changes, idle queue, extensions.
+// Lock, registration, menus, state changes, idle queue.
 #include "ApiGuard.h"
 #include "ApiHandles.h"
 
-#include "qelvane/Extensions.h"
 #include "qelvane/Keywords.h"
 #include "qelvane/QelUtil.h"
 
@@ -13,12 +12,6 @@ using namespace qelhost;
 namespace {
 
 constexpr LgIndex_t kInterfaceVersion = 110;
-
-const QelCommandCheck_s kCommandCheck = {[](const char* addOnName, QelCommandCheck_pf check) {
-  GuardedVoid("command-check offer", [&](Host& host) {
-    if (addOnName != nullptr) host.addOns.SetCommandCheck(addOnName, check);
-  });
-}};
 
 }  // namespace
 
@@ -130,12 +123,5 @@ bool QelUtilOnIdleQueueAddCallback(QelOnIdleCallback_pf callback, ArbParam_t cli
     if (callback == nullptr) return false;
     host.idle.Add(callback, clientData);
     return true;
-  });
-}
-
-const void* QelUtilExtensionGet(const char* id) {
-  return Guarded<const void*>(__func__, nullptr, [&](Host&) -> const void* {
-    if (id == nullptr) return nullptr;
-    return std::strcmp(id, QEL_EXTENSION_COMMAND_CHECK) == 0 ? &kCommandCheck : nullptr;
   });
 }

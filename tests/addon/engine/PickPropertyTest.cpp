@@ -1,5 +1,7 @@
 #include "EngineTest.h"
 
+#include "qelvane/Extensions.h"
+
 #include <cmath>
 #include <random>
 
@@ -123,6 +125,40 @@ bool Takes(int rule, const std::vector<LgIndex_t>& corners, const std::vector<bo
                    : std::any_of(corners.begin(), corners.end(), isOnSide);
 }
 
+/// The elements' nodes as one plain run, which a host may show instead of answering for each.
+struct ShownNodes {
+  std::vector<std::int32_t> narrow;
+  std::vector<std::int64_t> wide;
+  QelNodeSpan_s span{};
+} shownNodes;
+
+bool ShowNodes(const QelNodeMap*, QelNodeSpan_s* span) {
+  *span = shownNodes.span;
+  return true;
+}
+
+const QelBulkAccess_s kNodesOnly = {
+    [](const QelFieldData*, QelFieldSpan_s*) { return false; }, ShowNodes,
+    [](double*) { return false; },
+    [](LgIndex_t, const std::uint64_t**, std::int64_t*) { return false; },
+    [](LgIndex_t, const std::uint64_t**, std::int64_t*) { return false; }};
+
+/// Keeps the mesh's nodes for ShowNodes, in the width and from the index base given.
+void KeepNodes(const Mesh& mesh, std::int32_t width, std::int32_t base) {
+  shownNodes = {};
+  for (const std::vector<LgIndex_t>& corners : mesh.elements) {
+    for (const LgIndex_t node : corners) {
+      shownNodes.narrow.push_back(node - 1 + base);
+      shownNodes.wide.push_back(node - 1 + base);
+    }
+  }
+  void* const first = width == 8 ? static_cast<void*>(shownNodes.wide.data())
+                                 : static_cast<void*>(shownNodes.narrow.data());
+  const auto count = static_cast<std::int64_t>(mesh.elements.size());
+  const std::size_t corners = mesh.elements.empty() ? 0 : mesh.elements.front().size();
+  shownNodes.span = {first, width, base, static_cast<std::int32_t>(corners), count};
+}
+
 class PickProperty : public fakehost::EngineTest, public ::testing::WithParamInterface<int> {};
 
 TEST_P(PickProperty, AgreesWithTheDefinitions) {
@@ -139,6 +175,11 @@ TEST_P(PickProperty, AgreesWithTheDefinitions) {
     if (is3D) {
       host.ActiveFrame().view.psi = random.Below(90);
       host.ActiveFrame().view.alpha = random.Below(90);
+    }
+    // One seed in two the host shows its connectivity; the answer must not differ.
+    if (seed % 2 == 0) {
+      KeepNodes(mesh, seed % 4 == 0 ? 8 : 4, static_cast<std::int32_t>(seed / 4 % 2));
+      host.extensions[QEL_EXTENSION_BULK_ACCESS] = &kNodesOnly;
     }
     const Boundary boundary = RandomBoundary(random);
     const int rule = random.Below(4);

@@ -1,0 +1,55 @@
+// What this host offers beyond the contract's functions.
+#include "ApiGuard.h"
+#include "ApiHandles.h"
+
+#include "qelvane/Extensions.h"
+
+#include <cstring>
+
+using namespace qelhost;
+
+namespace {
+
+/// Connectivity that lies in one plain run is shown as it is.
+bool NodeMapSpan(const QelNodeMap* map, QelNodeSpan_s* span) {
+  return Guarded(__func__, false, [&](Host&) {
+    if (span == nullptr || !TheHandles().references.Has(map) || !map->plain) return false;
+    *span = {map->nodes, map->wide ? 8 : 4, 0, map->nodesPerElement, map->elementCount};
+    return true;
+  });
+}
+
+// "Not for this one": the add-on goes through the contract's functions, where every write is
+// counted.
+bool NoFieldSpan(const QelFieldData*, QelFieldSpan_s*) { return false; }
+bool NoProjection(double*) { return false; }
+bool NoBlankedItems(LgIndex_t, const std::uint64_t**, std::int64_t*) { return false; }
+
+const QelBulkAccess_s kBulkAccess = {NoFieldSpan, NodeMapSpan, NoProjection, NoBlankedItems,
+                                     NoBlankedItems};
+
+const QelCommandCheck_s kCommandCheck = {[](const char* addOnName, QelCommandCheck_pf check) {
+  GuardedVoid("command-check offer", [&](Host& host) {
+    if (addOnName != nullptr) host.addOns.SetCommandCheck(addOnName, check);
+  });
+}};
+
+struct Extension {
+  const char* id;
+  const void* service;
+};
+
+constexpr Extension kExtensions[] = {
+    {QEL_EXTENSION_BULK_ACCESS, &kBulkAccess},
+    {QEL_EXTENSION_COMMAND_CHECK, &kCommandCheck},
+};
+
+}  // namespace
+
+const void* QelUtilExtensionGet(const char* id) {
+  if (id == nullptr) return nullptr;
+  for (const Extension& extension : kExtensions) {
+    if (std::strcmp(id, extension.id) == 0) return extension.service;
+  }
+  return nullptr;
+}
