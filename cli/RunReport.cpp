@@ -26,12 +26,18 @@ std::string RangeText(const qelhost::Range& range) {
   return fmt::format("{} to {}", Number(range.min), Number(range.max));
 }
 
+std::string PickedText(const qelhost::Alteration& alteration) {
+  const bool isOne = alteration.pickedCount == 1;
+  const bool isCell = alteration.location == ValueLocation_CellCentered;
+  return fmt::format("{} {}{}", alteration.pickedCount, isCell ? "cell" : "node", isOne ? "" : "s");
+}
+
 std::string AlterationText(const qelhost::Alteration& alteration) {
-  return fmt::format("      {} in zone{} {}: {} {} picked, {} changed; was {}, is {}\n",
+  return fmt::format("      {} in zone{} {}: {} picked, {} changed; was {}, is {}\n",
                      alteration.variableName, alteration.zones.size() == 1 ? "" : "s",
-                     fmt::join(alteration.zones, ", "), alteration.pickedCount,
-                     LocationName(alteration.location), alteration.changedCount,
-                     RangeText(alteration.before), RangeText(alteration.after));
+                     fmt::join(alteration.zones, ", "), PickedText(alteration),
+                     alteration.changedCount, RangeText(alteration.before),
+                     RangeText(alteration.after));
 }
 
 Json RangeJson(const qelhost::Range& range) {
