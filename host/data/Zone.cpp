@@ -244,9 +244,11 @@ std::array<double, 3> Zone::Position(std::int64_t node) const {
 }
 
 void Zone::Bind(Field& field, std::shared_ptr<Storage> storage) {
+  // Kept until the new views are made, so that none of them gets an address that somebody still
+  // takes for an old one's.
+  const FieldView oldView = std::move(field.view);
+  const FieldView oldAtNodes = std::move(field.atNodes);
   field.storage = std::move(storage);
-  field.view.reset();
-  field.atNodes.reset();
   field.rangeStamp = -1;
   if (field.storage == nullptr) return;
   if (field.location == ValueLocation_Nodal) {
