@@ -1,7 +1,6 @@
 // The shapes of VTK's cells as the zone types see them: which corner is which point of the cell,
 // and the faces that bound it.
-#ifndef QELHOST_DATA_CELLSHAPES_H
-#define QELHOST_DATA_CELLSHAPES_H
+#pragma once
 
 #include <array>
 
@@ -59,5 +58,3 @@ struct SolidFaces {
 const SolidFaces& FacesOf(Shape shape);
 
 }  // namespace qelhost
-
-#endif  // QELHOST_DATA_CELLSHAPES_H

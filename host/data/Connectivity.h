@@ -1,7 +1,6 @@
 // Which nodes make a cell, which cells stand around a node, which faces have a neighbour: for
 // zones of the types 1 to 5. Elements, corners, nodes and faces count from 0 here.
-#ifndef QELHOST_DATA_CONNECTIVITY_H
-#define QELHOST_DATA_CONNECTIVITY_H
+#pragma once
 
 #include <array>
 #include <cstdint>
@@ -67,5 +66,3 @@ void ResolveNodeMap(QelNodeMap& map);
 QelNodeToElemMap BuildNodeToElemMap(const QelNodeMap& map);
 
 }  // namespace qelhost
-
-#endif  // QELHOST_DATA_CONNECTIVITY_H

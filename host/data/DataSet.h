@@ -1,7 +1,6 @@
 // A data set: zones, variables and the values where they meet. Zone and variable numbers count
 // from 1 (zoneNum, varNum); a number out of range is refused with null or false.
-#ifndef QELHOST_DATA_DATASET_H
-#define QELHOST_DATA_DATASET_H
+#pragma once
 
 #include <map>
 #include <memory>
@@ -137,5 +136,3 @@ using DataSetPtr = std::shared_ptr<DataSet>;
 bool IsShownAsVariable(vtkAbstractArray* array);
 
 }  // namespace qelhost
-
-#endif  // QELHOST_DATA_DATASET_H

@@ -1,6 +1,5 @@
 // Face-based connectivity of polygonal and polyhedral zones. Everything counts from 0 here.
-#ifndef QELHOST_DATA_FACEMAPS_H
-#define QELHOST_DATA_FACEMAPS_H
+#pragma once
 
 #include <cstdint>
 #include <vector>
@@ -55,5 +54,3 @@ QelNodeToElemMap BuildNodeToElemMap(const QelFaceMap& faces, const QelElemToFace
                                     LgIndex_t nodeCount);
 
 }  // namespace qelhost
-
-#endif  // QELHOST_DATA_FACEMAPS_H

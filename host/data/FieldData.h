@@ -1,8 +1,7 @@
 // The values of one variable in one zone, seen where VTK keeps them.
 //
 // Offsets count from 0. Nothing here checks an offset: the interface does that at its door.
-#ifndef QELHOST_DATA_FIELDDATA_H
-#define QELHOST_DATA_FIELDDATA_H
+#pragma once
 
 #include <vtkDataArray.h>
 #include <vtkSmartPointer.h>
@@ -113,5 +112,3 @@ int VtkTypeOfField(QelFieldDataType_e type);
 const char* StoredTypeName(int vtkType);
 
 }  // namespace qelhost
-
-#endif  // QELHOST_DATA_FIELDDATA_H

@@ -1,6 +1,5 @@
 // A zone: one block of a data set as the interface sees it.
-#ifndef QELHOST_DATA_ZONE_H
-#define QELHOST_DATA_ZONE_H
+#pragma once
 
 #include <array>
 #include <cstdint>
@@ -128,5 +127,3 @@ class Zone : public NodeAverageSource {
 };
 
 }  // namespace qelhost
-
-#endif  // QELHOST_DATA_ZONE_H

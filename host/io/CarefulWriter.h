@@ -1,6 +1,5 @@
 // VTK's XML writers, made to outlive a full disk.
-#ifndef QELHOST_IO_CAREFULWRITER_H
-#define QELHOST_IO_CAREFULWRITER_H
+#pragma once
 
 #include <vtkSmartPointer.h>
 #include <vtkXMLWriter.h>
@@ -33,5 +32,3 @@ class CarefulWriter : public Writer {
 };
 
 }  // namespace qelhost
-
-#endif  // QELHOST_IO_CAREFULWRITER_H

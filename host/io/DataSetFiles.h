@@ -1,6 +1,5 @@
 // Data sets from files and back.
-#ifndef QELHOST_IO_DATASETFILES_H
-#define QELHOST_IO_DATASETFILES_H
+#pragma once
 
 #include <string>
 #include <vector>
@@ -39,5 +38,3 @@ struct FormatHelp {
 std::vector<FormatHelp> KnownFormats();
 
 }  // namespace qelhost
-
-#endif  // QELHOST_IO_DATASETFILES_H

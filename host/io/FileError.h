@@ -1,5 +1,4 @@
-#ifndef QELHOST_IO_FILEERROR_H
-#define QELHOST_IO_FILEERROR_H
+#pragma once
 
 #include <stdexcept>
 #include <string>
@@ -19,5 +18,3 @@ class FileError : public std::runtime_error {
 };
 
 }  // namespace qelhost
-
-#endif  // QELHOST_IO_FILEERROR_H

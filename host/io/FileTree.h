@@ -1,6 +1,5 @@
 // What a file held, in the shape in which it is written back.
-#ifndef QELHOST_IO_FILETREE_H
-#define QELHOST_IO_FILETREE_H
+#pragma once
 
 #include <vtkDataSet.h>
 #include <vtkSmartPointer.h>
@@ -45,5 +44,3 @@ struct FileSource : Source {
 };
 
 }  // namespace qelhost
-
-#endif  // QELHOST_IO_FILETREE_H

@@ -1,6 +1,5 @@
 // The one table of formats.
-#ifndef QELHOST_IO_FORMATS_H
-#define QELHOST_IO_FORMATS_H
+#pragma once
 
 #include <string>
 #include <vector>
@@ -28,5 +27,3 @@ std::string ExtensionOf(const std::string& path);
 std::string StemOf(const std::string& path);
 
 }  // namespace qelhost
-
-#endif  // QELHOST_IO_FORMATS_H

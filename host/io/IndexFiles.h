@@ -1,6 +1,5 @@
 // Files that only name others: multi-block indexes (.vtm) and collections (.pvd).
-#ifndef QELHOST_IO_INDEXFILES_H
-#define QELHOST_IO_INDEXFILES_H
+#pragma once
 
 #include <string>
 #include <vector>
@@ -18,5 +17,3 @@ void WriteCollection(const FileSource& source, const std::string& path);
 std::vector<std::string> FilesNamedBy(const std::string& path);
 
 }  // namespace qelhost
-
-#endif  // QELHOST_IO_INDEXFILES_H

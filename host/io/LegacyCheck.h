@@ -1,5 +1,4 @@
-#ifndef QELHOST_IO_LEGACYCHECK_H
-#define QELHOST_IO_LEGACYCHECK_H
+#pragma once
 
 #include <string>
 
@@ -13,5 +12,3 @@ namespace qelhost {
 void CheckLegacyFile(const std::string& path, const FileEncoding& encoding);
 
 }  // namespace qelhost
-
-#endif  // QELHOST_IO_LEGACYCHECK_H

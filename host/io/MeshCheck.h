@@ -1,5 +1,4 @@
-#ifndef QELHOST_IO_MESHCHECK_H
-#define QELHOST_IO_MESHCHECK_H
+#pragma once
 
 #include <vtkDataSet.h>
 
@@ -12,5 +11,3 @@ namespace qelhost {
 void CheckMesh(const std::string& path, vtkDataSet* block);
 
 }  // namespace qelhost
-
-#endif  // QELHOST_IO_MESHCHECK_H

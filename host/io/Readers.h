@@ -1,6 +1,5 @@
 // Readers of one file, or of a case made of files that belong to its reader.
-#ifndef QELHOST_IO_READERS_H
-#define QELHOST_IO_READERS_H
+#pragma once
 
 #include <string>
 
@@ -19,5 +18,3 @@ void ReadStl(const std::string& path, FileSource& source);
 void ReadObj(const std::string& path, FileSource& source);
 
 }  // namespace qelhost
-
-#endif  // QELHOST_IO_READERS_H

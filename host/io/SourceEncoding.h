@@ -1,6 +1,5 @@
 // How a VTK file stores its numbers, learned from its own text, so that it can be written alike.
-#ifndef QELHOST_IO_SOURCEENCODING_H
-#define QELHOST_IO_SOURCEENCODING_H
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -37,5 +36,3 @@ XmlOverview ScanXmlFile(const std::string& path);
 FileEncoding ScanLegacyFile(const std::string& path);
 
 }  // namespace qelhost
-
-#endif  // QELHOST_IO_SOURCEENCODING_H

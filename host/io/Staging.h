@@ -1,6 +1,5 @@
 // Output that is complete or not there at all.
-#ifndef QELHOST_IO_STAGING_H
-#define QELHOST_IO_STAGING_H
+#pragma once
 
 #include <string>
 #include <vector>
@@ -47,5 +46,3 @@ class StagedTarget {
 void RequireRoomBehind(const std::string& path);
 
 }  // namespace qelhost
-
-#endif  // QELHOST_IO_STAGING_H

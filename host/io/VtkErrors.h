@@ -1,5 +1,4 @@
-#ifndef QELHOST_IO_VTKERRORS_H
-#define QELHOST_IO_VTKERRORS_H
+#pragma once
 
 #include <vtkOutputWindow.h>
 #include <vtkSmartPointer.h>
@@ -42,5 +41,3 @@ class StandardErrorSilence {
 };
 
 }  // namespace qelhost
-
-#endif  // QELHOST_IO_VTKERRORS_H

@@ -1,6 +1,5 @@
 // Stopping while files are written.
-#ifndef QELHOST_IO_WRITECANCEL_H
-#define QELHOST_IO_WRITECANCEL_H
+#pragma once
 
 #include <stdexcept>
 
@@ -25,5 +24,3 @@ void StopIfCancelled();
 void StopWhenCancelled(vtkAlgorithm* writer);
 
 }  // namespace qelhost
-
-#endif  // QELHOST_IO_WRITECANCEL_H

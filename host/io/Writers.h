@@ -1,6 +1,5 @@
 // Writers of one block.
-#ifndef QELHOST_IO_WRITERS_H
-#define QELHOST_IO_WRITERS_H
+#pragma once
 
 #include <string>
 
@@ -26,5 +25,3 @@ vtkDataSet* RequireSingle(const FileSource& source, const std::string& path,
 std::string ShortestNumber(double value);
 
 }  // namespace qelhost
-
-#endif  // QELHOST_IO_WRITERS_H

@@ -1,6 +1,5 @@
 // Small meshes for the tests of the data room.
-#ifndef TESTS_HOST_DATA_MESHES_H
-#define TESTS_HOST_DATA_MESHES_H
+#pragma once
 
 #include <vtkCellArray.h>
 #include <vtkCellType.h>
@@ -49,5 +48,3 @@ inline vtkSmartPointer<vtkUnstructuredGrid> Bricks(int nI, int nJ, int nK) {
 }
 
 }  // namespace meshes
-
-#endif  // TESTS_HOST_DATA_MESHES_H

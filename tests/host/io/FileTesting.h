@@ -1,6 +1,5 @@
 // Small meshes and folders for the tests of reading and writing.
-#ifndef TESTS_HOST_IO_FILETESTING_H
-#define TESTS_HOST_IO_FILETESTING_H
+#pragma once
 
 #include <vtkCellData.h>
 #include <vtkDataSet.h>
@@ -160,5 +159,3 @@ inline vtkSmartPointer<vtkImageData> Image() {
 }
 
 }  // namespace filetesting
-
-#endif  // TESTS_HOST_IO_FILETESTING_H
