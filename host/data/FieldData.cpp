@@ -287,15 +287,34 @@ bool CopyStoredValues(QelFieldData& ref, std::int64_t offset, std::int64_t count
   return true;
 }
 
-Range ScanRange(const QelFieldData& ref) {
+namespace {
+
+void Include(Range& range, double value) {
+  if (std::isnan(value)) return;
+  if (!range.hasValues || value < range.min) range.min = value;
+  if (!range.hasValues || value > range.max) range.max = value;
+  range.hasValues = true;
+}
+
+/// Over values that lie in one run, without a call for each.
+template <class T>
+Range ScanRun(const QelFieldData& ref) {
   Range range;
-  for (LgIndex_t i = 0; i < ref.count; ++i) {
-    const double value = ref.get(&ref, i);
-    if (std::isnan(value)) continue;
-    if (!range.hasValues || value < range.min) range.min = value;
-    if (!range.hasValues || value > range.max) range.max = value;
-    range.hasValues = true;
+  const T* const values = reinterpret_cast<const T*>(ref.first);
+  for (std::int64_t i = 0; i < ref.count; ++i) {
+    Include(range, static_cast<double>(values[i * ref.stride]));
   }
+  return range;
+}
+
+}  // namespace
+
+Range ScanRange(const QelFieldData& ref) {
+  if (IsStridedRun(ref)) {
+    switch (ref.vtkType) { vtkTemplateMacro(return ScanRun<VTK_TT>(ref)); }
+  }
+  Range range;
+  for (LgIndex_t i = 0; i < ref.count; ++i) Include(range, ref.get(&ref, i));
   return range;
 }
 
