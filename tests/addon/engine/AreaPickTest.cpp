@@ -198,33 +198,4 @@ TEST_F(Area, NoWritableReferenceIsAnInternalError) {
                            "zoneNum, varNum\\) \\([A-Za-z]+ [0-9]+\\)"));
 }
 
-struct AssertRow {
-  const char* function;
-  const char* pattern;
-};
-
-class AreaAssert : public Area, public ::testing::WithParamInterface<AssertRow> {};
-
-TEST_P(AreaAssert, NamesTheCall) {
-  Load(MakeLattice(ZoneType_FEQuad, 2, 1, 0));
-  PlayWell(kLeftPart);
-  host.FailCall(GetParam().function, 1);
-  EXPECT_THAT(PlayBadly("ALTERAREA VARIABLE=\"c\" MODIFIER=\"=0\" RULE=ANYINSIDE"),
-              MatchesRegex(std::string(GetParam().pattern) + " \\([A-Za-z]+ [0-9]+\\)"));
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Calls, AreaAssert,
-    ::testing::Values(
-        AssertRow{"QelUtilZoneGetRelevant",
-                  "Assert failed: QelUtilZoneGetRelevant\\(solutionTime, FALSE, &relevantZones\\)"},
-        AssertRow{"QelUtilDataNodeGetReadableRef",
-                  "Assert failed: nodeMap = QelUtilDataNodeGetReadableRef\\(zoneNum\\)"},
-        AssertRow{"QelUtilArgListAlloc", "Assert failed: argList = QelUtilArgListAlloc\\(\\)"},
-        AssertRow{"QelUtilArgListAppendInt",
-                  "Assert failed: QelUtilArgListAppendInt\\(argList, SV_STATECHANGE, "
-                  "StateChange_VarsAltered\\)"},
-        AssertRow{"QelUtilArgListAppendSet",
-                  "Assert failed: QelUtilArgListAppendSet\\(argList, SV_ZONELIST, zoneSet\\)"}));
-
 }  // namespace
