@@ -6,6 +6,7 @@
 #include "qelvane/Keywords.h"
 #include "qelvane/QelUtil.h"
 
+#include <cmath>
 #include <cstring>
 
 using namespace qelhost;
@@ -29,6 +30,7 @@ QelSetValueResult_e SetLayerStyle(const char* function, Layer layer, const char*
     if (isColor && (iValue < ColorIndex_Black || iValue > ColorIndex_Orange)) {
       return SetValueResult_ValueError;
     }
+    if (isThickness && !(std::isfinite(dValue) && dValue >= 0.0)) return SetValueResult_ValueError;
     for (const LgIndex_t number : numbers) {
       if (ActiveZone(host, number) == nullptr) return SetValueResult_ValueError;
     }

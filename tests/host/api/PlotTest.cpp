@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cmath>
 #include <vector>
 
 namespace qelhost {
@@ -184,6 +185,8 @@ TEST_F(Plot, SetsLayersOfZonesByAttribute) {
     EXPECT_EQ(set(SV_COLOR, first, 0, ColorIndex_Red), SetValueResult_Ok);
     EXPECT_EQ(set(SV_LINETHICKNESS, first, 0.4, 0), SetValueResult_Ok);
     EXPECT_EQ(set(SV_COLOR, first, 0, 9), SetValueResult_ValueError);
+    EXPECT_EQ(set(SV_LINETHICKNESS, first, -0.1, 0), SetValueResult_ValueError);
+    EXPECT_EQ(set(SV_LINETHICKNESS, first, std::nan(""), 0), SetValueResult_ValueError);
     EXPECT_EQ(set("SHINE", first, 0, 1), SetValueResult_SyntaxError);
     EXPECT_EQ(set(SV_SHOW, unknown, 0, 1), SetValueResult_ValueError);
   }
@@ -230,6 +233,9 @@ TEST_F(Plot, StylesAreSetByPathAndTold) {
   EXPECT_EQ(SetStyle(variable, 9, 4), SetValueResult_ValueError);
   EXPECT_EQ(SetStyle({SV_BLANKING, "SHINE"}, 0, 1), SetValueResult_SyntaxError);
   EXPECT_EQ(SetStyle({}, 0, 1), SetValueResult_SyntaxError);
+  const std::vector<const char*> include = {SV_BLANKING, SV_VALUE, SV_INCLUDE};
+  EXPECT_EQ(SetStyle(include, 0, 1), SetValueResult_ValueError);
+  EXPECT_EQ(SetStyle(include, 0, 0), SetValueResult_Duplicate);
   EXPECT_THAT(Heard(), ElementsAre("7 BLANKING VALUE CONSTRAINT"));
   EXPECT_FALSE(QelUtilBlankingIsActive());
 }

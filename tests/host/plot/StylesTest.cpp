@@ -93,6 +93,17 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"NoMaps", {{"FIELDMAP", "SHADE", "SHOW"}, 0, {}}, 1, SetValueResult_ValueError}),
     [](const auto& row) { return std::string(row.param.rule); });
 
+TEST(Styles, BlankingIsOffAndCannotBeSwitchedOn) {
+  Styles styles;
+  const StyleAddress address{{"BLANKING", "VALUE", "INCLUDE"}, 0, {}};
+  EXPECT_EQ(SetStyle(styles, address, 1, 1, kVariableCount), SetValueResult_ValueError);
+  EXPECT_FALSE(styles.blanking.include);
+  EXPECT_EQ(SetStyle(styles, address, 0, 0, kVariableCount), SetValueResult_Duplicate);
+  ArbParam_t integer = -1;
+  EXPECT_EQ(GetStyle(styles, address, &integer, nullptr), SetValueResult_Ok);
+  EXPECT_EQ(integer, 0);
+}
+
 TEST(Styles, SetEveryMapOfTheSetAndNoOther) {
   Styles styles;
   const StyleAddress address{{"FIELDMAP", "SURFACES", "SURFACESTOPLOT"}, 0, {1, 3}};
