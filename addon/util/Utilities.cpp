@@ -9,12 +9,90 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 namespace qelvane::qelutiltools {
 
 namespace {
 
 constexpr char kGeneralError[] = "An error occured in the Marquell add-on. Please try again.";
+
+/// Reads and writes settings of value blanking, one after the other, with one argument list.
+class BlankingSettings {
+ public:
+  BlankingSettings() {
+    QelArgList* argList = nullptr;
+    HOST_CHECK(argList = QelUtilArgListAlloc());
+    m_argList.reset(argList);
+  }
+
+  /// The setting that is meant until the next call: of value blanking as a whole, or of one of its
+  /// constraints.
+  void Choose(const char* keyword) {
+    BeginPath();
+    AppendKeyword("SV_P3", keyword);
+  }
+  void Choose(const char* keyword, LgIndex_t constraintNum) {
+    QelArgList* const argList = m_argList.get();
+    QelUtilArgListClear(argList);
+    HOST_CHECK(QelUtilArgListAppendInt(argList, SV_OFFSET1, constraintNum));
+    AppendBlankingValue();
+    HOST_CHECK(QelUtilArgListAppendString(argList, SV_P3, SV_CONSTRAINT));
+    AppendKeyword("SV_P4", keyword);
+  }
+
+  /// name: what the value is called in the text of an internal error.
+  QelSetValueResult_e Set(ArbParam_t value, const char* name) {
+    const bool isAppended = QelUtilArgListAppendArbParam(m_argList.get(), SV_IVALUE, value);
+    Check(
+        isAppended,
+        std::string("QelUtilArgListAppendArbParam(argList, SV_IVALUE, (ArbParam_t) ") + name + ")");
+    return QelUtilStyleSetLowLevelX(m_argList.get());
+  }
+  QelSetValueResult_e Set(double valCutoff) {
+    QelArgList* const argList = m_argList.get();
+    HOST_CHECK(QelUtilArgListAppendDouble(argList, SV_DVALUE, valCutoff));
+    return QelUtilStyleSetLowLevelX(argList);
+  }
+
+  ArbParam_t GetInteger() {
+    QelArgList* const argList = m_argList.get();
+    ArbParam_t value = 0;
+    HOST_CHECK(QelUtilArgListAppendArbParamPtr(argList, SV_IVALUE, &value));
+    QelUtilStyleGetLowLevelX(argList);
+    return value;
+  }
+  double GetDouble() {
+    QelArgList* const argList = m_argList.get();
+    double value = 0.0;
+    HOST_CHECK(QelUtilArgListAppendDoublePtr(argList, SV_DVALUE, &value));
+    QelUtilStyleGetLowLevelX(argList);
+    return value;
+  }
+
+ private:
+  static void Check(bool isDone, const std::string& call) {
+    if (!isDone) ThrowAssertFailed(call.c_str(), __FILE__, __LINE__);
+  }
+  void BeginPath() {
+    QelUtilArgListClear(m_argList.get());
+    AppendBlankingValue();
+  }
+  void AppendBlankingValue() {
+    QelArgList* const argList = m_argList.get();
+    HOST_CHECK(QelUtilArgListAppendString(argList, SV_P1, SV_BLANKING));
+    HOST_CHECK(QelUtilArgListAppendString(argList, SV_P2, SV_VALUE));
+  }
+  /// A keyword's constant is called SV_ and its own text.
+  void AppendKeyword(const char* parameter, const char* keyword) {
+    const char* const name = parameter + std::strlen("SV_");
+    Check(
+        QelUtilArgListAppendString(m_argList.get(), name, keyword),
+        std::string("QelUtilArgListAppendString(argList, ") + parameter + ", SV_" + keyword + ")");
+  }
+
+  HostArgList m_argList;
+};
 
 }  // namespace
 
@@ -75,6 +153,75 @@ void SendVarsAlteredStateChange(const QelSet* zoneSet, const QelSet* varSet) {
   HOST_CHECK(QelUtilArgListAppendSet(argList, SV_ZONELIST, zoneSet));
   HOST_CHECK(QelUtilArgListAppendSet(argList, SV_VARLIST, varSet));
   QelUtilStateChangedX(argList);
+}
+
+QelSetValueResult_e SetValueBlankingInclude(bool include) {
+  BlankingSettings settings;
+  settings.Choose(SV_INCLUDE);
+  return settings.Set(include, "include");
+}
+
+bool GetValueBlankingInclude() {
+  const HostLock lock;
+  BlankingSettings settings;
+  settings.Choose(SV_INCLUDE);
+  return settings.GetInteger() != 0;
+}
+
+QelSetValueResult_e SetValueBlankingCellMode(bool wholeCell, int mode) {
+  BlankingSettings settings;
+  settings.Choose(SV_BLANKENTIRECELL);
+  settings.Set(wholeCell, "wholeCell");
+  settings.Choose(SV_VALUEBLANKCELLMODE);
+  return settings.Set(mode, "mode");
+}
+
+void GetValueBlankingCellSettings(bool& wholeCell, int& mode, bool& include) {
+  BlankingSettings settings;
+  settings.Choose(SV_BLANKENTIRECELL);
+  wholeCell = settings.GetInteger() != 0;
+  settings.Choose(SV_VALUEBLANKCELLMODE);
+  mode = static_cast<int>(settings.GetInteger());
+  settings.Choose(SV_INCLUDE);
+  include = settings.GetInteger() != 0;
+}
+
+QelSetValueResult_e SetConstraintInclude(LgIndex_t constraintNum, bool include) {
+  BlankingSettings settings;
+  settings.Choose(SV_INCLUDE, constraintNum);
+  return settings.Set(include, "include");
+}
+
+QelSetValueResult_e SetValueBlankConstraint(LgIndex_t constraintNum, bool include, LgIndex_t varA,
+                                            double valCutoff, int relativeOp, int mode) {
+  BlankingSettings settings;
+  settings.Choose(SV_INCLUDE, constraintNum);
+  settings.Set(include, "include");
+  settings.Choose(SV_VARA, constraintNum);
+  settings.Set(varA, "varA");
+  settings.Choose(SV_RELOP, constraintNum);
+  settings.Set(relativeOp, "relativeOp");
+  settings.Choose(SV_CONSTRAINTOP2MODE, constraintNum);
+  settings.Set(mode, "mode");
+  settings.Choose(SV_VALUECUTOFF, constraintNum);
+  return settings.Set(valCutoff);
+}
+
+void GetValueBlankConstraint(LgIndex_t constraintNum, bool& include, LgIndex_t& varA,
+                             LgIndex_t& varB, int& relativeOp, int& mode, double& valCutoff) {
+  BlankingSettings settings;
+  settings.Choose(SV_INCLUDE, constraintNum);
+  include = settings.GetInteger() != 0;
+  settings.Choose(SV_VARA, constraintNum);
+  varA = static_cast<LgIndex_t>(settings.GetInteger());
+  settings.Choose(SV_VARB, constraintNum);
+  varB = static_cast<LgIndex_t>(settings.GetInteger());
+  settings.Choose(SV_RELOP, constraintNum);
+  relativeOp = static_cast<int>(settings.GetInteger());
+  settings.Choose(SV_CONSTRAINTOP2MODE, constraintNum);
+  mode = static_cast<int>(settings.GetInteger());
+  settings.Choose(SV_VALUECUTOFF, constraintNum);
+  valCutoff = settings.GetDouble();
 }
 
 void RedrawIfRecording() {

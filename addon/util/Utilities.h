@@ -26,6 +26,29 @@ LgIndex_t FindZoneByName(const std::string& name);
 void NotifyVarsAltered(LgIndex_t zoneNum, LgIndex_t varNum);
 void SendVarsAlteredStateChange(const QelSet* zoneSet, const QelSet* varSet);
 
+// Value blanking of the active frame. Constraints count from 1. Each throws std::runtime_error when
+// the host's argument list cannot be made; what was set before stays set. Whether the host takes a
+// value is not checked: the result is its answer to the last one.
+
+/// Switches value blanking.
+QelSetValueResult_e SetValueBlankingInclude(bool include);
+
+/// Whether value blanking is on. Takes the lock.
+bool GetValueBlankingInclude();
+
+/// Which values decide about a cell, and whether all of it is hidden.
+QelSetValueResult_e SetValueBlankingCellMode(bool wholeCell, int mode);
+void GetValueBlankingCellSettings(bool& wholeCell, int& mode, bool& include);
+
+/// Switches one constraint.
+QelSetValueResult_e SetConstraintInclude(LgIndex_t constraintNum, bool include);
+
+/// Writes a whole constraint but for its variable B, which stays as it is.
+QelSetValueResult_e SetValueBlankConstraint(LgIndex_t constraintNum, bool include, LgIndex_t varA,
+                                            double valCutoff, int relativeOp, int mode);
+void GetValueBlankConstraint(LgIndex_t constraintNum, bool& include, LgIndex_t& varA,
+                             LgIndex_t& varB, int& relativeOp, int& mode, double& valCutoff);
+
 /// Draws the plot anew while a macro is recorded. Takes the lock.
 void RedrawIfRecording();
 
