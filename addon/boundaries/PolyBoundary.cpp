@@ -294,6 +294,15 @@ bool CPolyBoundary::IsInsideTriangle(double x, double y, const Point2d& a, const
          !excludes(TriangleSum(c, a, p));
 }
 
+CPolyBoundary::Shape CPolyBoundary::Definition() const {
+  return {m_isRectangle, m_isCircle, m_xMin, m_xMax, m_yMin, m_yMax, m_corners};
+}
+
+bool operator==(const CPolyBoundary::Shape& a, const CPolyBoundary::Shape& b) {
+  return a.isRectangle == b.isRectangle && a.isCircle == b.isCircle && a.xMin == b.xMin &&
+         a.xMax == b.xMax && a.yMin == b.yMin && a.yMax == b.yMax && a.corners == b.corners;
+}
+
 void CPolyBoundary::RecordAsMacro() const {
   MacroCommand& command = MacroEngine.CurrentCommand;
   command.Attributes.clear();

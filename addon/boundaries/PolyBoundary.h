@@ -15,6 +15,8 @@ struct Point2d {
   double y = 0.0;
 };
 
+inline bool operator==(const Point2d& a, const Point2d& b) { return a.x == b.x && a.y == b.y; }
+
 /// The 2D area of an area pick: a rectangle, a circle or a polygon.
 ///
 /// A polygon is kept as its convex hull and the pockets to be cut out of it, one triangle for each
@@ -58,6 +60,19 @@ class CPolyBoundary {
   bool PickRectangle(const MacroCommand& command);
   bool PickCircle(const MacroCommand& command);
   bool PickPolygon(const MacroCommand& command);
+
+  /// What the shape was made from; equal definitions make equal shapes.
+  struct Shape {
+    bool isRectangle = false;
+    bool isCircle = false;
+    double xMin = 0.0;
+    double xMax = 0.0;
+    double yMin = 0.0;
+    double yMax = 0.0;
+    std::vector<Point2d> corners;
+    friend bool operator==(const Shape& a, const Shape& b);
+  };
+  Shape Definition() const;
 
   bool IsDefined() const { return m_isDefined; }
   bool IsCircle() const { return m_isCircle; }

@@ -1,9 +1,9 @@
 #include "CMacroEngine.h"
-#include "CornerRule.h"
 #include "GeometryChoice.h"
 #include "HostCheck.h"
 #include "HostLock.h"
 #include "Selvane.h"
+#include "SurfaceSearch.h"
 #include "TakenItems.h"
 
 #include "qelvane/QelUtil.h"
@@ -12,6 +12,29 @@
 namespace qelvane::qelutiltools {
 
 namespace {
+
+/// Shows the user that work is going on, until the scope is left.
+class WaitMessage {
+ public:
+  explicit WaitMessage(const char* message) : m_message(message) {
+    QelUtilPleaseWait(m_message, TRUE);
+  }
+  ~WaitMessage() { QelUtilPleaseWait(m_message, FALSE); }
+  WaitMessage(const WaitMessage&) = delete;
+  WaitMessage& operator=(const WaitMessage&) = delete;
+
+ private:
+  const char* m_message;
+};
+
+/// Tells the host that many values are about to be asked for.
+class DataLoad {
+ public:
+  DataLoad() { QelUtilDataLoadBegin(); }
+  ~DataLoad() { QelUtilDataLoadEnd(); }
+  DataLoad(const DataLoad&) = delete;
+  DataLoad& operator=(const DataLoad&) = delete;
+};
 
 /// One coordinate of a zone's nodes, read through the host's accessor.
 class NodeCoordinate {
@@ -31,14 +54,6 @@ class NodeCoordinate {
   const QelFieldData* m_field = nullptr;
   QelFieldGet_pf m_get = nullptr;
 };
-
-template <class IsInside>
-void MarkNodes(InsideSet& inside, IsInside&& isInside) {
-  const std::int64_t nodeCount = inside.NodeCount();
-  for (std::int64_t word = 0; word < InsideSet::WordCount(nodeCount); ++word) {
-    inside.SetWord(word, WordOf(word, nodeCount, isInside));
-  }
-}
 
 /// Inside as seen in a 2D frame. A circle is round on paper, where its own numbers live.
 void MarkPlanar(const CPolyBoundary& boundary, LgIndex_t zone, LgIndex_t xVar, LgIndex_t yVar,
@@ -76,10 +91,9 @@ void MarkProjected(const CPolyBoundary& boundary, LgIndex_t zone, LgIndex_t xVar
 bool Selvane::ApplyArea(bool undo) {
   const HostLock lock;
   const QelPlotType_e plotType = QelUtilFrameGetPlotType();
-  if (m_pickKind == PickKind::Cube || m_pickKind == PickKind::Sphere ||
-      m_pickKind == PickKind::Element) {
-    return false;
-  }
+  if (CPickBoundary3d* const boundary = Boundary3d()) return ApplyInBoundary3d(*boundary);
+  if (m_pickKind == PickKind::Element) return false;
+
   const GeometryChoice choice = undo ? ChooseUndoGeometry(m_undoGeometry) : ChooseGeometry();
   if (choice.fault != GeometryFault::None) {
     ShowGeometryFault(choice.fault);
@@ -100,83 +114,125 @@ bool Selvane::ApplyArea(bool undo) {
 
 bool Selvane::ApplyAreaFromMacro() {
   const HostLock lock;
-  switch (m_pickKind) {
-    case PickKind::None:
-    case PickKind::Element:
-      return true;
-    case PickKind::Cube:
-    case PickKind::Sphere:
-      MacroEngine.SetError("3D pick boundary not defined for ALTER/BLANK AREA command");
-      return false;
-    default:
-      break;
+  if (const CPickBoundary3d* const boundary = Boundary3d()) {
+    if (Apply3d(*boundary)) return true;
+    MacroEngine.SetError("3D pick boundary not defined for ALTER/BLANK AREA command");
+    return false;
   }
+  if (m_pickKind == PickKind::None || m_pickKind == PickKind::Element) return true;
   if (!m_polyBoundary.IsDefined()) {
     MacroEngine.SetError("Pick boundary not properly defined for ALTER/BLANK AREA command");
     return false;
   }
-  const QelPlotType_e plotType = QelUtilFrameGetPlotType();
-  if (plotType != PlotType_Cartesian3D && plotType != PlotType_Cartesian2D) {
+  if (!ApplyForPlotType(QelUtilFrameGetPlotType())) {
     MacroEngine.SetError("Frame is not in Cartesian mode for ALTER/BLANK AREA command");
     return false;
   }
-  ApplyForPlotType(plotType);
   return true;
 }
 
-void Selvane::ApplyForPlotType(QelPlotType_e plotType) {
+/// The box or the sphere that is picked with; null for every other kind.
+CPickBoundary3d* Selvane::Boundary3d() {
+  switch (m_pickKind) {
+    case PickKind::Cube:
+      return &m_cube;
+    case PickKind::Sphere:
+      return &m_sphere;
+    default:
+      return nullptr;
+  }
+}
+
+bool Selvane::ApplyInBoundary3d(CPickBoundary3d& boundary) {
+  boundary.Update();
+  if (!Apply3d(boundary)) return false;
+  boundary.RecordAsMacro();
+  return true;
+}
+
+bool Selvane::Apply3d(const CPickBoundary3d& boundary) {
+  if (!boundary.IsGeometryValid() || QelUtilFrameGetPlotType() != PlotType_Cartesian3D) {
+    return false;
+  }
+  const HostLock lock;
+  const WaitMessage wait("Applying changes...");
+  const DataLoad load;
+  const LgIndex_t xVar = QelUtilVarGetNumByAssignment('X');
+  const LgIndex_t yVar = QelUtilVarGetNumByAssignment('Y');
+  const LgIndex_t zVar = QelUtilVarGetNumByAssignment('Z');
+  return ApplyToZones([&](LgIndex_t zone, InsideSet& inside) {
+    boundary.MarkInside(zone, xVar, yVar, zVar, inside);
+  });
+}
+
+/// Applies the polygon boundary as the plot shows it. False for a plot that is not Cartesian, and
+/// for a surface pick whose seed is not on the surface.
+bool Selvane::ApplyForPlotType(QelPlotType_e plotType) {
   const LgIndex_t xVar = QelUtilVarGetNumByAssignment('X');
   const LgIndex_t yVar = QelUtilVarGetNumByAssignment('Y');
   if (plotType == PlotType_Cartesian2D) {
-    ApplyToZones([&](LgIndex_t zone, InsideSet& inside) {
+    return ApplyToZones([&](LgIndex_t zone, InsideSet& inside) {
       MarkPlanar(m_polyBoundary, zone, xVar, yVar, inside);
     });
-  } else if (plotType == PlotType_Cartesian3D) {
+  }
+  if (plotType == PlotType_Cartesian3D) {
     const LgIndex_t zVar = QelUtilVarGetNumByAssignment('Z');
     HOST_CHECK(QelUtilSetupTransformations());
-    ApplyToZones([&](LgIndex_t zone, InsideSet& inside) {
+    return ApplyToZones([&](LgIndex_t zone, InsideSet& inside) {
       MarkProjected(m_polyBoundary, zone, xVar, yVar, zVar, inside);
     });
   }
+  return false;
 }
 
-void Selvane::ApplyToZones(const InsideFiller& fillInside) {
+bool Selvane::ApplyToZones(const InsideFiller& fillInside) {
   const std::vector<LgIndex_t> zones = ZonesToChange();
   // All of them before the first write, so that no zone sees another's change.
-  for (const LgIndex_t zone : zones) UnshareTarget(zone);
+  UnshareTargets(zones);
 
   const ProgressReport progress;
+  bool areApplied = true;
   std::size_t doneCount = 0;
   for (const LgIndex_t zone : zones) {
-    ApplyToZone(zone, fillInside, progress);
+    areApplied = ApplyToZone(zone, fillInside, progress) && areApplied;
     progress.Done(++doneCount, zones.size());
   }
+  return areApplied;
 }
 
-std::vector<LgIndex_t> Selvane::ZonesToChange() const {
+std::vector<LgIndex_t> Selvane::ZonesToChange() {
   if (m_isSurfaceOnly) return {m_seedZone};
   const double solutionTime = QelUtilSolutionTimeGetCurrent();
   QelSet* relevantZones = nullptr;
   HOST_CHECK(QelUtilZoneGetRelevant(solutionTime, FALSE, &relevantZones));
   const toolbox::Set ownedZones(relevantZones);
+  const CPickBoundary3d* const boundary = Boundary3d();
+  const LgIndex_t boundaryZone = boundary == nullptr ? 0 : boundary->GetZoneNum();
 
   std::vector<LgIndex_t> zones;
   for (const SetIndex_t member : ownedZones) {
     const auto zone = static_cast<LgIndex_t>(member);
-    if (QelUtilZoneIsActive(zone)) zones.push_back(zone);
+    if (zone != boundaryZone && QelUtilZoneIsActive(zone)) zones.push_back(zone);
   }
   return zones;
 }
 
-void Selvane::ApplyToZone(LgIndex_t zone, const InsideFiller& fillInside,
+void Selvane::UnshareTargets(const std::vector<LgIndex_t>& zones) const {
+  for (const LgIndex_t zone : zones) UnshareTarget(zone);
+}
+
+/// False when a surface pick's seed is not on the zone's surface; nothing is changed then.
+bool Selvane::ApplyToZone(LgIndex_t zone, const InsideFiller& fillInside,
                           const ProgressReport& progress) {
   const ZoneSize size = SizeOfZone(zone);
-  if (size.nodeCount < 1 || size.cellCount < 1) return;
+  if (size.nodeCount < 1 || size.cellCount < 1) return !m_isSurfaceOnly;
   const std::optional<FieldWriter> writer = OpenForWriting(zone, OnNoReference::Throw);
-  if (!writer) return;
+  if (!writer) return true;
 
   InsideSet inside(size.nodeCount);
   fillInside(zone, inside);
+  if (m_isSurfaceOnly && !SearchSurface(zone, m_seedElement, inside)) return false;
+
   const bool skipBlanked = !m_isBlankMode && QelUtilBlankingIsActive();
   const TakenItems taken = writer->isCellCentred
                                ? TakenCells(zone, m_pickRule, inside, skipBlanked)
@@ -184,6 +240,7 @@ void Selvane::ApplyToZone(LgIndex_t zone, const InsideFiller& fillInside,
   const std::int64_t writtenCount = AlterTaken(*writer, m_lastApplied, taken);
   FinishZone(*writer, writtenCount);
   progress.Changed(*writer, writtenCount);
+  return true;
 }
 
 }  // namespace qelvane::qelutiltools

@@ -3,7 +3,6 @@
 #include "InsideSet.h"
 #include "PickTypes.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -96,18 +95,6 @@ std::int64_t VisitTaken(std::int64_t itemCount, TakenWord&& takenWord, Visit&& v
     }
   }
   return visited;
-}
-
-/// The word of a decision made item by item. Asks only for items that exist.
-template <class IsTaken>
-std::uint64_t WordOf(std::int64_t word, std::int64_t itemCount, IsTaken&& isTaken) {
-  const std::int64_t first = word * InsideSet::kBitsPerWord;
-  const std::int64_t count = std::min(InsideSet::kBitsPerWord, itemCount - first);
-  std::uint64_t taken = 0;
-  for (std::int64_t bit = 0; bit < count; ++bit) {
-    taken |= std::uint64_t{isTaken(first + bit)} << bit;
-  }
-  return taken;
 }
 
 }  // namespace qelvane::qelutiltools

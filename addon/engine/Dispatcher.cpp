@@ -20,8 +20,8 @@ namespace {
 
 /// What a command's attributes say, gathered and checked before anything is changed.
 struct CommandInput {
-  std::int32_t zone = 0;
-  std::int32_t item = 0;  ///< the element or the seed point
+  std::optional<std::int32_t> zone;
+  std::optional<std::int32_t> item;  ///< the element or the seed point
   std::optional<PickRule> rule;
   std::optional<std::string> variable;
   std::optional<std::string> modifier;
@@ -29,12 +29,19 @@ struct CommandInput {
 
 // Reading attributes ---------------------------------------------------------------------------
 
+bool ReadInteger(const MacroValue& value, std::optional<std::int32_t>& target) {
+  std::int32_t number = 0;
+  if (!MacroEngine.GetInt(value, number)) return false;
+  target = number;
+  return true;
+}
+
 bool ReadZone(const MacroValue& value, CommandInput& input) {
-  return MacroEngine.GetInt(value, input.zone);
+  return ReadInteger(value, input.zone);
 }
 
 bool ReadItem(const MacroValue& value, CommandInput& input) {
-  return MacroEngine.GetInt(value, input.item);
+  return ReadInteger(value, input.item);
 }
 
 bool ReadRule(const MacroValue& value, CommandInput& input) {
@@ -62,29 +69,82 @@ bool ReadModifier(const MacroValue& value, CommandInput& input) {
 
 /// Choices that the command does not give stay as the session holds them.
 void TakeChoices(Selvane& engine, const CommandInput& input) {
-  engine.EnterAlterMode();
   if (input.rule) engine.SetPickRule(*input.rule);
   if (input.variable) engine.SetAlterVariableByName(*input.variable);
   if (input.modifier) engine.ParseModifier(*input.modifier);
+}
+
+// What a command changes: the alter variable, or the blanking variable.
+
+bool EnterAlter(Selvane& engine) {
+  engine.EnterAlterMode();
+  return true;
+}
+
+bool EnterBlank(Selvane& engine) {
+  if (engine.EnterBlankMode()) return true;
+  MacroEngine.SetError("Unable to initialize this data set for pick blanking.");
+  return false;
+}
+
+// Where it does.
+
+bool PickElement(Selvane& engine, const CommandInput& input) {
+  return engine.PickElement(*input.zone, *input.item);
+}
+
+bool PickArea(Selvane& engine, const CommandInput&) { return engine.ApplyAreaFromMacro(); }
+
+bool PickSurface(Selvane& engine, const CommandInput& input) {
+  if (input.zone) engine.SetSeedZone(*input.zone);
+  if (input.item) engine.SetSeedElement(*input.item);
+  return engine.ApplySurfaceFromMacro();
+}
+
+template <bool (*enterMode)(Selvane&), bool (*pick)(Selvane&, const CommandInput&)>
+bool Pick(Selvane& engine, const MacroCommand&, const CommandInput& input) {
+  TakeChoices(engine, input);
+  return enterMode(engine) && pick(engine, input);
 }
 
 bool UndoAlter(Selvane& engine, const MacroCommand&, const CommandInput&) {
   return engine.UndoLastAlter(true);
 }
 
-bool AlterElement(Selvane& engine, const MacroCommand&, const CommandInput& input) {
-  TakeChoices(engine, input);
-  return engine.PickElement(input.zone, input.item);
+bool UndoBlank(Selvane& engine, const MacroCommand&, const CommandInput&) {
+  engine.ResetPickBlanks();
+  return true;
 }
 
-bool AlterArea(Selvane& engine, const MacroCommand&, const CommandInput& input) {
-  TakeChoices(engine, input);
-  return engine.ApplyAreaFromMacro();
+/// Takes the shape and picks with it. A recorded undo follows the line of the boundary that it
+/// undoes in, so a line that says once more what is in force leaves the undo there. In a 2D plot no
+/// zone can show a box or a sphere, and the command succeeds all the same.
+template <class Boundary>
+bool PickWith(Selvane& engine, const MacroCommand& command, PickKind kind, Boundary& boundary,
+              bool (Boundary::*define)(const MacroCommand&)) {
+  const auto shapeBefore = boundary.Definition();
+  if (!(boundary.*define)(command)) return false;
+  const bool isRepeated = engine.Kind() == kind && boundary.Definition() == shapeBefore;
+  if (isRepeated) {
+    engine.RenewPickKind();
+  } else {
+    engine.SetPickKind(kind, true);
+  }
+  return true;
 }
 
-template <bool (CPolyBoundary::*Define)(const MacroCommand&), PickKind kind>
+template <bool (CPolyBoundary::*define)(const MacroCommand&), PickKind kind>
 bool PickShape(Selvane& engine, const MacroCommand& command, const CommandInput&) {
-  return (engine.PolyBoundary().*Define)(command) && engine.SetPickKind(kind, true);
+  return PickWith(engine, command, kind, engine.PolyBoundary(), define);
+}
+
+bool PickCube(Selvane& engine, const MacroCommand& command, const CommandInput&) {
+  return PickWith(engine, command, PickKind::Cube, engine.Cube(), &CClippingCube::SetFromMacro);
+}
+
+bool PickSphere(Selvane& engine, const MacroCommand& command, const CommandInput&) {
+  return PickWith(engine, command, PickKind::Sphere, engine.Sphere(),
+                  &CClippingSphere::SetFromMacro);
 }
 
 template <StandardView view>
@@ -96,41 +156,6 @@ bool ShowView(Selvane& engine, const MacroCommand&, const CommandInput&) {
 bool ArmGeometry(Selvane&, const MacroCommand&, const CommandInput&) {
   SetGeometryArmed(true);
   return true;
-}
-
-bool Refuse(Selvane&, const MacroCommand& command, const CommandInput&) {
-  MacroEngine.SetError("The %s command is not supported by this version of Marquell.",
-                       MacroEngine.CommandName(command.Command).c_str());
-  return false;
-}
-
-bool CheckAndRefuseCube(Selvane& engine, const MacroCommand& command, const CommandInput& input) {
-  double anchor[3];
-  double size[3];
-  double rotation[3];
-  constexpr bool kRequired = true;
-  return ReadNumberAttributes(command, {{Attribute_AnchorX, &anchor[0]},
-                                        {Attribute_AnchorY, &anchor[1]},
-                                        {Attribute_AnchorZ, &anchor[2]},
-                                        {Attribute_SizeX, &size[0]},
-                                        {Attribute_SizeY, &size[1]},
-                                        {Attribute_SizeZ, &size[2]},
-                                        {Attribute_RotateX, &rotation[0], !kRequired, 0.0},
-                                        {Attribute_RotateY, &rotation[1], !kRequired, 0.0},
-                                        {Attribute_RotateZ, &rotation[2], !kRequired, 0.0}}) &&
-         Refuse(engine, command, input);
-}
-
-bool CheckAndRefuseSphere(Selvane& engine, const MacroCommand& command, const CommandInput& input) {
-  double centre[3];
-  double radius = 0.0;
-  constexpr bool kRequired = true;
-  return ReadNumberAttributes(command, {{Attribute_AnchorX, &centre[0]},
-                                        {Attribute_AnchorY, &centre[1], !kRequired},
-                                        {Attribute_AnchorZ, &centre[2], !kRequired},
-                                        {Attribute_Radius, &radius},
-                                        {Attribute_SizeX, &radius}}) &&
-         Refuse(engine, command, input);
 }
 
 // The command set ------------------------------------------------------------------------------
@@ -153,14 +178,14 @@ struct CommandRow {
 const std::vector<CommandRow>& CommandTable() {
   static const std::vector<CommandRow> table = {
       {Command_UndoAlter, UndoAlter, "Macro failed to perform Undo"},
-      {Command_UndoBlank, Refuse},
+      {Command_UndoBlank, UndoBlank},
       {Command_PickRectangle, PickShape<&CPolyBoundary::PickRectangle, PickKind::Rectangle>},
       {Command_PickCircle, PickShape<&CPolyBoundary::PickCircle, PickKind::Circle>},
       {Command_PickPolygon, PickShape<&CPolyBoundary::PickPolygon, PickKind::Polygon>},
-      {Command_PickCube, CheckAndRefuseCube},
-      {Command_PickSphere, CheckAndRefuseSphere},
+      {Command_PickCube, PickCube},
+      {Command_PickSphere, PickSphere},
       {Command_AlterElement,
-       AlterElement,
+       Pick<EnterAlter, PickElement>,
        "Error during execution of ALTERELEMENT operation",
        "Unexpected parameter in ALTERELEMENT command",
        "Missing zone or element number in ALTERELEMENT command",
@@ -170,7 +195,7 @@ const std::vector<CommandRow>& CommandTable() {
         {Attribute_Zone, ReadZone, "Bad data for ZONE in ALTERELEMENT command"},
         {Attribute_Element, ReadItem, "Bad data for ELEMENT in ALTERELEMENT command"}}},
       {Command_BlankElement,
-       Refuse,
+       Pick<EnterBlank, PickElement>,
        "Error during execution of BLANKELEMENT operation",
        "Unexpected parameter in BLANKELEMENT command",
        "Missing zone or element number in BLANKELEMENT command",
@@ -178,7 +203,7 @@ const std::vector<CommandRow>& CommandTable() {
         {Attribute_Zone, ReadZone, "Bad data for ZONE in BLANKELEMENT command"},
         {Attribute_Element, ReadItem, "Bad data for ELEMENT in BLANKELEMENT command"}}},
       {Command_AlterSurface,
-       Refuse,
+       Pick<EnterAlter, PickSurface>,
        "Macro failed to apply selvane for surface",
        "Unexpected parameter in the ALTERSURFACE command",
        nullptr,
@@ -189,7 +214,7 @@ const std::vector<CommandRow>& CommandTable() {
          "Bad/unrecognized name for VARIABLE in ALTERSURFACE command"},
         {Attribute_Rule, ReadRule, "Illegal value for pick RULE in ALTERSURFACE command"}}},
       {Command_BlankSurface,
-       Refuse,
+       Pick<EnterBlank, PickSurface>,
        "Macro failed to apply pick blanking",
        "Unexpected parameter in the BLANKAREA command",
        nullptr,
@@ -197,7 +222,7 @@ const std::vector<CommandRow>& CommandTable() {
         {Attribute_SeedPoint, ReadItem, "Bad data for ELEMENT in ALTERELEMENT command"},
         {Attribute_Rule, ReadRule, nullptr}}},
       {Command_AlterArea,
-       AlterArea,
+       Pick<EnterAlter, PickArea>,
        "Macro failed to apply selvane",
        "Unexpected parameter in the ALTERAREA command",
        nullptr,
@@ -205,7 +230,7 @@ const std::vector<CommandRow>& CommandTable() {
         {Attribute_Modifier, ReadModifier, nullptr},
         {Attribute_Rule, ReadRule, "Illegal value for pick RULE parameter"}}},
       {Command_BlankArea,
-       Refuse,
+       Pick<EnterBlank, PickArea>,
        "Macro failed to apply pick blanking",
        "Unexpected parameter in the BLANKAREA command",
        nullptr,
@@ -241,7 +266,8 @@ bool ReadAttributes(const CommandRow& row, const MacroCommand& command, CommandI
   for (const MacroAttribute& attribute : command.Attributes) {
     if (!ReadAttribute(row, attribute, input)) return false;
   }
-  if (row.missingText != nullptr && (input.zone == 0 || input.item == 0)) {
+  const bool isLocated = input.zone.value_or(0) != 0 && input.item.value_or(0) != 0;
+  if (row.missingText != nullptr && !isLocated) {
     ReportIfGiven(row.missingText);
     return false;
   }

@@ -93,4 +93,15 @@ void Selvane::RecordSurface() const {
   MacroEngine.CommitCommand();
 }
 
+void Selvane::RecordBlankingInclude(bool on) const {
+  const HostLock lock;
+  if (!QelUtilMacroIsRecordingActive()) return;
+  // Without a closing brace: hosts read it so, and journals hold it so.
+  if (on) {
+    HOST_CHECK(QelUtilMacroRecordRawCommand("$!BLANKING VALUE{INCLUDE = YES"));
+  } else {
+    HOST_CHECK(QelUtilMacroRecordRawCommand("$!BLANKING VALUE{INCLUDE = NO"));
+  }
+}
+
 }  // namespace qelvane::qelutiltools

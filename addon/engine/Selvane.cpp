@@ -5,6 +5,7 @@
 #include "ElementPick.h"
 #include "HostCheck.h"
 #include "HostLock.h"
+#include "SessionRegistry.h"
 #include "Utilities.h"
 
 #include "qelvane/QelGUI.h"
@@ -14,7 +15,10 @@
 
 namespace qelvane::qelutiltools {
 
-Selvane::Selvane(QelUniqueID_t dataSetId) : m_dataSetId(dataSetId) {}
+Selvane::Selvane(QelUniqueID_t dataSetId)
+    : m_dataSetId(dataSetId),
+      m_cube([this] { return IsPickingWith(PickKind::Cube); }),
+      m_sphere([this] { return IsPickingWith(PickKind::Sphere); }) {}
 
 Selvane::~Selvane() {
   if (m_rememberedView != nullptr) QelUtilViewDealloc(&m_rememberedView);
@@ -24,9 +28,32 @@ bool Selvane::SetPickKind(PickKind kind, bool on) {
   const HostLock lock;
   DiscardUndo();
   m_pickKind = on ? kind : PickKind::None;
+  return ShowPickKind();
+}
+
+bool Selvane::RenewPickKind() {
+  const HostLock lock;
+  return ShowPickKind();
+}
+
+bool Selvane::ShowPickKind() {
   SetMouseModeFor(m_pickKind);
-  // A box or a sphere needs a zone of its own, which no boundary here draws.
-  return m_pickKind != PickKind::Cube && m_pickKind != PickKind::Sphere;
+  bool isShown = true;
+  if (m_pickKind == PickKind::Cube) {
+    isShown = m_cube.Create();
+  } else {
+    m_cube.DeleteZone();
+  }
+  if (m_pickKind == PickKind::Sphere) {
+    isShown = m_sphere.Create();
+  } else {
+    m_sphere.DeleteZone();
+  }
+  return isShown;
+}
+
+bool Selvane::IsPickingWith(PickKind kind) const {
+  return m_pickKind == kind && SessionRegistry::Instance().IsCurrent(*this);
 }
 
 void Selvane::SetMouseModeFor(PickKind kind) {
@@ -132,6 +159,8 @@ void Selvane::RestoreView() {
 
 void Selvane::LeaveAsCurrent() {
   const HostLock lock;
+  if (m_pickKind == PickKind::Cube) m_cube.DeleteZone();
+  if (m_pickKind == PickKind::Sphere) m_sphere.DeleteZone();
   DiscardUndo();
 }
 

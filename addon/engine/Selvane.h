@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ClippingCube.h"
+#include "ClippingSphere.h"
 #include "InsideSet.h"
 #include "PickTypes.h"
 #include "PolyBoundary.h"
@@ -33,8 +35,12 @@ class Selvane {
   // Choices (Selvane.cpp) ------------------------------------------------------------------------
 
   /// Chooses what is picked with and sets the host's mouse mode for it; off goes back to None and
-  /// the select mode. Discards undo. False when the boundary of the kind cannot be shown.
+  /// the select mode. Shows the zone of the box or the sphere and removes the other's. Discards
+  /// undo. False when the zone cannot be shown: the frame is no 3D Cartesian plot.
   bool SetPickKind(PickKind kind, bool on);
+
+  /// The same for the kind that is chosen already, keeping undo: nothing about the pick changes.
+  bool RenewPickKind();
 
   /// Chooses the variable that alterations change; a number out of range is clamped. Discards undo.
   void SetAlterVariable(LgIndex_t var);
@@ -57,6 +63,14 @@ class Selvane {
 
   /// Alterations change the chosen variable again, not the blanking variable.
   void EnterAlterMode();
+
+  /// Picks hide cells from now on: they write 1 into the blanking variable, which is made when the
+  /// data set has none. False, staying in the mode, when it cannot be made. Discards undo.
+  bool EnterBlankMode();
+
+  /// Writes 0 into the whole target variable of every zone that a pick would change: the blanking
+  /// variable in blank mode, else the alter variable. Nothing when there is no blanking variable.
+  void ResetPickBlanks();
 
   /// Turns the 3D view; ThreeD puts back the view remembered by the first of the others.
   void SetView(StandardView view);
@@ -82,6 +96,30 @@ class Selvane {
   /// engine's error text.
   bool ApplyAreaFromMacro();
 
+  // Picking on a surface (SurfacePick.cpp) -------------------------------------------------------
+
+  /// Asks the user to click on the seed. False, after showing what is wrong, when no geometry can
+  /// define the pick area.
+  bool StartSurfacePick();
+
+  /// The user's click. isSeed: CTRL was held.
+  void PickSurfaceByProbe(bool isSeed);
+
+  /// Applies the pick to what can be reached from the seed over the surface within the geometry
+  /// that the frame offers, or when undoing within the one that was used last. True without doing
+  /// anything unless the pick kind is a 2D one or none.
+  bool ApplySurface(bool undo);
+
+  /// The same within the boundary that a macro defined. A seed off the surface changes nothing and
+  /// succeeds. False with the reason in the macro engine's error text.
+  bool ApplySurfaceFromMacro();
+
+  /// The seed of a macro's surface pick.
+  void SetSeedZone(LgIndex_t zone) { m_seedZone = zone; }
+  void SetSeedElement(LgIndex_t node) { m_seedElement = node; }
+
+  // Undo (Undo.cpp) ------------------------------------------------------------------------------
+
   /// Takes back the last alteration by applying its inverse to the same points.
   bool UndoLastAlter(bool fromMacro);
 
@@ -95,6 +133,7 @@ class Selvane {
   void RecordArea() const;
   void RecordSurface() const;
   void RecordPickGeometry() const;
+  void RecordBlankingInclude(bool on) const;
 
   // State ----------------------------------------------------------------------------------------
 
@@ -109,6 +148,8 @@ class Selvane {
   LgIndex_t PickedElement() const { return m_pickedElement; }
   LgIndex_t PickedZone() const { return m_pickedZone; }
   QelGeomID_t UndoGeometry() const { return m_undoGeometry; }
+  CClippingCube& Cube() { return m_cube; }
+  CClippingSphere& Sphere() { return m_sphere; }
   CPolyBoundary& PolyBoundary() { return m_polyBoundary; }
   const CPolyBoundary& PolyBoundary() const { return m_polyBoundary; }
 
@@ -119,7 +160,9 @@ class Selvane {
   void UnshareTarget(LgIndex_t zoneNum) const;
   void FinishZone(const FieldWriter& writer, std::int64_t writtenCount);
 
+  bool ShowPickKind();
   void SetMouseModeFor(PickKind kind);
+  bool IsPickingWith(PickKind kind) const;
   void DiscardUndo();
   void ShowUndoAvailability() const;
   void RestoreView();
@@ -127,11 +170,21 @@ class Selvane {
   // ElementPick.cpp
   void AlterElement(const FieldWriter& writer, LgIndex_t element);
 
+  // PickBlanking.cpp
+  void ResetZone(LgIndex_t zone, LgIndex_t blankVar);
+
   // AreaPick.cpp
-  void ApplyForPlotType(QelPlotType_e plotType);
-  void ApplyToZones(const InsideFiller& fillInside);
-  void ApplyToZone(LgIndex_t zone, const InsideFiller& fillInside, const ProgressReport& progress);
-  std::vector<LgIndex_t> ZonesToChange() const;
+  CPickBoundary3d* Boundary3d();
+  bool Apply3d(const CPickBoundary3d& boundary);
+  bool ApplyInBoundary3d(CPickBoundary3d& boundary);
+  bool ApplyForPlotType(QelPlotType_e plotType);
+  bool ApplyToZones(const InsideFiller& fillInside);
+  bool ApplyToZone(LgIndex_t zone, const InsideFiller& fillInside, const ProgressReport& progress);
+  std::vector<LgIndex_t> ZonesToChange();
+  void UnshareTargets(const std::vector<LgIndex_t>& zones) const;
+
+  // SurfacePick.cpp
+  bool ApplySurfaceInGeometry(QelGeomID_t geometry, bool undo);
 
   // Undo.cpp
   bool RepeatLastPick(bool fromMacro);
@@ -151,6 +204,8 @@ class Selvane {
   PickRule m_pickRule = PickRule::AllInside;
   PickKind m_pickKind = PickKind::None;
   QelView* m_rememberedView = nullptr;
+  CClippingCube m_cube;
+  CClippingSphere m_sphere;
   CPolyBoundary m_polyBoundary;
   QelGeomID_t m_undoGeometry = 0;
   LgIndex_t m_pickedElement = 0;

@@ -39,6 +39,10 @@ Selvane* SessionRegistry::Find() {
   return SwitchTo(dataSetId == 0 ? nullptr : SessionOf(dataSetId));
 }
 
+bool SessionRegistry::IsCurrent(const Selvane& session) const {
+  return m_current == &session && PickableDataSet() == session.DataSetId();
+}
+
 void SessionRegistry::DeleteAll() {
   const HostLock lock;
   m_current = nullptr;

@@ -27,6 +27,10 @@ class SessionRegistry {
   /// The same without making one: null also when the data set has no session yet.
   Selvane* Find();
 
+  /// Whether the session is the current one and the active frame shows its data set. Unlike the
+  /// lookups it switches nothing.
+  bool IsCurrent(const Selvane& session) const;
+
   /// Every data set is gone.
   void DeleteAll();
 

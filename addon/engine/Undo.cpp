@@ -25,7 +25,10 @@ bool Selvane::UndoLastAlter(bool fromMacro) {
 }
 
 bool Selvane::RepeatLastPick(bool fromMacro) {
-  if (m_pickKind != PickKind::Element) return fromMacro ? ApplyAreaFromMacro() : ApplyArea(true);
+  if (m_pickKind != PickKind::Element) {
+    if (m_wasSurfaceOnly) return fromMacro ? ApplySurfaceFromMacro() : ApplySurface(true);
+    return fromMacro ? ApplyAreaFromMacro() : ApplyArea(true);
+  }
   if (m_pickedElement < 1 || m_pickedZone < 1) return true;
   const std::optional<FieldWriter> writer = OpenForWriting(m_pickedZone, OnNoReference::Refuse);
   if (!writer) return false;
