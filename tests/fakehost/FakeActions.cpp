@@ -1,13 +1,13 @@
 #include "FakeCall.h"
 #include "FakeHost.h"
 
+#include "qelvane/Keywords.h"
+
 #include <algorithm>
 
 namespace fakehost {
 
 namespace {
-
-constexpr char kHostOwner[] = "Workbench";
 
 /// Takes away what a failed command left over on purpose; answers how many there were.
 int ReleaseMacroErrorStrings() {
@@ -64,7 +64,9 @@ void FakeHost::Probe(bool withCtrl, LgIndex_t zone, LgIndex_t cell, LgIndex_t no
 void FakeHost::RunIdleQueue() {
   const auto queue = std::move(idleQueue);
   idleQueue.clear();
+  const int depth = LockDepth();
   for (const auto& [callback, clientData] : queue) callback(clientData);
+  if (LockDepth() != depth) Report("an idle callback left the lock unbalanced");
 }
 
 void FakeHost::Deliver(QelStateChange_t change, const std::vector<std::string>& styleParams) {
@@ -83,6 +85,29 @@ void FakeHost::Notify(StateChangeNotice notice) {
   for (const QelStateChangeCallback_pf callback : callbacks) callback(notice.change);
   if (LockDepth() != depth) Report("the state-change callback left the lock unbalanced");
   currentStyleParams = outer;
+}
+
+void FakeHost::EnterFrame(std::size_t index) {
+  if (index == activeFrame) return;
+  const QelPlotType_e typeBefore = ActiveFrame().plotType;
+  const bool hadData = ActiveData() != nullptr;
+  activeFrame = index;
+  Notify({StateChange_NewActiveFrame, {}, {}, {}});
+  if (ActiveFrame().plotType == typeBefore && (ActiveData() != nullptr) == hadData) return;
+  Notify({StateChange_Style, {}, {}, {SV_PLOTTYPE}});
+}
+
+void FakeHost::SwitchFrame(std::size_t index) {
+  lockOwners.push_back(kHostOwner);
+  EnterFrame(index);
+  lockOwners.pop_back();
+}
+
+void FakeHost::CloseAll() {
+  frames.clear();
+  activeFrame = 0;
+  Deliver(StateChange_NewLayout);
+  Deliver(StateChange_FrameDeleted);
 }
 
 void FakeHost::FailCall(const std::string& function, int nth) {

@@ -67,8 +67,12 @@ Account& TheAccount();
 char* NewString(const std::string& text, const std::string& label);
 void FreeString(char* text);
 
-/// Marks every reference to the values of a zone and variable as no longer valid; 0 means all.
-void InvalidateReferences(LgIndex_t zone, LgIndex_t var);
+/// The name under which the host itself holds the lock.
+constexpr char kHostOwner[] = "Workbench";
+
+/// Marks every reference to the values of a zone, known by its id, and variable as no longer valid.
+/// Those of a zone that is gone need no mark.
+void InvalidateReferences(QelUniqueID_t zone, LgIndex_t var);
 void ForgetReferences();
 void ForgetMaps();
 void DropAllDialogs();

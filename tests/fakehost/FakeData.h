@@ -1,5 +1,8 @@
 #pragma once
 
+#include "FakeElements.h"
+#include "FakeTopology.h"
+
 #include "qelvane/Types.h"
 
 #include <array>
@@ -53,29 +56,66 @@ struct Mesh {
   QelZoneType_e type = ZoneType_Ordered;
   std::array<LgIndex_t, 3> ijk{1, 1, 1};  ///< ordered zones only
   std::vector<Point> points;
-  std::vector<std::vector<LgIndex_t>> elements;  ///< types 1 to 5
-  std::vector<Face> faces;                       ///< types 6 and 7
+  ElementList elements;       ///< types 1 to 5
+  StampedVector<Face> faces;  ///< types 6 and 7
   LgIndex_t faceBasedElementCount = 0;
 
   LgIndex_t NodeCount() const { return static_cast<LgIndex_t>(points.size()); }
   LgIndex_t CellCount() const;
+  bool HasNodeMap() const { return type >= ZoneType_FETriangle && type <= ZoneType_FELineSeg; }
+  bool IsFaceBased() const { return type == ZoneType_FEPolygon || type == ZoneType_FEPolyhedron; }
   /// The nodes of a cell, in corner order; of a face-based one, ascending and each once.
   std::vector<LgIndex_t> Corners(LgIndex_t cell) const;
+  /// What follows from the connectivity as it stands; made anew only after a change.
+  const Topology& Derived() const;
+
+ private:
+  mutable std::shared_ptr<const Topology> m_topology;
 };
 
 /// A lattice of nx x ny x nz cells over the unit steps, cut into cells of the type; absent
-/// dimensions are 0.
+/// dimensions are 0. Tetrahedra of neighbouring cells fit face to face.
 Mesh MakeLattice(QelZoneType_e type, LgIndex_t nx, LgIndex_t ny, LgIndex_t nz);
 
+enum class Collapse { Wedge, Pyramid, Tetra };
+
+/// A brick zone over such a lattice whose bricks have repeated nodes: two wedges, six pyramids
+/// around an added middle node, or the five tetrahedra for each cell.
+Mesh MakeCollapsedBricks(Collapse to, LgIndex_t nx, LgIndex_t ny, LgIndex_t nz);
+
+enum class ZoneLayer { Edge, Mesh, Shade, Contour, Scatter, Vector };
+constexpr std::size_t kZoneLayerCount = 6;
+
+struct LayerStyle {
+  bool isShown = false;
+  LgIndex_t color = ColorIndex_Black;
+  double lineThickness = 0.1;  ///< percent of the frame
+};
+
+/// How one zone is drawn. What a new map holds differs from what any user of it wants to set, so
+/// that a setting left out is seen.
+struct FieldMap {
+  std::array<LayerStyle, kZoneLayerCount> layers{
+      {{}, {}, {}, {true, 0, 0.1}, {true, 0, 0.1}, {true, 0, 0.1}}};
+  bool usesValueBlanking = true;
+  LgIndex_t surfacesToPlot = 1;
+  bool showsSlices = true;
+  bool showsIsosurfaces = true;
+  bool showsStreamtraces = true;
+
+  LayerStyle& Layer(ZoneLayer layer) { return layers[static_cast<std::size_t>(layer)]; }
+};
+
 struct Zone {
+  QelUniqueID_t id = 0;  ///< stays when zones before it are deleted
   std::string name;
   Mesh mesh;
   std::vector<Values> vars;
   bool isActive = true;
-  bool isFromFile = true;
+  bool isFromFile = true;  ///< never deleted through the interface
   LgIndex_t strand = 0;
   double solutionTime = 0.0;
-  bool usesValueBlanking = true;
+  FieldMap fieldMap;
 };
 
 struct DataSet {
@@ -113,15 +153,17 @@ struct Constraint {
   LgIndex_t varA = 0;
   LgIndex_t varB = 0;
   LgIndex_t relOp = BlankRelOp_LessThanOrEqual;
-  LgIndex_t op2Mode = ConstraintOp2Mode_UseConstant;
+  LgIndex_t op2Mode = ConstraintOp2Mode_UseVar;
   double cutoff = 0.0;
 };
 
+constexpr LgIndex_t kConstraintCount = 8;
+
 struct Blanking {
   bool include = false;
-  bool blankEntireCell = true;
+  bool blankEntireCell = false;
   LgIndex_t cellMode = BlankCellMode_AllCorners;
-  std::map<LgIndex_t, Constraint> constraints;
+  std::map<LgIndex_t, Constraint> constraints;  ///< by number, 1 to 8; absent: as it began
 };
 
 struct Frame {
@@ -132,6 +174,7 @@ struct Frame {
   std::vector<PickedObject> pickList;
   ViewState view;
   Blanking blanking;
+  std::array<LgIndex_t, 3> axisVars{1, 2, 3};  ///< assigned to X, Y and Z; 0: none
   LgIndex_t contourVar = 0;
   std::map<std::string, bool> layers;
 };

@@ -1,8 +1,5 @@
-// Frames, data sets, zones, variables.
+// Frames, data sets, and what is asked of zones and variables.
 #include "FakeCall.h"
-#include "FakeLists.h"
-
-#include "qelvane/Keywords.h"
 
 #include <algorithm>
 #include <cmath>
@@ -36,10 +33,7 @@ bool QelUtilFrameActivateByUniqueID(QelUniqueID_t id) {
   if (Fails(__func__, id)) return false;
   for (std::size_t i = 0; i < Host().frames.size(); ++i) {
     if (Host().frames[i].id != id) continue;
-    if (i != Host().activeFrame) {
-      Host().activeFrame = i;
-      Host().Notify({StateChange_NewActiveFrame, {}, {}, {}});
-    }
+    Host().EnterFrame(i);
     return true;
   }
   return false;
@@ -74,88 +68,6 @@ LgIndex_t QelUtilDataSetGetNumVars() {
   return Fails(__func__) || data == nullptr ? 0 : static_cast<LgIndex_t>(data->varNames.size());
 }
 
-bool QelUtilDataSetAddZone(const char* name, LgIndex_t iMax, LgIndex_t jMax, LgIndex_t kMax,
-                           QelZoneType_e type, const QelFieldDataType_e* varTypes) {
-  if (Fails(__func__, name, iMax, jMax, kMax, static_cast<int>(type))) return false;
-  if (name == nullptr || Host().ActiveData() == nullptr || iMax < 1 || jMax < 1) return false;
-  static constexpr std::size_t kCornerCounts[] = {0, 3, 4, 4, 8, 2};
-  if (type < ZoneType_Ordered || type > ZoneType_FELineSeg) return false;
-  Mesh mesh;
-  mesh.type = type;
-  if (type == ZoneType_Ordered) {
-    mesh.ijk = {iMax, jMax, std::max<LgIndex_t>(kMax, 1)};
-    mesh.points.resize(static_cast<std::size_t>(mesh.ijk[0] * mesh.ijk[1] * mesh.ijk[2]));
-  } else {
-    mesh.points.resize(static_cast<std::size_t>(iMax));
-    mesh.elements.assign(static_cast<std::size_t>(jMax),
-                         std::vector<LgIndex_t>(kCornerCounts[type], 1));
-  }
-  const StoredType stored = varTypes == nullptr ? StoredType::Double : StoredTypeOf(varTypes[0]);
-  Zone& zone = *Host().ZoneAt(Host().AddZone(mesh, stored));
-  zone.name = name;
-  zone.isFromFile = false;
-  return true;
-}
-
-bool QelUtilDataSetDeleteZone(const QelSet* zones) {
-  if (Fails(__func__, zones)) return false;
-  std::vector<SetIndex_t> doomed = MembersOf(zones, __func__);
-  for (const SetIndex_t zone : doomed) {
-    const Zone* const found = Host().ZoneAt(static_cast<LgIndex_t>(zone));
-    if (found == nullptr || found->isFromFile) return false;
-  }
-  if (doomed.empty()) return false;
-  InvalidateReferences(0, 0);
-  std::vector<Zone>& all = Host().ActiveData()->zones;
-  std::for_each(doomed.rbegin(), doomed.rend(),
-                [&all](SetIndex_t zone) { all.erase(all.begin() + (zone - 1)); });
-  Host().Notify({StateChange_ZonesDeleted, doomed, {}, {}});
-  return true;
-}
-
-bool QelUtilDataSetAddVarX(QelArgList* args) {
-  if (Fails(__func__, args) || !IsLive(args, __func__)) return false;
-  const Argument* const name = Find(args, SV_NAME);
-  if (name == nullptr || Host().ActiveData() == nullptr) return false;
-  const Argument* const types = Find(args, SV_VARDATATYPE);
-  const Argument* const locations = Find(args, SV_VALUELOCATION);
-  const Argument* const deferred = Find(args, SV_DEFERVARCREATION);
-  const LgIndex_t var = Host().AddVariable(name->text, ValueLocation_Nodal, StoredType::Double,
-                                           [](LgIndex_t, LgIndex_t) { return 0.0; });
-  for (std::size_t i = 0; i < Host().ActiveData()->zones.size(); ++i) {
-    Values& values = *Host().ValuesAt(static_cast<LgIndex_t>(i + 1), var);
-    if (types != nullptr) {
-      values.typeWhenAllocated =
-          StoredTypeOf(static_cast<const QelFieldDataType_e*>(types->pointer)[i]);
-    }
-    if (locations != nullptr) {
-      values.location = static_cast<const QelValueLocation_e*>(locations->pointer)[i];
-    }
-    const Mesh& mesh = Host().ActiveData()->zones[i].mesh;
-    const bool isCell = values.location == ValueLocation_CellCentered;
-    values.storage = std::make_shared<Storage>(values.typeWhenAllocated,
-                                               isCell ? mesh.CellCount() : mesh.NodeCount());
-    if (deferred != nullptr && deferred->integer != 0) values.storage.reset();
-  }
-  return true;
-}
-
-bool QelUtilCreateSphericalZone(LgIndex_t iPoints, LgIndex_t jPoints, double x, double y, double z,
-                                double radius, QelFieldDataType_e type) {
-  if (Fails(__func__, iPoints, jPoints, x, y, z, radius)) return false;
-  if (iPoints < 2 || jPoints < 2 || Host().ActiveData() == nullptr) return false;
-  Mesh mesh = MakeLattice(ZoneType_FEQuad, iPoints - 1, jPoints - 1, 0);
-  const double pi = std::acos(-1.0);
-  for (Point& point : mesh.points) {
-    const double turn = 2.0 * pi * point.x / (iPoints - 1);
-    const double rise = pi * point.y / (jPoints - 1);
-    point = {x + radius * std::sin(rise) * std::cos(turn),
-             y + radius * std::sin(rise) * std::sin(turn), z + radius * (1.0 - std::cos(rise))};
-  }
-  Host().ZoneAt(Host().AddZone(mesh, StoredTypeOf(type)))->isFromFile = false;
-  return true;
-}
-
 bool QelUtilZoneGetName(LgIndex_t zone, char** name) {
   const Zone* const found = Host().ZoneAt(zone);
   return !Fails(__func__, zone) && found != nullptr && HandOut(found->name, name);
@@ -188,11 +100,11 @@ void QelUtilZoneGetIJK(LgIndex_t zone, LgIndex_t* i, LgIndex_t* j, LgIndex_t* k)
     const Mesh& mesh = found->mesh;
     if (mesh.type == ZoneType_Ordered) {
       ijk = mesh.ijk;
-    } else if (mesh.type == ZoneType_FEPolygon || mesh.type == ZoneType_FEPolyhedron) {
+    } else if (mesh.IsFaceBased()) {
       ijk = {mesh.NodeCount(), mesh.CellCount(), static_cast<LgIndex_t>(mesh.faces.size())};
     } else {
-      const std::size_t corners = mesh.elements.empty() ? 0 : mesh.elements.front().size();
-      ijk = {mesh.NodeCount(), mesh.CellCount(), static_cast<LgIndex_t>(corners)};
+      ijk = {mesh.NodeCount(), mesh.CellCount(),
+             static_cast<LgIndex_t>(mesh.elements.CornerCount())};
     }
   }
   SetIfWanted(i, ijk[0]);
@@ -228,7 +140,8 @@ double QelUtilSolutionTimeGetCurrent() {
 
 void QelUtilZoneSetStrandID(LgIndex_t zone, LgIndex_t strand) {
   Note(__func__, zone, strand);
-  if (Zone* const found = Host().ZoneAt(zone)) found->strand = strand;
+  Zone* const found = Host().ZoneAt(zone);
+  if (found != nullptr && strand >= 0) found->strand = strand;
 }
 
 LgIndex_t QelUtilZoneGetFieldMap(LgIndex_t zone) {
@@ -252,7 +165,12 @@ LgIndex_t QelUtilVarGetNumByName(const char* name) {
 
 LgIndex_t QelUtilVarGetNumByAssignment(char axis) {
   if (Fails(__func__, axis) || Host().ActiveData() == nullptr) return 0;
-  return axis >= 'X' && axis <= 'Z' ? axis - 'X' + 1 : 0;
+  const QelPlotType_e plotType = Host().ActiveFrame().plotType;
+  const char last = plotType == PlotType_Cartesian3D ? 'Z' : 'Y';
+  const bool isCartesian = plotType == PlotType_Cartesian3D || plotType == PlotType_Cartesian2D;
+  if (!isCartesian || axis < 'X' || axis > last) return 0;
+  const LgIndex_t var = Host().ActiveFrame().axisVars[static_cast<std::size_t>(axis - 'X')];
+  return var <= static_cast<LgIndex_t>(Host().ActiveData()->varNames.size()) ? var : 0;
 }
 
 void QelUtilVarGetMinMax(LgIndex_t var, double* min, double* max) {
@@ -260,7 +178,10 @@ void QelUtilVarGetMinMax(LgIndex_t var, double* min, double* max) {
   double low = std::numeric_limits<double>::infinity();
   double high = -low;
   for (LgIndex_t zone = 1; Host().ZoneAt(zone) != nullptr; ++zone) {
-    for (const double value : Host().ValuesOf(zone, var)) {
+    const Values* const values = Host().ValuesAt(zone, var);
+    if (values == nullptr || values->storage == nullptr) continue;
+    for (std::int64_t i = 0; i < values->storage->count; ++i) {
+      const double value = values->storage->Get(i);
       if (std::isnan(value)) continue;
       low = std::min(low, value);
       high = std::max(high, value);

@@ -5,8 +5,11 @@
 #include "qelvane/QelGUI.h"
 #include "qelvane/QelUtil.h"
 
+#include <array>
+#include <functional>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace fakehost {
@@ -43,6 +46,16 @@ struct StateChangeNotice {
   std::vector<std::string> styleParams;
 };
 
+/// A style setting that somebody asked for, accepted or not.
+struct StyleCall {
+  std::string setting;              ///< "FIELDMAP SHADE SHOW", "EDGELAYER COLOR", "ACTIVE"
+  std::vector<SetIndex_t> objects;  ///< zones or field maps
+  LgIndex_t offset1 = 0;
+  ArbParam_t iValue = 0;  ///< of ACTIVE the operation
+  double dValue = 0.0;
+  QelSetValueResult_e result = SetValueResult_Ok;
+};
+
 /// A host in memory. Tests set its state and read what an add-on made of it; the functions of the
 /// interface work on the one instance, Host(). Everything but dialogs, which the host never takes
 /// back, starts anew with Reset().
@@ -53,14 +66,18 @@ class FakeHost {
   // Frames and data (FakeWorld.cpp)
   // ----------------------------------------------------------------
   Frame& AddFrame(QelPlotType_e plotType);  ///< becomes the active one
-  void ActivateFrame(std::size_t index);
+  void ActivateFrame(std::size_t index);    ///< tells nobody
   bool HasFrame() const { return !frames.empty(); }
   Frame& ActiveFrame() { return frames.at(activeFrame); }
   DataSet* ActiveData();
   Zone* ZoneAt(LgIndex_t zone);
+  Zone* ZoneWithId(QelUniqueID_t id);            ///< in any frame
+  LgIndex_t ZoneNamed(const std::string& name);  ///< the first of that name; 0: none
   Values* ValuesAt(LgIndex_t zone, LgIndex_t var);
-  /// Appends a zone with X, Y, Z, stored as said; the other variables are passive there.
-  LgIndex_t AddZone(const Mesh& mesh, StoredType coordinateType = StoredType::Double);
+  /// Appends a zone, as if read from a file, with the frame's axis variables stored as said; the
+  /// other variables are passive there. The frame's first zone makes its data set.
+  LgIndex_t AddZone(Mesh mesh, StoredType coordinateType = StoredType::Double);
+  LgIndex_t AddZone(Mesh mesh, const std::array<StoredType, 3>& coordinateTypes);
   /// Appends a variable to every zone; value(zone, index) with both counted from 1.
   LgIndex_t AddVariable(const std::string& name, QelValueLocation_e location, StoredType type,
                         const std::function<double(LgIndex_t, LgIndex_t)>& value);
@@ -83,6 +100,10 @@ class FakeHost {
   /// A notice with the lock stack as it stands.
   void Notify(StateChangeNotice notice);
   void PressCloseButton(LgIndex_t dialog);
+  /// Makes another frame the active one, with the notices of that.
+  void SwitchFrame(std::size_t index);
+  /// Closes everything: every frame and data set is gone, with the notices of that.
+  void CloseAll();
 
   // What tests ask for
   // -----------------------------------------------------------------------------
@@ -118,6 +139,9 @@ class FakeHost {
   std::vector<std::string> waitMessages;  ///< shown and not yet taken away
   int redrawCount = 0;
   int dataLoadDepth = 0;
+  std::vector<std::string> waitHistory;                    ///< every wait message shown
+  std::vector<StyleCall> styleCalls;                       ///< in their order
+  std::function<bool(const std::string& line)> onExecute;  ///< what a host command does, if set
   std::map<std::string, const void*> extensions;
   std::vector<MenuOption> menu;
   std::vector<std::string> menuSeparators;
@@ -140,6 +164,8 @@ class FakeHost {
   // For the functions of the interface -----------------------------------------------------------
   bool Enter(const char* function, const std::string& arguments, bool needsLock, bool isFallible);
   void Report(const std::string& what) { misuse.push_back(what); }
+  /// Makes the frame active and sends what follows, with the lock stack as it stands.
+  void EnterFrame(std::size_t index);
   std::vector<std::string> lockOwners;
   std::vector<std::string> currentStyleParams;
 

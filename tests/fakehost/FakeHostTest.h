@@ -19,6 +19,8 @@ class FakeHostTest : public ::testing::Test {
     // Everything is closed: whatever the add-on kept for a data set has to go.
     host.Deliver(StateChange_NewLayout);
     EXPECT_EQ(host.LockDepth(), 0) << "a lock was left open";
+    EXPECT_EQ(host.dataLoadDepth, 0) << "a data-load bracket was left open";
+    EXPECT_THAT(host.waitMessages, ::testing::IsEmpty()) << "a wait message was left on show";
     EXPECT_THAT(host.Misuse(), ::testing::IsEmpty())
         << "calls made unlocked, on stale or foreign handles";
     EXPECT_THAT(host.Leaks(), ::testing::IsEmpty());

@@ -31,8 +31,9 @@ bool Append(QelArgList* list, const char* function, Argument argument) {
   return true;
 }
 
-Argument Named(const char* name) {
+Argument Named(const char* name, ArgumentKind kind) {
   Argument argument;
+  argument.kind = kind;
   argument.name = name == nullptr ? "" : name;
   return argument;
 }
@@ -71,6 +72,11 @@ const Argument* Find(const QelArgList* list, const char* name) {
     if (argument.name == name) return &argument;
   }
   return nullptr;
+}
+
+const Argument* Find(const QelArgList* list, const char* name, ArgumentKind kind) {
+  const Argument* const argument = Find(list, name);
+  return argument != nullptr && argument->kind == kind ? argument : nullptr;
 }
 
 }  // namespace fakehost
@@ -150,63 +156,63 @@ void QelUtilArgListDealloc(QelArgList** list) {
 
 bool QelUtilArgListAppendInt(QelArgList* list, const char* name, LgIndex_t value) {
   if (Fails(__func__, list, name, value)) return false;
-  Argument argument = Named(name);
+  Argument argument = Named(name, ArgumentKind::Integer);
   argument.integer = value;
   return Append(list, __func__, argument);
 }
 
 bool QelUtilArgListAppendDouble(QelArgList* list, const char* name, double value) {
   if (Fails(__func__, list, name, value)) return false;
-  Argument argument = Named(name);
+  Argument argument = Named(name, ArgumentKind::Number);
   argument.number = value;
   return Append(list, __func__, argument);
 }
 
 bool QelUtilArgListAppendString(QelArgList* list, const char* name, const char* value) {
   if (Fails(__func__, list, name, value) || value == nullptr) return false;
-  Argument argument = Named(name);
+  Argument argument = Named(name, ArgumentKind::Text);
   argument.text = value;
   return Append(list, __func__, argument);
 }
 
 bool QelUtilArgListAppendArray(QelArgList* list, const char* name, const void* values) {
   if (Fails(__func__, list, name, values)) return false;
-  Argument argument = Named(name);
+  Argument argument = Named(name, ArgumentKind::Pointer);
   argument.pointer = values;
   return Append(list, __func__, argument);
 }
 
 bool QelUtilArgListAppendSet(QelArgList* list, const char* name, const QelSet* set) {
   if (Fails(__func__, list, name, set) || !IsAccounted(set, __func__)) return false;
-  Argument argument = Named(name);
+  Argument argument = Named(name, ArgumentKind::Pointer);
   argument.pointer = set;
   return Append(list, __func__, argument);
 }
 
 bool QelUtilArgListAppendFunction(QelArgList* list, const char* name, const void* function) {
   if (Fails(__func__, list, name, function)) return false;
-  Argument argument = Named(name);
+  Argument argument = Named(name, ArgumentKind::Pointer);
   argument.pointer = function;
   return Append(list, __func__, argument);
 }
 
 bool QelUtilArgListAppendArbParam(QelArgList* list, const char* name, ArbParam_t value) {
   if (Fails(__func__, list, name, value)) return false;
-  Argument argument = Named(name);
+  Argument argument = Named(name, ArgumentKind::Integer);
   argument.integer = value;
   return Append(list, __func__, argument);
 }
 
 bool QelUtilArgListAppendArbParamPtr(QelArgList* list, const char* name, ArbParam_t* value) {
   if (Fails(__func__, list, name, value)) return false;
-  Argument argument = Named(name);
+  Argument argument = Named(name, ArgumentKind::Pointer);
   argument.pointer = value;
   return Append(list, __func__, argument);
 }
 
 bool QelUtilArgListAppendDoublePtr(QelArgList* list, const char* name, double* value) {
   if (Fails(__func__, list, name, value)) return false;
-  Argument argument = Named(name);
+  Argument argument = Named(name, ArgumentKind::Pointer);
   argument.pointer = value;
   return Append(list, __func__, argument);
 }

@@ -13,8 +13,6 @@ using namespace fakehost;
 
 namespace {
 
-constexpr char kHostOwner[] = "Workbench";
-
 /// Handles live as long as the process: an add-on keeps its own from one test to the next.
 std::vector<QelAddOn*>& AddOns() {
   static auto* const addOns = new std::vector<QelAddOn*>();
@@ -103,6 +101,7 @@ void QelUtilMenuAddOption(const char* menuPath, const char* label, char mnemonic
 
 void QelUtilMenuSetSensitivity(const char* menuPath, const char* label, bool sensitive) {
   Note(__func__, menuPath, label, sensitive);
+  if (menuPath == nullptr || label == nullptr) return;
   for (MenuOption& option : Host().menu) {
     if (option.path == menuPath && option.label == label) option.isSensitive = sensitive;
   }
@@ -114,6 +113,7 @@ bool QelUtilStateChangeAddCallbackX(QelArgList* args) {
   const Argument* const mode = Find(args, SV_STATECHANGEMODE);
   const Argument* const api = Find(args, SV_STATECHANGECALLBACKAPI);
   if (function == nullptr || mode == nullptr || api == nullptr) return false;
+  if (function->pointer == nullptr) return false;
   if (mode->integer != StateChangeMode_v100 || api->integer != StateChangeCallbackAPI_ChangeOnly) {
     return false;
   }
@@ -134,7 +134,11 @@ void QelUtilStateChanged(QelStateChange_t change, ArbParam_t callData) {
   Note(__func__, change);
   StateChangeNotice notice;
   notice.change = change;
-  if (callData != 0) notice.zones = MembersOf(reinterpret_cast<const QelSet*>(callData), __func__);
+  if (callData != 0) {
+    const bool isOfVars = change == StateChange_VarsAdded || change == StateChange_VarsDeleted;
+    (isOfVars ? notice.vars : notice.zones) =
+        MembersOf(reinterpret_cast<const QelSet*>(callData), __func__);
+  }
   Host().Notify(notice);
 }
 

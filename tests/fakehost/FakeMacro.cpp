@@ -37,7 +37,14 @@ bool QelUtilMacroRecordRawCommand(const char* command) {
 bool QelUtilMacroExecuteCommand(const char* command) {
   if (Fails(__func__, command) || command == nullptr) return false;
   Host().executedCommands.emplace_back(command);
-  return true;
+  if (Host().onExecute == nullptr) return true;
+  const bool wasPlaying = Host().isPlaying;
+  Host().isPlaying = true;
+  Host().lockOwners.push_back(kHostOwner);
+  const bool isDone = Host().onExecute(command);
+  Host().lockOwners.pop_back();
+  Host().isPlaying = wasPlaying;
+  return isDone;
 }
 
 void QelUtilDialogErrMsg(const char* message) {
@@ -60,8 +67,11 @@ void QelUtilPleaseWait(const char* message, bool show) {
   std::vector<std::string>& shown = Host().waitMessages;
   if (show) {
     shown.emplace_back(message == nullptr ? "" : message);
+    Host().waitHistory.push_back(shown.back());
   } else if (!shown.empty()) {
     shown.pop_back();
+  } else {
+    Host().Report("a wait message was taken away that was not shown");
   }
 }
 

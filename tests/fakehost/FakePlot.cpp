@@ -1,82 +1,9 @@
-// Blanking checks, geometries, pick list, probe, mouse.
+// Geometries, pick list, probe, mouse.
 #include "FakeCall.h"
-
-#include <algorithm>
 
 namespace fakehost {
 
 namespace {
-
-bool Compares(LgIndex_t relOp, double a, double b) {
-  switch (relOp) {
-    case BlankRelOp_LessThanOrEqual:
-      return a <= b;
-    case BlankRelOp_GreaterThanOrEqual:
-      return a >= b;
-    case BlankRelOp_LessThan:
-      return a < b;
-    case BlankRelOp_GreaterThan:
-      return a > b;
-    case BlankRelOp_EqualTo:
-      return a == b;
-    default:
-      return a != b;
-  }
-}
-
-double ValueAt(LgIndex_t zone, LgIndex_t var, LgIndex_t index) {
-  const Values* const values = Host().ValuesAt(zone, var);
-  if (values == nullptr || values->storage == nullptr) return 0.0;
-  return index < 1 || index > values->storage->count ? 0.0 : values->storage->Get(index - 1);
-}
-
-bool IsMet(const Constraint& constraint, LgIndex_t zone, LgIndex_t index) {
-  const bool hasConstant = constraint.op2Mode == ConstraintOp2Mode_UseConstant;
-  return Compares(constraint.relOp, ValueAt(zone, constraint.varA, index),
-                  hasConstant ? constraint.cutoff : ValueAt(zone, constraint.varB, index));
-}
-
-bool IsCellCentred(LgIndex_t zone, LgIndex_t var) {
-  const Values* const values = Host().ValuesAt(zone, var);
-  return values != nullptr && values->location == ValueLocation_CellCentered;
-}
-
-bool HidesCell(const Constraint& constraint, const Blanking& blanking, LgIndex_t zone,
-               LgIndex_t cell) {
-  if (IsCellCentred(zone, constraint.varA)) return IsMet(constraint, zone, cell);
-  const std::vector<LgIndex_t> corners = Host().ZoneAt(zone)->mesh.Corners(cell);
-  const auto isMet = [&](LgIndex_t node) { return IsMet(constraint, zone, node); };
-  const LgIndex_t mode = blanking.blankEntireCell ? blanking.cellMode : BlankCellMode_AllCorners;
-  if (mode == BlankCellMode_AnyCorner) return std::any_of(corners.begin(), corners.end(), isMet);
-  if (mode == BlankCellMode_PrimaryValue) return isMet(corners.front());
-  return std::all_of(corners.begin(), corners.end(), isMet);
-}
-
-bool HidesNode(const Constraint& constraint, const Blanking& blanking, LgIndex_t zone,
-               LgIndex_t node) {
-  if (!IsCellCentred(zone, constraint.varA)) return IsMet(constraint, zone, node);
-  const Mesh& mesh = Host().ZoneAt(zone)->mesh;
-  bool hasCell = false;
-  for (LgIndex_t cell = 1; cell <= mesh.CellCount(); ++cell) {
-    const std::vector<LgIndex_t> corners = mesh.Corners(cell);
-    if (std::find(corners.begin(), corners.end(), node) == corners.end()) continue;
-    hasCell = true;
-    if (!HidesCell(constraint, blanking, zone, cell)) return false;
-  }
-  return hasCell;
-}
-
-template <class Hides>
-bool IsBlanked(LgIndex_t zone, LgIndex_t item, Hides hides) {
-  const Zone* const found = Host().ZoneAt(zone);
-  if (found == nullptr) return false;
-  const Blanking& blanking = Host().ActiveFrame().blanking;
-  if (!blanking.include || !found->usesValueBlanking) return false;
-  for (const auto& [number, constraint] : blanking.constraints) {
-    if (constraint.include && hides(constraint, blanking, zone, item)) return true;
-  }
-  return false;
-}
 
 Geometry* GeometryWith(QelGeomID_t id) {
   if (!Host().HasFrame()) return nullptr;
@@ -102,42 +29,9 @@ const PickedObject* PickedAt(LgIndex_t item) {
 
 }  // namespace
 
-bool FakeHost::IsBlankedCell(LgIndex_t zone, LgIndex_t cell) {
-  return IsBlanked(zone, cell, HidesCell);
-}
-bool FakeHost::IsBlankedNode(LgIndex_t zone, LgIndex_t node) {
-  return IsBlanked(zone, node, HidesNode);
-}
-
 }  // namespace fakehost
 
 using namespace fakehost;
-
-bool QelUtilBlankingIsActive() {
-  return !Fails(__func__) && Host().HasFrame() && Host().ActiveFrame().blanking.include;
-}
-
-bool QelUtilBlankingCheckDataPoint(LgIndex_t zone, LgIndex_t node) {
-  return !Fails(__func__, zone, node) && !Host().IsBlankedNode(zone, node);
-}
-
-bool QelUtilBlankingCheckFECell(LgIndex_t zone, LgIndex_t element) {
-  const bool fails = Fails(__func__, zone, element);
-  const Zone* const found = Host().ZoneAt(zone);
-  if (found != nullptr && found->mesh.type == ZoneType_Ordered) {
-    Host().Report(std::string(__func__) + " was asked about an ordered zone");
-  }
-  return !fails && !Host().IsBlankedCell(zone, element);
-}
-
-bool QelUtilBlankingCheckIJKCell(LgIndex_t zone, LgIndex_t plane, LgIndex_t cellIndex) {
-  const bool fails = Fails(__func__, zone, plane, cellIndex);
-  const Zone* const found = Host().ZoneAt(zone);
-  if (found != nullptr && found->mesh.type != ZoneType_Ordered) {
-    Host().Report(std::string(__func__) + " was asked about a finite-element zone");
-  }
-  return !fails && !Host().IsBlankedCell(zone, cellIndex);
-}
 
 QelGeomID_t QelUtilGeomGetBase() {
   if (Fails(__func__) || !Host().HasFrame() || Host().ActiveFrame().geometries.empty()) return 0;

@@ -6,7 +6,7 @@
 
 struct QelFieldData {
   std::shared_ptr<fakehost::Storage> storage;
-  LgIndex_t zone = 0;
+  QelUniqueID_t zone = 0;
   LgIndex_t var = 0;
   bool isWritable = false;
   bool isStale = false;
@@ -30,7 +30,7 @@ QelFieldData* NewReference(std::shared_ptr<Storage> storage, LgIndex_t zone, LgI
                            bool isWritable) {
   auto reference = std::make_unique<QelFieldData>();
   reference->storage = std::move(storage);
-  reference->zone = zone;
+  reference->zone = Host().ZoneAt(zone)->id;
   reference->var = var;
   reference->isWritable = isWritable;
   References& references = TheReferences();
@@ -44,8 +44,9 @@ bool IsUsable(const QelFieldData* ref, const char* function) {
     Host().Report(std::string(function) + " got a null or foreign field reference");
     return false;
   }
-  if (ref->isStale) Host().Report(std::string(function) + " got a stale field reference");
-  return !ref->isStale;
+  if (!ref->isStale && Host().ZoneWithId(ref->zone) != nullptr) return true;
+  Host().Report(std::string(function) + " got a stale field reference");
+  return false;
 }
 
 bool IsInRange(const QelFieldData* ref, LgIndex_t offset, const char* function) {
@@ -98,9 +99,9 @@ LgIndex_t ShareCount(const Values& values, LgIndex_t var) {
 
 }  // namespace
 
-void InvalidateReferences(LgIndex_t zone, LgIndex_t var) {
+void InvalidateReferences(QelUniqueID_t zone, LgIndex_t var) {
   for (const auto& reference : TheReferences().all) {
-    if (zone == 0 || (reference->zone == zone && reference->var == var)) reference->isStale = true;
+    if (reference->zone == zone && reference->var == var) reference->isStale = true;
   }
 }
 
@@ -128,7 +129,7 @@ bool QelUtilDataValueAlloc(LgIndex_t zone, LgIndex_t var) {
   const bool isCell = values->location == ValueLocation_CellCentered;
   values->storage = std::make_shared<Storage>(values->typeWhenAllocated,
                                               isCell ? mesh.CellCount() : mesh.NodeCount());
-  InvalidateReferences(zone, var);
+  InvalidateReferences(Host().ZoneAt(zone)->id, var);
   return true;
 }
 
@@ -141,7 +142,7 @@ bool QelUtilDataValueBranchShared(LgIndex_t zone, LgIndex_t var) {
   Values* const values = Host().ValuesAt(zone, var);
   if (Fails(__func__, zone, var) || values == nullptr || values->storage == nullptr) return false;
   values->storage = std::make_shared<Storage>(*values->storage);
-  InvalidateReferences(zone, var);
+  InvalidateReferences(Host().ZoneAt(zone)->id, var);
   return true;
 }
 
@@ -185,8 +186,15 @@ void QelUtilDataValueArraySetByRef(QelFieldData* dest, LgIndex_t destOffset, LgI
                                    const void* source) {
   Note(__func__, dest, destOffset, count);
   if (!IsUsable(dest, __func__) || source == nullptr || count < 1) return;
+  if (!dest->isWritable) {
+    Host().Report(std::string(__func__) + " got a reference that is for reading");
+    return;
+  }
   if (!IsInRange(dest, destOffset - 1, __func__)) return;
-  if (!IsInRange(dest, destOffset + count - 2, __func__)) return;
+  if (count > dest->storage->count - (destOffset - 1)) {
+    Host().Report(std::string(__func__) + " got more values than there are");
+    return;
+  }
   const std::size_t size = SizeOf(dest->storage->type);
   std::memcpy(dest->storage->bytes.data() + static_cast<std::size_t>(destOffset - 1) * size, source,
               static_cast<std::size_t>(count) * size);

@@ -52,7 +52,28 @@ Values* FakeHost::ValuesAt(LgIndex_t zone, LgIndex_t var) {
   return &found->vars[static_cast<std::size_t>(var - 1)];
 }
 
-LgIndex_t FakeHost::AddZone(const Mesh& mesh, StoredType coordinateType) {
+Zone* FakeHost::ZoneWithId(QelUniqueID_t id) {
+  for (Frame& frame : frames) {
+    if (frame.dataSet == nullptr) continue;
+    for (Zone& zone : frame.dataSet->zones) {
+      if (zone.id == id) return &zone;
+    }
+  }
+  return nullptr;
+}
+
+LgIndex_t FakeHost::ZoneNamed(const std::string& name) {
+  for (LgIndex_t zone = 1; ZoneAt(zone) != nullptr; ++zone) {
+    if (ZoneAt(zone)->name == name) return zone;
+  }
+  return 0;
+}
+
+LgIndex_t FakeHost::AddZone(Mesh mesh, StoredType coordinateType) {
+  return AddZone(std::move(mesh), {coordinateType, coordinateType, coordinateType});
+}
+
+LgIndex_t FakeHost::AddZone(Mesh mesh, const std::array<StoredType, 3>& coordinateTypes) {
   Frame& frame = ActiveFrame();
   if (frame.dataSet == nullptr) {
     frame.dataSet = std::make_shared<DataSet>();
@@ -61,13 +82,18 @@ LgIndex_t FakeHost::AddZone(const Mesh& mesh, StoredType coordinateType) {
   }
   DataSet& data = *frame.dataSet;
   Zone zone;
+  zone.id = NewUniqueId();
   zone.name = "zone " + std::to_string(data.zones.size() + 1);
-  zone.mesh = mesh;
-  zone.vars = {CoordinateValues(mesh, &Point::x, coordinateType),
-               CoordinateValues(mesh, &Point::y, coordinateType),
-               CoordinateValues(mesh, &Point::z, coordinateType)};
   zone.vars.resize(data.varNames.size());
-  data.zones.push_back(zone);
+  constexpr std::array<double Point::*, 3> kAxes = {&Point::x, &Point::y, &Point::z};
+  for (std::size_t axis = 0; axis < kAxes.size(); ++axis) {
+    const LgIndex_t var = frame.axisVars[axis];
+    if (var < 1 || var > static_cast<LgIndex_t>(zone.vars.size())) continue;
+    zone.vars[static_cast<std::size_t>(var - 1)] =
+        CoordinateValues(mesh, kAxes[axis], coordinateTypes[axis]);
+  }
+  zone.mesh = std::move(mesh);
+  data.zones.push_back(std::move(zone));
   return static_cast<LgIndex_t>(data.zones.size());
 }
 
