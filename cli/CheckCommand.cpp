@@ -21,14 +21,19 @@ struct CheckOptions {
   bool quiet = false;
 };
 
-/// The number of bad lines; each is reported.
+/// The number of bad lines; each is reported, and so are good ones that deserve a warning.
 int CheckJournal(const qelhost::Player& player, const std::string& journal, bool isQuiet) {
   const std::vector<qelhost::JournalLine> lines = qelhost::ReadJournal(journal);
   int bad = 0;
+  player.BeginChecks();
   for (const qelhost::JournalLine& line : lines) {
-    const std::string fault = player.Check(line.text);
-    if (fault.empty()) continue;
-    PrintError(fmt::format("{}:{}: {}: {}", journal, line.number, line.text, fault));
+    const qelhost::LineCheck check = player.Check(line.text);
+    const auto report = [&](const char* kind, const std::string& text) {
+      PrintError(fmt::format("{}:{}: {}: {}{}", journal, line.number, line.text, kind, text));
+    };
+    if (!check.warning.empty()) report("warning: ", check.warning);
+    if (check.fault.empty()) continue;
+    report("", check.fault);
     ++bad;
   }
   if (bad == 0 && !isQuiet)

@@ -76,9 +76,14 @@ bool AllAreUnderstood(Host& host, const std::vector<qelhost::JournalLine>& lines
                       const RunOptions& options, RunRecord& record) {
   if (options.keepGoing) return true;
   const qelhost::Player player(host);
+  player.BeginChecks();
   for (const qelhost::JournalLine& line : lines) {
+    const qelhost::LineCheck check = player.Check(line.text);
+    if (!check.warning.empty()) {
+      spdlog::warn("{}:{}: {}", options.journal, line.number, OneLine(check.warning));
+    }
     PlayedLine checked;
-    checked.failure = OneLine(player.Check(line.text));
+    checked.failure = OneLine(check.fault);
     if (checked.failure.empty()) continue;
     checked.line = line;
     ReportFailure(options, checked);

@@ -83,24 +83,28 @@ void Player::PlayAddOnLine(const std::string& line, LineResult& result) {
   if (!m_host.refusedWrite.empty()) result.message += ": " + m_host.refusedWrite;
 }
 
-std::string Player::Check(const std::string& line) const {
+void Player::BeginChecks() const {
+  for (const QelCommandCheck_pf check : m_host.addOns.CommandChecks()) check(nullptr, nullptr);
+}
+
+LineCheck Player::Check(const std::string& line) const {
   if (IsHostCommand(line)) {
     try {
       ParseHostCommand(line);
     } catch (const CommandError& e) {
-      return e.what();
+      return {e.what(), {}};
     }
     return {};
   }
   const AddOnLine parts = Split(line);
-  if (m_host.addOns.MacroCallbackOf(parts.addOn) == nullptr) return UnknownAddOn(parts.addOn);
+  if (m_host.addOns.MacroCallbackOf(parts.addOn) == nullptr) return {UnknownAddOn(parts.addOn), {}};
   const QelCommandCheck_pf check = m_host.addOns.CommandCheckOf(parts.addOn);
   if (check == nullptr) return {};
   char* text = nullptr;
   const bool isGood = check(parts.command.c_str(), &text);
   const std::string message = m_host.strings.TakeOver(text);
-  if (isGood) return {};
-  return message.empty() ? "The add-on gives no reason." : message;
+  if (isGood) return {{}, message};
+  return {message.empty() ? "The add-on gives no reason." : message, {}};
 }
 
 }  // namespace qelhost

@@ -15,6 +15,12 @@ struct LineResult {
   double seconds = 0.0;
 };
 
+/// What can be said of a line without playing it; both are empty for a good one.
+struct LineCheck {
+  std::string fault;    ///< why it cannot be carried out
+  std::string warning;  ///< what it does that its author hardly meant
+};
+
 /// Plays a journal line by line: the host's own commands, and add-on lines ("NAME COMMAND"), which
 /// are handed over unchanged. After each line the idle queue runs.
 class Player {
@@ -26,8 +32,10 @@ class Player {
 
   LineResult Play(const std::string& line);
 
-  /// Understands the line without touching data. Empty when it is good, else what is wrong with it.
-  std::string Check(const std::string& line) const;
+  /// Checks of a journal's lines, in their order, begin.
+  void BeginChecks() const;
+  /// Understands the line without touching data.
+  LineCheck Check(const std::string& line) const;
 
  private:
   void PlayAddOnLine(const std::string& line, LineResult& result);

@@ -87,6 +87,14 @@ QelCommandCheck_pf AddOnRegistry::CommandCheckOf(const std::string& name) const 
   return entry == nullptr ? nullptr : entry->commandCheck;
 }
 
+std::vector<QelCommandCheck_pf> AddOnRegistry::CommandChecks() const {
+  std::vector<QelCommandCheck_pf> checks;
+  for (const Entry& entry : m_entries) {
+    if (entry.commandCheck != nullptr) checks.push_back(entry.commandCheck);
+  }
+  return checks;
+}
+
 void LoadAddOnLibrary(const std::string& file) {
   static std::set<void*> loaded;
   std::error_code error;

@@ -37,6 +37,8 @@ class AddOnRegistry {
   /// Null when no add-on of that name gave one.
   QelMacroCommandCallback_pf MacroCallbackOf(const std::string& name) const;
   QelCommandCheck_pf CommandCheckOf(const std::string& name) const;
+  /// Those of all add-ons that gave one.
+  std::vector<QelCommandCheck_pf> CommandChecks() const;
 
   const std::deque<QelAddOn>& All() const { return m_addOns; }
 

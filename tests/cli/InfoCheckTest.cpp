@@ -97,6 +97,23 @@ TEST(Check, ReportsEveryBadLineWithItsNumber) {
   EXPECT_THAT(outcome.err, HasSubstr("bad.journal:5: Nobody UNDOALTER: "));
 }
 
+TEST(Check, WarnsWhereUndoingBlanksWouldEraseTheAlteredVariable) {
+  const TestFolder folder;
+  const std::string journal = folder.Write("undo.journal",
+                                           "Marquell UNDOBLANK\n"
+                                           "Marquell BLANKAREA RULE=ALLINSIDE\n"
+                                           "Marquell UNDOBLANK\n"
+                                           "Marquell ALTERAREA VARIABLE=\"p\"\n"
+                                           "Marquell PICKCIRCLE ANCHORX=0 ANCHORY=0 RADIUS=1\n"
+                                           "Marquell UNDOBLANK\n");
+  const Outcome outcome = RunProgram({"check", journal, journal});
+  EXPECT_EQ(outcome.exitCode, 0) << "a warning is no fault";
+  // Once for each of the two journals: what one left behind says nothing about the next.
+  EXPECT_EQ(LineCount(outcome.err), 2) << outcome.err;
+  EXPECT_THAT(outcome.err, HasSubstr("undo.journal:6: Marquell UNDOBLANK: warning: UNDOBLANK after "
+                                     "an ALTER command sets the altered variable to 0"));
+}
+
 TEST(Check, AcceptsTheExamples) {
   const std::string examples = MARQUELL_EXAMPLES;
   const Outcome outcome =

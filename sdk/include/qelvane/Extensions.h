@@ -98,9 +98,11 @@ typedef struct {
   void (*hide)(void);
 } QelShapeHandles_s;
 
-/* Parses one command line of the add-on and touches nothing else. Returns false when the line does
- * not parse; errMsg then receives a host-allocated string with the reason, which the host takes
- * over. */
+/* Parses one command line of the add-on and touches no data. Lines are handed over in a journal's
+ * order; a null command says that a journal begins. Returns false when the line does not parse;
+ * errMsg then receives a host-allocated string with the reason, which the host takes over. For a
+ * good line that does, after the lines before it, what its author hardly meant it receives a
+ * warning; else it stays as it is. */
 typedef bool (*QelCommandCheck_pf)(const char* command, char** errMsg);
 
 /* "qelvane.command-check/1". Lets a host check journals without a data set. addOnName is the name

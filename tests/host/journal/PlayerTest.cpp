@@ -157,12 +157,12 @@ TEST_F(Playing, ReportsWhatWasAlteredOnlyWhenAsked) {
 }
 
 TEST_F(Playing, CheckingALineRunsNothing) {
-  EXPECT_EQ(player.Check("Echo GOOD"), "");
-  EXPECT_EQ(player.Check("Echo BAD"), "is wrong");
-  EXPECT_EQ(player.Check("Unchecked BAD"), "");
-  EXPECT_EQ(player.Check("Nobody DO"), "No add-on named Nobody is loaded.");
-  EXPECT_EQ(player.Check("$!PLOTTYPE CARTESIAN2D"), "");
-  EXPECT_EQ(player.Check("$!FROBNICATE"), "there is no host command $!FROBNICATE");
+  EXPECT_EQ(player.Check("Echo GOOD").fault, "");
+  EXPECT_EQ(player.Check("Echo BAD").fault, "is wrong");
+  EXPECT_EQ(player.Check("Unchecked BAD").fault, "");
+  EXPECT_EQ(player.Check("Nobody DO").fault, "No add-on named Nobody is loaded.");
+  EXPECT_EQ(player.Check("$!PLOTTYPE CARTESIAN2D").fault, "");
+  EXPECT_EQ(player.Check("$!FROBNICATE").fault, "there is no host command $!FROBNICATE");
   EXPECT_THAT(events, IsEmpty());
   EXPECT_EQ(host.frames.Active()->plotType, PlotType_Cartesian3D);
 }
