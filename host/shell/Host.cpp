@@ -63,6 +63,9 @@ void AlterationWatch::Start() {
 
 void AlterationWatch::BeforeWriting(const DataSetPtr& data, LgIndex_t zone, LgIndex_t variable) {
   if (!m_isOn || data == nullptr) return;
+  // Zones that add-ons draw with are no data of the user's.
+  const Zone* const written = data->FindZone(zone);
+  if (written == nullptr || !written->IsFromFile()) return;
   for (const Watched& watched : m_watched) {
     if (watched.data == data && watched.zone == zone && watched.variable == variable) return;
   }

@@ -40,7 +40,7 @@ struct Alteration {
 class AlterationWatch {
  public:
   void Start();
-  /// Called before a writable reference is handed out.
+  /// Called before a writable reference is handed out. Zones that no file holds are not watched.
   void BeforeWriting(const DataSetPtr& data, LgIndex_t zone, LgIndex_t variable);
   /// What was written since Start, by variable; stops watching.
   std::vector<Alteration> Finish();
