@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Compares `marquell run`, which reads, picks, alters and writes, with a program that only reads and
 # writes the same file with VTK. Prints wall time and peak memory of both and their ratios; with
-# --check exits 1 when a ratio is missed.
+# --check exits 1 when a ratio is missed. With --picks prints instead what picks cost on cubes of 1,
+# 2, 4 and 8 million bricks in memory.
 #   MARQUELL_BENCH_CELLS  cells on an edge of the cube (default 140: 2.7 million cells)
 #   MARQUELL_BENCH_RUNS   runs of each program, in turn (default 5); the medians are compared
 set -euo pipefail
@@ -13,10 +14,12 @@ edge=${MARQUELL_BENCH_CELLS:-140}
 runs=${MARQUELL_BENCH_RUNS:-5}
 
 check=no
+picks=no
 case "${1-}" in
   --check) check=yes ;;
+  --picks) picks=yes ;;
   "") ;;
-  *) die "unknown option $1 (there is only --check)" ;;
+  *) die "unknown option $1 (there are --check and --picks)" ;;
 esac
 [[ $edge =~ ^[1-9][0-9]*$ && $runs =~ ^[1-9][0-9]*$ ]] ||
   die "MARQUELL_BENCH_CELLS and MARQUELL_BENCH_RUNS take whole numbers from 1"
@@ -24,6 +27,10 @@ esac
 install_missing "${build_packages[@]}"
 configure bench
 build bench
+
+if [ "$picks" = yes ]; then
+  exec "$root/build-bench/bin/bench_picks" "$root/build-bench/lib/marquell.so" 100 126 159 200
+fi
 
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
