@@ -50,6 +50,13 @@ struct FaceNodes {
   std::ptrdiff_t count = 0;
 };
 
+/// Sorts out quickly most of the elements that meet a face in a node or an edge alone.
+bool HasAll(const FaceNodes& face, const LgIndex_t* nodes, std::size_t corners) {
+  return std::all_of(face.nodes.begin(), face.nodes.begin() + face.count, [&](LgIndex_t node) {
+    return std::find(nodes, nodes + corners, node) != nodes + corners;
+  });
+}
+
 /// True for the first corner of the element at its node.
 bool IsFirstAt(const LgIndex_t* nodes, std::size_t corner) {
   return std::find(nodes, nodes + corner, nodes[corner]) == nodes + corner;
@@ -185,7 +192,8 @@ LgIndex_t FaceNeighbourCount(const Mesh& mesh, LgIndex_t element, LgIndex_t face
   const NumberLists& around = mesh.Derived().cellsAroundNodes;
   const LgIndex_t* const last = around.end(wanted.nodes[0]);
   for (const LgIndex_t* other = around.begin(wanted.nodes[0]); other != last; ++other) {
-    if (*other == element) continue;
+    if (*other == element || !HasAll(wanted, nodesOf(*other), mesh.elements.CornerCount()))
+      continue;
     for (LgIndex_t theirs = 1; theirs <= table.faceCount; ++theirs) {
       if (!(FaceNodes(table, theirs, nodesOf(*other)) == wanted)) continue;
       ++count;
