@@ -1,9 +1,7 @@
+#include "BoundaryTest.h"
 #include "CMacroEngine.h"
-#include "GeometryHost.h"
+#include "HostLock.h"
 #include "PolyBoundary.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <functional>
 #include <string>
@@ -12,9 +10,9 @@
 namespace qelvane::qelutiltools {
 namespace {
 
-using geometryhost::Geometry;
-using geometryhost::GeometryHost;
-using geometryhost::Host;
+using fakehost::BoundaryTest;
+using fakehost::Geometry;
+using fakehost::Host;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -23,8 +21,7 @@ constexpr bool kInPaper = true;
 Geometry Shape(QelGeomType_e type, double width, double height = 0.0) {
   Geometry geometry;
   geometry.type = type;
-  geometry.anchorX = 10.0;
-  geometry.anchorY = 20.0;
+  geometry.anchor = {10.0, 20.0, 0.0};
   geometry.width = width;
   geometry.height = height;
   return geometry;
@@ -32,22 +29,29 @@ Geometry Shape(QelGeomType_e type, double width, double height = 0.0) {
 
 Geometry Polyline(const std::vector<double>& xs, const std::vector<double>& ys) {
   Geometry geometry = Shape(GeomType_LineSegs, 0.0);
-  geometry.xs = xs;
-  geometry.ys = ys;
+  for (std::size_t i = 0; i < xs.size(); ++i) geometry.points.push_back({xs[i], ys[i], 0.0});
   return geometry;
 }
 
-class BoundaryFromGeometry : public ::testing::Test {
+/// Paper is grid, twice as large and moved.
+class BoundaryFromGeometry : public BoundaryTest {
  protected:
-  void SetUp() override { geometryhost::ResetHost(); }
-  void TearDown() override {
-    EXPECT_EQ(Host().lockDepth, 0) << "a lock was left open";
-    EXPECT_EQ(Host().callsWithoutLock, 0) << "a geometry was read without the lock";
+  BoundaryFromGeometry() {
+    host.AddFrame(PlotType_Cartesian2D);
+    host.isRecording = true;
+    host.paperScale = 2.0;
+    host.paperX = 100.0;
+    host.paperY = -50.0;
   }
 
-  bool Take(const Geometry& geometry, bool usePaperCoords = false) {
-    Host().geometry = geometry;
-    return boundary.SetFromGeometry(GeometryHost::kGeometry, usePaperCoords);
+  bool Take(Geometry geometry, bool usePaperCoords = false) {
+    geometry.coordSys = CoordSys_Paper;
+    return boundary.SetFromGeometry(host.AddGeometry(geometry), usePaperCoords);
+  }
+
+  void Record(const CPolyBoundary& recorded) const {
+    const HostLock lock;
+    recorded.RecordAsMacro();
   }
 
   CPolyBoundary boundary;
@@ -55,7 +59,7 @@ class BoundaryFromGeometry : public ::testing::Test {
 
 TEST_F(BoundaryFromGeometry, RectangleSpansItsSizeFromTheAnchorReadInGrid) {
   ASSERT_TRUE(Take(Shape(GeomType_Rectangle, 4, 2)));
-  EXPECT_TRUE(Host().isPositionedInGrid);
+  EXPECT_EQ(host.ActiveFrame().geometries.back().coordSys, CoordSys_Grid);
   EXPECT_TRUE(boundary.IsInside(14, 22));
   EXPECT_FALSE(boundary.IsInside(14, 22.1));
   EXPECT_FALSE(boundary.IsInside(9.9, 21));
@@ -102,7 +106,7 @@ TEST_F(BoundaryFromGeometry, PolylineIsClosedAndItsPointsAreRelativeToTheAnchor)
 
 TEST_F(BoundaryFromGeometry, RefusedGeometryKeepsTheShapeHeldBefore) {
   ASSERT_TRUE(boundary.SetRectangle(0, 0, 1, 1));
-  EXPECT_FALSE(boundary.SetFromGeometry(GeometryHost::kGeometry + 1, false));
+  EXPECT_FALSE(boundary.SetFromGeometry(12345678, false));
   EXPECT_FALSE(Take(Shape(GeomType_Ellipse, 4, 2)));
   EXPECT_FALSE(Take(Polyline({0, 4}, {0, 0})));
   EXPECT_TRUE(boundary.IsRectangle());
@@ -122,17 +126,14 @@ struct RecordRow {
   const char* line;
 };
 
-class RecordedBoundary : public ::testing::TestWithParam<RecordRow> {
- protected:
-  void SetUp() override { geometryhost::ResetHost(); }
-};
+class RecordedBoundary : public BoundaryFromGeometry,
+                         public ::testing::WithParamInterface<RecordRow> {};
 
 TEST_P(RecordedBoundary, IsWrittenAsItsCommand) {
-  CPolyBoundary boundary;
   GetParam().build(boundary);
   MacroEngine.AddStringAttribute(Attribute_Variable, "left from the command before");
-  boundary.RecordAsMacro();
-  EXPECT_THAT(Host().recordedLines, ElementsAre(GetParam().line));
+  Record(boundary);
+  EXPECT_THAT(host.recordedLines, ElementsAre(GetParam().line));
 }
 
 void BuildTriangle(CPolyBoundary& boundary) {
@@ -158,8 +159,7 @@ INSTANTIATE_TEST_SUITE_P(
                   "Marquell PICKCIRCLE ANCHORX=1 ANCHORY=-2 RADIUS=3"},
         RecordRow{"CircleWithItsPaperValues",
                   [](CPolyBoundary& b) {
-                    Host().geometry = Shape(GeomType_Circle, 5);
-                    b.SetFromGeometry(GeometryHost::kGeometry, kInPaper);
+                    b.SetFromGeometry(Host().AddGeometry(Shape(GeomType_Circle, 5)), kInPaper);
                   },
                   "Marquell PICKCIRCLE ANCHORX=120 ANCHORY=-10 RADIUS=10"},
         RecordRow{"PolygonWithItsCornersAsGiven", BuildTriangle,
@@ -183,16 +183,16 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& row) { return std::string(row.param.rule); });
 
 TEST_F(BoundaryFromGeometry, IsNotWrittenWhileTheHostDoesNotRecord) {
-  Host().isRecording = false;
+  host.isRecording = false;
   boundary.SetRectangle(0, 0, 1, 1);
-  boundary.RecordAsMacro();
-  EXPECT_THAT(Host().recordedLines, IsEmpty());
+  Record(boundary);
+  EXPECT_THAT(host.recordedLines, IsEmpty());
 }
 
 TEST_F(BoundaryFromGeometry, RecordedPolygonPlaysBackToTheSamePoints) {
   ASSERT_TRUE(Take(Polyline({0, 4, 4, 2, 0}, {0, 0, 4, 2, 4})));
-  boundary.RecordAsMacro();
-  const std::string line = Host().recordedLines.at(0).substr(std::string("Marquell ").size());
+  Record(boundary);
+  const std::string line = host.recordedLines.at(0).substr(std::string("Marquell ").size());
   CPolyBoundary played;
   Play(played, line.c_str());
   for (double y = 19.75; y < 25; y += 0.25) {
