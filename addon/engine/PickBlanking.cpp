@@ -111,6 +111,7 @@ void Selvane::ResetZone(LgIndex_t zone, LgIndex_t blankVar) {
   if (!writer) return;
   SetAllToZeroAtOnce(writer->field);
   NotifyVarsAltered(zone, blankVar);
+  ProgressReport().Changed(*writer, QelUtilDataValueGetCountByRef(writer->field));
 }
 
 }  // namespace qelvane::qelutiltools

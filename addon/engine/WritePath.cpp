@@ -29,7 +29,7 @@ ProgressReport::ProgressReport() {
 }
 
 void ProgressReport::Changed(const FieldWriter& writer, std::int64_t writtenCount) const {
-  if (m_progress == nullptr || writtenCount < 1) return;
+  if (m_progress == nullptr) return;
   m_progress->changed(writer.zone, writer.var, writtenCount);
 }
 

@@ -28,6 +28,18 @@ bool NoBlankedItems(LgIndex_t, const std::uint64_t**, std::int64_t*) { return fa
 const QelBulkAccess_s kBulkAccess = {NoFieldSpan, NodeMapSpan, NoProjection, NoBlankedItems,
                                      NoBlankedItems};
 
+/// The program shows its own progress, line by line, so the part of a line that is done is no news.
+void ReportNothing(double) {}
+
+void ReportAltered(LgIndex_t zone, LgIndex_t var, std::int64_t count) {
+  GuardedVoid("progress changed", [&](Host& host) {
+    const Frame* const frame = host.frames.Active();
+    if (frame != nullptr) host.watch.Altered(frame->Data(), zone, var, count);
+  });
+}
+
+const QelProgress_s kProgress = {ReportNothing, ReportAltered};
+
 const QelCommandCheck_s kCommandCheck = {[](const char* addOnName, QelCommandCheck_pf check) {
   GuardedVoid("command-check offer", [&](Host& host) {
     if (addOnName != nullptr) host.addOns.SetCommandCheck(addOnName, check);
@@ -41,6 +53,7 @@ struct Extension {
 
 constexpr Extension kExtensions[] = {
     {QEL_EXTENSION_BULK_ACCESS, &kBulkAccess},
+    {QEL_EXTENSION_PROGRESS, &kProgress},
     {QEL_EXTENSION_COMMAND_CHECK, &kCommandCheck},
 };
 

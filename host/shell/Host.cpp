@@ -66,11 +66,26 @@ void AlterationWatch::BeforeWriting(const DataSetPtr& data, LgIndex_t zone, LgIn
   // Zones that add-ons draw with are no data of the user's.
   const Zone* const written = data->FindZone(zone);
   if (written == nullptr || !written->IsFromFile()) return;
-  for (const Watched& watched : m_watched) {
-    if (watched.data == data && watched.zone == zone && watched.variable == variable) return;
-  }
+  if (Find(data, zone, variable) != nullptr) return;
   m_watched.push_back(
       {data, zone, variable, data->ZoneRange(zone, variable), data->ZoneWrites(zone, variable)});
+}
+
+void AlterationWatch::Altered(const DataSetPtr& data, LgIndex_t zone, LgIndex_t variable,
+                              std::int64_t count) {
+  Watched* const watched = Find(data, zone, variable);
+  if (!m_isOn || watched == nullptr || count < 0) return;
+  watched->reportedCount = watched->reportedCount.value_or(0) + count;
+}
+
+AlterationWatch::Watched* AlterationWatch::Find(const DataSetPtr& data, LgIndex_t zone,
+                                                LgIndex_t variable) {
+  for (Watched& watched : m_watched) {
+    if (watched.data == data && watched.zone == zone && watched.variable == variable) {
+      return &watched;
+    }
+  }
+  return nullptr;
 }
 
 namespace {
@@ -93,9 +108,11 @@ std::vector<Alteration> AlterationWatch::Finish() {
   std::map<std::pair<const DataSet*, LgIndex_t>, std::size_t> places;
   for (const Watched& watched : m_watched) {
     const WriteTally now = watched.data->ZoneWrites(watched.zone, watched.variable);
-    const std::int64_t picked = now.writes - watched.tallyBefore.writes;
-    // Fewer than before: the zone went, or its values were allocated anew, after it was handed out.
-    if (picked <= 0) continue;
+    const std::int64_t written = now.writes - watched.tallyBefore.writes;
+    // Fewer than before: its values were allocated anew after it was handed out.
+    if (written <= 0) continue;
+    const std::int64_t picked = watched.reportedCount.value_or(written);
+    if (picked == 0) continue;
     const auto [place, isFirst] =
         places.emplace(std::make_pair(watched.data.get(), watched.variable), alterations.size());
     if (isFirst) alterations.emplace_back();

@@ -12,6 +12,7 @@
 #include "StringTable.h"
 
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -20,7 +21,8 @@ namespace qelhost {
 
 /// What one played line did to one variable.
 ///
-/// pickedCount   values written, in all zones
+/// pickedCount   values written, in all zones; where the add-on says itself how many it altered,
+///               that many, which leaves out values that it prepared first
 /// changedCount  of these, the ones whose stored number is another one now
 /// before,after  the range over the zones written to
 struct Alteration {
@@ -42,6 +44,8 @@ class AlterationWatch {
   void Start();
   /// Called before a writable reference is handed out. Zones that no file holds are not watched.
   void BeforeWriting(const DataSetPtr& data, LgIndex_t zone, LgIndex_t variable);
+  /// An add-on says how many values it altered.
+  void Altered(const DataSetPtr& data, LgIndex_t zone, LgIndex_t variable, std::int64_t count);
   /// What was written since Start, by variable; stops watching.
   std::vector<Alteration> Finish();
 
@@ -52,7 +56,10 @@ class AlterationWatch {
     LgIndex_t variable;
     Range before;
     WriteTally tallyBefore;
+    std::optional<std::int64_t> reportedCount{};
   };
+  Watched* Find(const DataSetPtr& data, LgIndex_t zone, LgIndex_t variable);
+
   bool m_isOn = false;
   std::vector<Watched> m_watched;
 };
