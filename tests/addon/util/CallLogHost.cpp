@@ -12,6 +12,8 @@ struct QelSet {
 
 struct QelArgList {
   std::vector<std::string> entries;
+  ArbParam_t* integer = nullptr;  ///< where a reader wants its value
+  double* number = nullptr;
 };
 
 namespace callloghost {
@@ -28,7 +30,8 @@ namespace {
 /// Logs the call; false when it is the one to refuse.
 bool Log(const std::string& call) {
   Host().log.push_back(call);
-  return call != Host().refused;
+  if (call != Host().refused) return true;
+  return --Host().passesBeforeRefusal >= 0;
 }
 
 std::string TextOf(const QelSet* set) {
@@ -46,6 +49,12 @@ std::string TextOf(double number) {
 bool Append(QelArgList* list, const char* name, const std::string& value) {
   list->entries.push_back(std::string(name) + "=" + value);
   return Log("Append " + list->entries.back());
+}
+
+std::string TextOf(const QelArgList* list) {
+  std::string text;
+  for (const std::string& entry : list->entries) text += " " + entry;
+  return text;
 }
 
 }  // namespace
@@ -151,8 +160,50 @@ bool QelUtilArgListAppendSet(QelArgList* list, const char* name, const QelSet* s
   return callloghost::Append(list, name, callloghost::TextOf(set));
 }
 
-void QelUtilStateChangedX(QelArgList* args) {
-  std::string call = "StateChangedX";
-  for (const std::string& entry : args->entries) call += " " + entry;
-  Log(call);
+void QelUtilStateChangedX(QelArgList* args) { Log("StateChangedX" + callloghost::TextOf(args)); }
+
+void QelUtilArgListClear(QelArgList* list) {
+  *list = QelArgList();
+  Log("ArgListClear");
+}
+
+bool QelUtilArgListAppendString(QelArgList* list, const char* name, const char* value) {
+  return callloghost::Append(list, name, value);
+}
+
+bool QelUtilArgListAppendArbParam(QelArgList* list, const char* name, ArbParam_t value) {
+  return callloghost::Append(list, name, std::to_string(value));
+}
+
+bool QelUtilArgListAppendDouble(QelArgList* list, const char* name, double value) {
+  return callloghost::Append(list, name, callloghost::TextOf(value));
+}
+
+bool QelUtilArgListAppendArbParamPtr(QelArgList* list, const char* name, ArbParam_t* value) {
+  list->integer = value;
+  return callloghost::Append(list, name, "&");
+}
+
+bool QelUtilArgListAppendDoublePtr(QelArgList* list, const char* name, double* value) {
+  list->number = value;
+  return callloghost::Append(list, name, "&");
+}
+
+QelSetValueResult_e QelUtilStyleSetLowLevelX(QelArgList* args) {
+  Log("StyleSet" + callloghost::TextOf(args));
+  std::vector<QelSetValueResult_e>& answers = Host().styleAnswers;
+  if (answers.empty()) return SetValueResult_Ok;
+  const QelSetValueResult_e answer = answers.front();
+  answers.erase(answers.begin());
+  return answer;
+}
+
+QelSetValueResult_e QelUtilStyleGetLowLevelX(QelArgList* args) {
+  const std::string path = callloghost::TextOf(args);
+  Log((Host().lockDepth > 0 ? "Locked StyleGet" : "StyleGet") + path);
+  const auto style = Host().styles.find(path.substr(1));
+  if (style == Host().styles.end()) return SetValueResult_SyntaxError;
+  if (args->integer != nullptr) *args->integer = static_cast<ArbParam_t>(style->second);
+  if (args->number != nullptr) *args->number = style->second;
+  return SetValueResult_Ok;
 }

@@ -2,6 +2,7 @@
 
 #include "qelvane/Types.h"
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -18,8 +19,15 @@ struct CallLogHost {
   bool isBatch = false;
   bool isRecording = false;
 
-  /// The call to refuse, as it stands in the log ("" for none).
+  /// What reading a style setting yields, by its path as it stands in the log; one that is not
+  /// here is left as the reader had it.
+  std::map<std::string, double> styles;
+  /// What setting styles answers, call for call; Ok after the last.
+  std::vector<QelSetValueResult_e> styleAnswers;
+
+  /// The call to refuse, as it stands in the log ("" for none), after letting some pass.
   std::string refused;
+  int passesBeforeRefusal = 0;
 
   std::vector<std::string> log;  ///< without lock calls
   int lockDepth = 0;
