@@ -14,6 +14,7 @@
 #include <fmt/format.h>
 #include <spdlog/spdlog.h>
 
+#include <algorithm>
 #include <chrono>
 #include <memory>
 
@@ -135,6 +136,17 @@ void WriteResults(const std::vector<qelhost::DataSetPtr>& data,
   record.writeSeconds = watch.Seconds();
 }
 
+/// What a journal opens itself has no place to be written to.
+void WarnOfUnwritten(const Host& host, const std::vector<qelhost::DataSetPtr>& inputs) {
+  for (LgIndex_t n = 1; n <= host.frames.Count(); ++n) {
+    const qelhost::Frame& frame = *host.frames.At(n);
+    const bool isInput = std::find(inputs.begin(), inputs.end(), frame.Data()) != inputs.end();
+    if (isInput || frame.Data() == nullptr || frame.Data()->Writes().changed == 0) continue;
+    spdlog::warn("{}: was altered and is not written: only data sets given on the command line are",
+                 frame.fileName);
+  }
+}
+
 void Tell(const RunOptions& options, const RunRecord& record) {
   if (options.summary) Print(SummaryText(record));
   if (!options.report.empty()) WriteReport(options, record);
@@ -181,6 +193,7 @@ int Run(const RunOptions& options) {
       return kInterrupted;
     }
     WriteRecording(host, options);
+    WarnOfUnwritten(host, data);
   }
   Tell(options, record);
   host.Quit();
