@@ -14,14 +14,16 @@ using qelvane::qelutiltools::PickKind;
 using qelvane::qelutiltools::Selvane;
 using ::testing::MatchesRegex;
 
+constexpr char kAnyFile[] = "[A-Za-z]+";
+
 /// The text of a failed call as a pattern, with the place that follows it.
-std::string AssertText(const std::string& call) {
+std::string AssertText(const std::string& call, const std::string& file = kAnyFile) {
   std::string pattern = "Assert failed: ";
   for (const char letter : call) {
     if (std::string("()*+?.[]{}|^$\\").find(letter) != std::string::npos) pattern += '\\';
     pattern += letter;
   }
-  return pattern + " \\([A-Za-z]+ [0-9]+\\)";
+  return pattern + " \\(" + file + " [0-9]+\\)";
 }
 
 struct PlayedRow {
@@ -31,6 +33,7 @@ struct PlayedRow {
   const char* function;
   int nth;
   const char* call;
+  const char* file = kAnyFile;  ///< that the call stands in
 };
 
 void PrintTo(const PlayedRow& row, std::ostream* out) { *out << row.name; }
@@ -42,7 +45,7 @@ TEST_P(PlayedError, IsTheCommandsText) {
   Load(MakeLattice(ZoneType_FEQuad, 2, 2, 0), PlotType_Cartesian3D);
   if (*row.before != '\0') PlayWell(row.before);
   host.FailCall(row.function, row.nth);
-  EXPECT_THAT(PlayBadly(row.command), MatchesRegex(AssertText(row.call)));
+  EXPECT_THAT(PlayBadly(row.command), MatchesRegex(AssertText(row.call, row.file)));
   EXPECT_TRUE(host.errorBoxes.empty()) << "an error of a played command shows no box";
 }
 
@@ -84,6 +87,73 @@ INSTANTIATE_TEST_SUITE_P(
                   "QelUtilArgListAppendSet(argList, SV_ZONELIST, zoneSet)"},
         PlayedRow{"NoticeVariables", "", kAlterCell, "QelUtilArgListAppendSet", 2,
                   "QelUtilArgListAppendSet(argList, SV_VARLIST, varSet)"}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+constexpr char kBlankCell[] = "BLANKELEMENT ZONE=1 ELEMENT=1";
+constexpr char kBlank[] = "PickBlanking";
+
+INSTANTIATE_TEST_SUITE_P(
+    Blanking, PlayedError,
+    ::testing::Values(
+        PlayedRow{"List", "", kBlankCell, "QelUtilArgListAlloc", 1,
+                  "argList = QelUtilArgListAlloc()", kBlank},
+        PlayedRow{"Name", "", kBlankCell, "QelUtilArgListAppendString", 1,
+                  "QelUtilArgListAppendString (argList, SV_NAME, BLANKVAR)", kBlank},
+        PlayedRow{"Types", "", kBlankCell, "QelUtilArgListAppendArray", 1,
+                  "QelUtilArgListAppendArray (argList, SV_VARDATATYPE, static_cast<void "
+                  "*>(typeList) )",
+                  kBlank},
+        PlayedRow{"Locations", "", kBlankCell, "QelUtilArgListAppendArray", 2,
+                  "QelUtilArgListAppendArray (argList, SV_VALUELOCATION, static_cast<void "
+                  "*>(locList) )",
+                  kBlank},
+        PlayedRow{"Deferred", "", kBlankCell, "QelUtilArgListAppendInt", 1,
+                  "QelUtilArgListAppendInt (argList, SV_DEFERVARCREATION, "
+                  "static_cast<LgIndex_t>(TRUE) )",
+                  kBlank},
+        PlayedRow{"VariableSet", "", kBlankCell, "QelUtilSetAlloc", 1,
+                  "varList = QelUtilSetAlloc(FALSE)", kBlank},
+        PlayedRow{"VariableMember", "", kBlankCell, "QelUtilSetAddMember", 1,
+                  "QelUtilSetAddMember(varList, static_cast<SetIndex_t>(varNum) , FALSE)", kBlank},
+        PlayedRow{"ConstraintList", "", kBlankCell, "QelUtilArgListAlloc", 2,
+                  "argList = QelUtilArgListAlloc()", "Utilities"},
+        PlayedRow{"ConstraintNumber", "", kBlankCell, "QelUtilArgListAppendInt", 2,
+                  "QelUtilArgListAppendInt(argList, SV_OFFSET1, constraintNum)", "Utilities"},
+        PlayedRow{"Cutoff", "", kBlankCell, "QelUtilArgListAppendDouble", 1,
+                  "QelUtilArgListAppendDouble(argList, SV_DVALUE, valCutoff)", "Utilities"},
+        PlayedRow{"Values", "", kBlankCell, "QelUtilDataValueAlloc", 1,
+                  "QelUtilDataValueAlloc(zoneNum, varNum)", "WritePath"},
+        PlayedRow{"ResetNotice", kBlankCell, "UNDOBLANK", "QelUtilArgListAppendSet", 1,
+                  "QelUtilArgListAppendSet(argList, SV_ZONELIST, zoneSet)", "Utilities"},
+        PlayedRow{"ResetZones", kBlankCell, "UNDOBLANK", "QelUtilZoneGetRelevant", 1,
+                  "QelUtilZoneGetRelevant(solutionTime, FALSE, &relevantZones)", "AreaPick"}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+constexpr char kCube[] = "PICKCUBE ANCHORX=0 ANCHORY=0 ANCHORZ=-1 SIZEX=1 SIZEY=1 SIZEZ=2";
+constexpr char kSphere[] = "PICKSPHERE ANCHORX=1 ANCHORY=1 ANCHORZ=0 RADIUS=1";
+
+INSTANTIATE_TEST_SUITE_P(
+    Boundaries, PlayedError,
+    ::testing::Values(
+        PlayedRow{"CubeMode", "", kCube, "QelUtilMouseSetMode", 1,
+                  "QelUtilMouseSetMode(Mouse_Select)", "Selvane"},
+        PlayedRow{"CubeZone", "", kCube, "QelUtilDataSetAddZone", 1,
+                  "QelUtilDataSetAddZone(CUBEZONENAME, iMax, 1, 1, ZoneType_FEBrick, NULL)",
+                  "ClippingCube"},
+        PlayedRow{"CubeRemoval", kCube, kSphere, "QelUtilDataSetDeleteZone", 1,
+                  "QelUtilDataSetDeleteZone(zoneSet)", "PickBoundary3d"},
+        PlayedRow{"SphereZone", "", kSphere, "QelUtilCreateSphericalZone", 1,
+                  "QelUtilCreateSphericalZone(12, 12, m_anchor.x, m_anchor.y, m_anchor.z - "
+                  "radius, radius, FieldDataType_Invalid)",
+                  "ClippingSphere"},
+        PlayedRow{"SphereRemoval", kSphere, kRectangle, "QelUtilDataSetDeleteZone", 1,
+                  "QelUtilDataSetDeleteZone(zoneSet)", "PickBoundary3d"},
+        PlayedRow{"ActiveFrame", "", kCube, "QelUtilFrameActivateByUniqueID", 1,
+                  "QelUtilFrameActivateByUniqueID(currentFrameId)", "PickBoundary3d"},
+        PlayedRow{"CoordinateX", kCube, kAlterCells, "QelUtilDataValueGetReadableNLRef", 1,
+                  "fieldX = QelUtilDataValueGetReadableNLRef(zoneNum, xVar)", "PickBoundary3d"},
+        PlayedRow{"CoordinateZ", kSphere, kAlterCells, "QelUtilDataValueGetReadableNLRef", 3,
+                  "fieldZ = QelUtilDataValueGetReadableNLRef(zoneNum, zVar)", "PickBoundary3d"}),
     [](const auto& row) { return std::string(row.param.name); });
 
 struct SessionRow {
@@ -131,6 +201,12 @@ INSTANTIATE_TEST_SUITE_P(
                    [](Selvane& s) { s.RecordView(qelvane::qelutiltools::StandardView::XY); },
                    "QelUtilMacroRecordRawCommand",
                    "QelUtilMacroRecordRawCommand(\"$!VIEW FITSURFACES\\n\")"},
+        SessionRow{"BlankingOn", [](Selvane& s) { s.RecordBlankingInclude(true); },
+                   "QelUtilMacroRecordRawCommand",
+                   "QelUtilMacroRecordRawCommand(\"$!BLANKING VALUE{INCLUDE = YES\")"},
+        SessionRow{"BlankingOff", [](Selvane& s) { s.RecordBlankingInclude(false); },
+                   "QelUtilMacroRecordRawCommand",
+                   "QelUtilMacroRecordRawCommand(\"$!BLANKING VALUE{INCLUDE = NO\")"},
         SessionRow{"Redraw",
                    [](Selvane& s) { s.RecordView(qelvane::qelutiltools::StandardView::XY); },
                    "QelUtilRedraw", "QelUtilRedraw(TRUE)"}),
