@@ -23,10 +23,29 @@ bool NodeMapSpan(const QelNodeMap* map, QelNodeSpan_s* span) {
 // counted.
 bool NoFieldSpan(const QelFieldData*, QelFieldSpan_s*) { return false; }
 bool NoProjection(double*) { return false; }
-bool NoBlankedItems(LgIndex_t, const std::uint64_t**, std::int64_t*) { return false; }
 
-const QelBulkAccess_s kBulkAccess = {NoFieldSpan, NodeMapSpan, NoProjection, NoBlankedItems,
-                                     NoBlankedItems};
+bool ShowBits(const char* function, LgIndex_t zone, ItemBits BlankedItems::*kind,
+              const std::uint64_t** bits, std::int64_t* count) {
+  return Guarded(function, false, [&](Host& host) {
+    Frame* const frame = host.frames.Active();
+    const BlankedItems* const blanked = frame == nullptr ? nullptr : frame->Blanked(zone);
+    if (blanked == nullptr || bits == nullptr || count == nullptr) return false;
+    *bits = (blanked->*kind).words.data();
+    *count = (blanked->*kind).count;
+    return true;
+  });
+}
+
+bool BlankedCells(LgIndex_t zone, const std::uint64_t** bits, std::int64_t* count) {
+  return ShowBits(__func__, zone, &BlankedItems::cells, bits, count);
+}
+
+bool BlankedNodes(LgIndex_t zone, const std::uint64_t** bits, std::int64_t* count) {
+  return ShowBits(__func__, zone, &BlankedItems::nodes, bits, count);
+}
+
+const QelBulkAccess_s kBulkAccess = {NoFieldSpan, NodeMapSpan, NoProjection, BlankedCells,
+                                     BlankedNodes};
 
 /// The program shows its own progress, line by line, so the part of a line that is done is no news.
 void ReportNothing(double) {}

@@ -26,6 +26,10 @@ bool QelUtilMacroRecordRawCommand(const char* command) {
   return Guarded(__func__, false, [&](Host& host) {
     if (command == nullptr) return false;
     host.recorder.AddRawCommand(command);
+    const Frame* const frame = host.frames.Active();
+    if (frame != nullptr && IsBlankingCommand(command)) {
+      host.recorder.TakeBlankingAsRecorded(frame->styles.blanking);
+    }
     return true;
   });
 }

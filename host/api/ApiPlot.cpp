@@ -42,23 +42,27 @@ bool QelUtilBlankingIsActive() {
   });
 }
 
-// Value blanking cannot be switched on, so everything that exists is shown.
 bool QelUtilBlankingCheckDataPoint(LgIndex_t zone, LgIndex_t node) {
   return Guarded(__func__, false, [&](Host& host) {
     const Zone* const found = ActiveZone(host, zone);
-    return found != nullptr && node >= 1 && node <= found->NodeCount();
+    if (found == nullptr || node < 1 || node > found->NodeCount()) return false;
+    const BlankedItems* const blanked = host.frames.Active()->Blanked(zone);
+    return blanked == nullptr || !blanked->nodes.Has(std::int64_t{node} - 1);
   });
 }
 
 bool QelUtilBlankingCheckFECell(LgIndex_t zone, LgIndex_t element) {
   return Guarded(__func__, false, [&](Host& host) {
     const Zone* const found = ActiveZone(host, zone);
-    return found != nullptr && element >= 1 && element <= found->CellCount();
+    if (found == nullptr || element < 1 || element > found->CellCount()) return false;
+    const BlankedItems* const blanked = host.frames.Active()->Blanked(zone);
+    return blanked == nullptr || !blanked->cells.Has(std::int64_t{element} - 1);
   });
 }
 
-bool QelUtilBlankingCheckIJKCell(LgIndex_t zone, LgIndex_t /*plane*/, LgIndex_t cellIndex) {
-  return QelUtilBlankingCheckFECell(zone, cellIndex);
+bool QelUtilBlankingCheckIJKCell(LgIndex_t zone, LgIndex_t plane, LgIndex_t cellIndex) {
+  constexpr LgIndex_t kVolumePlane = 0;
+  return plane == kVolumePlane && QelUtilBlankingCheckFECell(zone, cellIndex);
 }
 
 QelGeomID_t QelUtilGeomGetBase() {

@@ -69,8 +69,16 @@ void CountCarried(CarriedCounts& counts, int vtkCellType) {
 
 }  // namespace
 
+std::int64_t NextZoneVersion() {
+  static std::int64_t last = 0;
+  return ++last;
+}
+
 Zone::Zone(std::string zoneName, vtkDataSet* block, bool fromFile)
-    : name(std::move(zoneName)), m_block(block), m_fromFile(fromFile) {
+    : name(std::move(zoneName)),
+      m_block(block),
+      m_version(NextZoneVersion()),
+      m_fromFile(fromFile) {
   CheckSizes();
   m_nodeCount = static_cast<LgIndex_t>(block->GetNumberOfPoints());
   if (!ViewStructured() && !ViewPolyData() && !ViewUnstructured()) {

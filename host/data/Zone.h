@@ -41,6 +41,9 @@ struct Field {
   bool IsPassive() const { return view == nullptr; }
 };
 
+/// Never the same number twice.
+std::int64_t NextZoneVersion();
+
 class Zone : public NodeAverageSource {
  public:
   /// Views a block of a file or one made here; throws DataError when it holds no mesh or is too
@@ -88,6 +91,8 @@ class Zone : public NodeAverageSource {
   const QelElemToFaceMap* ElemToFace();
   /// After a change of connectivity.
   void DropDerivedMaps();
+  /// Another number for every zone and, in one zone, after every change of connectivity.
+  std::int64_t Version() const { return m_version; }
 
   double Average(const QelFieldData& cells, std::int64_t node) override;
 
@@ -110,6 +115,7 @@ class Zone : public NodeAverageSource {
   double AverageOrdered(const QelFieldData& cells, std::int64_t node) const;
 
   vtkSmartPointer<vtkDataSet> m_block;
+  std::int64_t m_version;
   bool m_fromFile = true;
   QelZoneType_e m_type = ZoneType_Ordered;
   LgIndex_t m_nodeCount = 0;

@@ -138,6 +138,7 @@ const QelElemToFaceMap* Zone::ElemToFace() {
 }
 
 void Zone::DropDerivedMaps() {
+  m_version = NextZoneVersion();
   m_faceNeighbors.reset();
   m_nodeToElem.reset();
 }

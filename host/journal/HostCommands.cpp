@@ -233,6 +233,8 @@ constexpr char kPrefix[] = "$!";
 
 bool IsHostCommand(const std::string& line) { return line.rfind(kPrefix, 0) == 0; }
 
+bool IsBlankingCommand(const std::string& line) { return line.rfind("$!BLANKING", 0) == 0; }
+
 CommandAction ParseHostCommand(const std::string& line) {
   const std::string text = line.substr(0, line.find_first_of("\r\n"));
   if (!IsHostCommand(text)) throw CommandError("a host command begins with $!");

@@ -16,6 +16,9 @@ using CommandAction = std::function<void(Host&)>;
 /// Whether the line is one of the host's own commands: it begins with "$!".
 bool IsHostCommand(const std::string& line);
 
+/// Whether the line sets value blanking.
+bool IsBlankingCommand(const std::string& line);
+
 /// Understands one of the host's own commands without doing anything.
 ///
 /// throws  CommandError when there is no such command or its text is wrong

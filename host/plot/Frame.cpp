@@ -35,6 +35,7 @@ Frame::Frame() : m_id(NextFrameId()) {}
 void Frame::Show(DataSetPtr data) {
   m_data = std::move(data);
   styles = Styles();
+  m_blankingCache.Clear();
   view = View();
   solutionTime = 0.0;
   if (m_data == nullptr) {
@@ -52,6 +53,14 @@ void Frame::Show(DataSetPtr data) {
   m_firstPlotType = plotType;
   m_firstView = view;
   m_firstSolutionTime = solutionTime;
+}
+
+const BlankedItems* Frame::Blanked(LgIndex_t zoneNum) {
+  if (!styles.blanking.include || m_data == nullptr || m_data->FindZone(zoneNum) == nullptr ||
+      !styles.MapOf(zoneNum).useValueBlanking) {
+    return nullptr;
+  }
+  return &m_blankingCache.Of(*m_data, zoneNum, styles.blanking);
 }
 
 std::vector<LgIndex_t> Frame::ZonesAt(double time, bool ignoreStrands) const {

@@ -46,6 +46,12 @@ class Frame {
   std::vector<PickedItem> picked;
   Styles styles;
 
+  /// What value blanking hides in a zone; null when all of it is shown, and for a zone that there
+  /// is not. Valid until values, blanking settings, connectivity or zones change.
+  const BlankedItems* Blanked(LgIndex_t zoneNum);
+  /// How many times the constraints were evaluated.
+  std::int64_t BlankingEvaluations() const { return m_blankingCache.EvaluationCount(); }
+
   /// The zones that apply at a time, ascending: those without a strand, and of each strand the
   /// zones of its latest step that is not after the time (the first step's before that).
   std::vector<LgIndex_t> ZonesAt(double time, bool ignoreStrands) const;
@@ -63,6 +69,7 @@ class Frame {
   QelUniqueID_t m_id;
   DataSetPtr m_data;
   Projection m_projection;
+  BlankingCache m_blankingCache;
   QelPlotType_e m_firstPlotType = PlotType_None;
   View m_firstView;
   double m_firstSolutionTime = 0.0;

@@ -70,10 +70,7 @@ bool FindConstraintSetting(BlankConstraint& constraint, const std::string& name,
 bool FindBlankingSetting(ValueBlanking& blanking, const Rest& rest, const StyleAddress& address,
                          LgIndex_t variableCount, Setting& setting) {
   if (rest == Rest{SV_INCLUDE}) {
-    // A pick must never touch what the user takes for hidden: without an evaluation of the
-    // constraints, blanking that is on would show and alter everything.
-    setting = {[](double value) { return value == 0.0; },
-               [&blanking] { return blanking.include ? 1.0 : 0.0; }};
+    setting = Flag(blanking.include);
     return true;
   }
   if (rest == Rest{SV_BLANKENTIRECELL}) {
@@ -142,6 +139,17 @@ QelSetValueResult_e FindSettings(Styles& styles, const StyleAddress& address,
   return settings.empty() ? SetValueResult_ValueError : SetValueResult_Ok;
 }
 
+/// Notes who set a setting of value blanking last.
+void NoteSetter(ValueBlanking& blanking, const StyleAddress& address, StyleSetter setter) {
+  if (address.path.size() < 3 || address.path[0] != SV_BLANKING) return;
+  const bool isAddOns = setter == StyleSetter::AddOn;
+  if (address.path[2] == SV_CONSTRAINT) {
+    blanking.constraints[static_cast<std::size_t>(address.offset1) - 1].isAddOns = isAddOns;
+  } else if (address.path[2] != SV_INCLUDE) {
+    blanking.isCellModeAddOns = isAddOns;
+  }
+}
+
 }  // namespace
 
 ArbParam_t IntegerOf(double value) {
@@ -173,7 +181,7 @@ void Styles::DropZones(const std::vector<LgIndex_t>& zones) {
 }
 
 QelSetValueResult_e SetStyle(Styles& styles, const StyleAddress& address, ArbParam_t integer,
-                             double value, LgIndex_t variableCount) {
+                             double value, LgIndex_t variableCount, StyleSetter setter) {
   std::vector<Setting> settings;
   const QelSetValueResult_e found = FindSettings(styles, address, variableCount, settings);
   if (found != SetValueResult_Ok) return found;
@@ -184,6 +192,7 @@ QelSetValueResult_e SetStyle(Styles& styles, const StyleAddress& address, ArbPar
     if (!setting.set(wanted)) return SetValueResult_ValueError;
     isSame = isSame && setting.get() == before;
   }
+  NoteSetter(styles.blanking, address, setter);
   return isSame ? SetValueResult_Duplicate : SetValueResult_Ok;
 }
 

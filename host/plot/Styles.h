@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ValueBlanking.h"
+
 #include "qelvane/Types.h"
 
 #include <array>
@@ -8,26 +10,6 @@
 #include <vector>
 
 namespace qelhost {
-
-/// One constraint of value blanking.
-struct BlankConstraint {
-  bool include = false;
-  LgIndex_t varA = 0;
-  LgIndex_t varB = 0;
-  QelBlankRelOp_e relOp = BlankRelOp_LessThanOrEqual;
-  QelConstraintOp2Mode_e op2Mode = ConstraintOp2Mode_UseVar;
-  double cutoff = 0.0;
-};
-
-/// The settings of value blanking in a frame.
-struct ValueBlanking {
-  static constexpr std::size_t kConstraintCount = 8;
-
-  bool include = false;
-  bool blankEntireCell = false;
-  QelBlankCellMode_e cellMode = BlankCellMode_AllCorners;
-  std::array<BlankConstraint, kConstraintCount> constraints;
-};
 
 /// How one layer of a zone is drawn.
 struct LayerStyle {
@@ -83,10 +65,14 @@ struct StyleAddress {
 /// for one out of range.
 ArbParam_t IntegerOf(double value);
 
+/// Who sets a style.
+enum class StyleSetter { Host, AddOn };
+
 /// Sets what the address names. value is used by number settings, otherwise integer. The variable
 /// count bounds variable numbers.
 QelSetValueResult_e SetStyle(Styles& styles, const StyleAddress& address, ArbParam_t integer,
-                             double value, LgIndex_t variableCount);
+                             double value, LgIndex_t variableCount,
+                             StyleSetter setter = StyleSetter::Host);
 
 /// Reads what the address names into the pointer that fits the setting; a null one is not written.
 QelSetValueResult_e GetStyle(Styles& styles, const StyleAddress& address, ArbParam_t* integer,

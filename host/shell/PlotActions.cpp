@@ -268,8 +268,9 @@ QelSetValueResult_e ApplyStyle(Host& host, const StyleAddress& address, ArbParam
   Frame* const frame = host.frames.Active();
   if (frame == nullptr) return SetValueResult_ValueError;
   const LgIndex_t variableCount = frame->Data() == nullptr ? 0 : frame->Data()->VariableCount();
-  const QelSetValueResult_e result =
-      SetStyle(frame->styles, address, integer, value, variableCount);
+  const bool isAddOns = host.lock.IsOn() && host.lock.Owner() != LockStack::kHostName;
+  const QelSetValueResult_e result = SetStyle(frame->styles, address, integer, value, variableCount,
+                                              isAddOns ? StyleSetter::AddOn : StyleSetter::Host);
   if (result == SetValueResult_Ok) host.notices.SendStyle(address.path);
   return result;
 }

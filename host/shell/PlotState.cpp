@@ -37,6 +37,47 @@ bool Contains(const std::vector<LgIndex_t>& zones, LgIndex_t zone) {
   return std::find(zones.begin(), zones.end(), zone) != zones.end();
 }
 
+const char* YesOrNo(bool flag) { return flag ? "YES" : "NO"; }
+
+/// What has to be said of a constraint, all of it when `all`.
+std::string SettingsOf(const BlankConstraint& from, const BlankConstraint& to, bool all) {
+  std::string text;
+  const auto say = [&text, all](bool isOther, const std::string& setting) {
+    if (isOther || all) text += setting;
+  };
+  say(from.include != to.include, fmt::format(" INCLUDE = {}", YesOrNo(to.include)));
+  say(from.varA != to.varA, fmt::format(" VARA = {}", to.varA));
+  if (to.varB != 0) say(from.varB != to.varB, fmt::format(" VARB = {}", to.varB));
+  say(from.relOp != to.relOp, fmt::format(" RELOP = {}", static_cast<int>(to.relOp)));
+  say(from.op2Mode != to.op2Mode,
+      fmt::format(" CONSTRAINTOP2MODE = {}", static_cast<int>(to.op2Mode)));
+  say(from.cutoff != to.cutoff, fmt::format(" VALUECUTOFF = {}", to.cutoff));
+  return text;
+}
+
+void AddBlankingCommands(const ValueBlanking& from, const ValueBlanking& to,
+                         std::vector<std::string>& commands) {
+  for (std::size_t n = 0; n < to.constraints.size(); ++n) {
+    const BlankConstraint& constraint = to.constraints[n];
+    if (constraint.isAddOns || constraint.varA == 0) continue;
+    const BlankConstraint& before = from.constraints[n];
+    const std::string settings = SettingsOf(before, constraint, before.isAddOns);
+    if (settings.empty()) continue;
+    commands.push_back(fmt::format("$!BLANKING VALUE{{CONSTRAINT {} {{{} }}}}", n + 1, settings));
+  }
+  const bool areModesOther =
+      from.blankEntireCell != to.blankEntireCell || from.cellMode != to.cellMode;
+  if (!to.isCellModeAddOns && (from.isCellModeAddOns || areModesOther)) {
+    commands.push_back(
+        fmt::format("$!BLANKING VALUE{{BLANKENTIRECELL = {}}}", YesOrNo(to.blankEntireCell)));
+    commands.push_back(
+        fmt::format("$!BLANKING VALUE{{VALUEBLANKCELLMODE = {}}}", static_cast<int>(to.cellMode)));
+  }
+  if (from.include != to.include) {
+    commands.push_back(fmt::format("$!BLANKING VALUE{{INCLUDE = {}}}", YesOrNo(to.include)));
+  }
+}
+
 }  // namespace
 
 PlotState StateOf(const FrameList& frames) {
@@ -50,6 +91,7 @@ PlotState StateOf(const FrameList& frames) {
   state.view = active->view;
   state.solutionTime = active->solutionTime;
   state.inactiveZones = InactiveZonesOf(*active);
+  state.blanking = active->styles.blanking;
   return state;
 }
 
@@ -94,6 +136,8 @@ std::vector<std::string> CommandsBetween(const PlotState& from, const PlotState&
       commands.push_back(fmt::format("$!ZONE {} ACTIVE=YES", zone));
     }
   }
+  // Of blanking it is known how every frame begins.
+  AddBlankingCommands(isOther ? ValueBlanking() : from.blanking, to.blanking, commands);
   return commands;
 }
 

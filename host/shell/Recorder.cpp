@@ -14,6 +14,7 @@ void Recorder::Start(const PlotState& first) {
   m_isRecording = true;
   m_lines = {kHeader};
   m_recorded = first;
+  m_left.clear();
 }
 
 void Recorder::AddAddOnCommand(const std::string& addOn, const std::string& command,
@@ -25,11 +26,19 @@ void Recorder::AddAddOnCommand(const std::string& addOn, const std::string& comm
 
 void Recorder::AddStateLines(const PlotState& now) {
   if (!IsActive()) return;
-  for (const std::string& line : CommandsBetween(m_recorded, now)) AddRawCommand(line);
-  const View stated = m_recorded.view;
-  m_recorded = now;
+  const auto left = m_left.find(now.frame);
+  const bool isBack = now.frame != m_recorded.frame && left != m_left.end();
+  const PlotState before = isBack ? left->second : m_recorded;
+  if (isBack) AddRawCommand("$!FRAME " + std::to_string(now.frame));
+  for (const std::string& line : CommandsBetween(before, now)) AddRawCommand(line);
+  TakeAsRecorded(now);
   // The view matters, and is said, in a 3D plot alone.
-  if (now.plotType != PlotType_Cartesian3D) m_recorded.view = stated;
+  if (now.plotType != PlotType_Cartesian3D) m_recorded.view = before.view;
+}
+
+void Recorder::TakeAsRecorded(const PlotState& now) {
+  if (now.frame != m_recorded.frame) m_left[m_recorded.frame] = m_recorded;
+  m_recorded = now;
 }
 
 void Recorder::AddRawCommand(const std::string& command) {
@@ -40,7 +49,7 @@ void Recorder::EndPlaying(const std::string& line, bool wasCarriedOut, const Plo
   --m_playDepth;
   if (!wasCarriedOut) return;
   AddRawCommand(line);
-  m_recorded = now;
+  TakeAsRecorded(now);
 }
 
 }  // namespace qelhost

@@ -2,6 +2,7 @@
 
 #include "PlotState.h"
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -29,6 +30,10 @@ class Recorder {
   void AddStateLines(const PlotState& now);
   /// A line break in the command ends it.
   void AddRawCommand(const std::string& command);
+  /// Whether value blanking is on stands in a line that was just recorded.
+  void TakeBlankingAsRecorded(const ValueBlanking& blanking) {
+    if (IsActive()) m_recorded.blanking.include = blanking.include;
+  }
 
   /// The view is as a line that is about to be recorded will leave it.
   void TakeViewAsRecorded(const View& view) {
@@ -43,10 +48,13 @@ class Recorder {
   const std::vector<std::string>& Lines() const { return m_lines; }
 
  private:
+  void TakeAsRecorded(const PlotState& now);
+
   bool m_isRecording = false;
   int m_playDepth = 0;
   std::vector<std::string> m_lines;
-  PlotState m_recorded;
+  PlotState m_recorded;                   ///< of the frame that was active last
+  std::map<LgIndex_t, PlotState> m_left;  ///< of the others, as they were left
 };
 
 }  // namespace qelhost

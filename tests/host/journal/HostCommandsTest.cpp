@@ -172,8 +172,10 @@ TEST_F(HostCommandsOnData, TakeAFilesNameWithoutTheBlanksAroundIt) {
   EXPECT_THAT(RunError("$!OPEN /nowhere/a b.vtu  "), HasSubstr("/nowhere/a b.vtu:"));
 }
 
-TEST_F(HostCommandsOnData, NeverSwitchBlankingOnWithoutHidingWhatItBlanks) {
-  EXPECT_THAT(RunError("$!BLANKING VALUE{INCLUDE = YES"), Not(IsEmpty()));
+TEST_F(HostCommandsOnData, SwitchBlanking) {
+  EXPECT_EQ(RunError("$!BLANKING VALUE{INCLUDE = YES"), "");
+  EXPECT_TRUE(host.frames.Active()->styles.blanking.include);
+  EXPECT_EQ(RunError("$!BLANKING VALUE{INCLUDE = NO}"), "");
   EXPECT_FALSE(host.frames.Active()->styles.blanking.include);
 }
 

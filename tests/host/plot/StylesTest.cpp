@@ -93,15 +93,26 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"NoMaps", {{"FIELDMAP", "SHADE", "SHOW"}, 0, {}}, 1, SetValueResult_ValueError}),
     [](const auto& row) { return std::string(row.param.rule); });
 
-TEST(Styles, BlankingIsOffAndCannotBeSwitchedOn) {
+TEST(Styles, BlankingIsOffUntilItIsSwitchedOn) {
   Styles styles;
   const StyleAddress address{{"BLANKING", "VALUE", "INCLUDE"}, 0, {}};
-  EXPECT_EQ(SetStyle(styles, address, 1, 1, kVariableCount), SetValueResult_ValueError);
   EXPECT_FALSE(styles.blanking.include);
   EXPECT_EQ(SetStyle(styles, address, 0, 0, kVariableCount), SetValueResult_Duplicate);
+  EXPECT_EQ(SetStyle(styles, address, 1, 1, kVariableCount), SetValueResult_Ok);
+  EXPECT_TRUE(styles.blanking.include);
   ArbParam_t integer = -1;
   EXPECT_EQ(GetStyle(styles, address, &integer, nullptr), SetValueResult_Ok);
-  EXPECT_EQ(integer, 0);
+  EXPECT_EQ(integer, 1);
+}
+
+TEST(Styles, RememberWhoSetAConstraintLast) {
+  Styles styles;
+  const StyleAddress address = Constraint("RELOP", 3);
+  EXPECT_EQ(SetStyle(styles, address, 4, 4, kVariableCount, StyleSetter::AddOn), SetValueResult_Ok);
+  EXPECT_TRUE(styles.blanking.constraints[2].isAddOns);
+  EXPECT_FALSE(styles.blanking.constraints[1].isAddOns);
+  EXPECT_EQ(SetStyle(styles, address, 5, 5, kVariableCount), SetValueResult_Ok);
+  EXPECT_FALSE(styles.blanking.constraints[2].isAddOns);
 }
 
 TEST(Styles, SetEveryMapOfTheSetAndNoOther) {
