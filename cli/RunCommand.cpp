@@ -121,12 +121,23 @@ bool PlayAll(Host& host, const std::vector<qelhost::JournalLine>& lines, const R
   return allDone;
 }
 
+/// Picks hide cells by this variable, whatever the state of value blanking.
+constexpr char kBlankingVariable[] = "PICK_BLANK";
+
+qelhost::WriteOptions WriteOptionsOf(const RunOptions& options) {
+  using Treatment = qelhost::HiddenCells::Treatment;
+  const Treatment treatment = options.dropBlanked  ? Treatment::Drop
+                              : options.ghostCells ? Treatment::Mark
+                                                   : Treatment::Keep;
+  return {options.force, {treatment, kBlankingVariable}};
+}
+
 void WriteResults(const std::vector<qelhost::DataSetPtr>& data,
                   const std::vector<std::string>& targets, const RunOptions& options,
                   RunRecord& record) {
   if (targets.empty()) return;
   const Stopwatch watch;
-  const qelhost::WriteOptions writeOptions{options.force};
+  const qelhost::WriteOptions writeOptions = WriteOptionsOf(options);
   if (targets.size() > 1) MakeOutputFolder(options);
   for (std::size_t i = 0; i < targets.size(); ++i) {
     qelhost::WriteDataSet(*data[i], targets[i], writeOptions);
@@ -176,7 +187,7 @@ int Run(const RunOptions& options) {
   const std::vector<qelhost::DataSetPtr> data = OpenInputs(host, options);
   record.readSeconds = readWatch.Seconds();
   if (targets.size() == 1) {
-    qelhost::CheckWritable(*data[0], targets[0], qelhost::WriteOptions{options.force});
+    qelhost::CheckWritable(*data[0], targets[0], WriteOptionsOf(options));
   }
 
   if (!options.record.empty()) host.recorder.Start(qelhost::FirstStateOf(host.frames));
@@ -214,6 +225,12 @@ std::function<int()> DefineRun(CLI::App& app) {
   app.add_flag("--dry-run", options->dryRun, "Play, and write no data set");
   app.add_flag("--keep-going", options->keepGoing, "Go on, and write, after a line has failed");
   app.add_flag("--force", options->force, "Replace files that exist");
+  CLI::Option* ghostCells = app.add_flag(
+      "--ghost-cells", options->ghostCells,
+      "Mark cells that picks have hidden in vtkGhostType as well, so that other programs "
+      "hide them too");
+  app.add_flag("--drop-blanked", options->dropBlanked, "Leave out cells that picks have hidden")
+      ->excludes(ghostCells);
   app.add_option("--add-on", options->addOns, "Add-on to load instead of those found by themselves")
       ->allow_extra_args(false);
   CLI::Option* quiet = app.add_flag("--quiet", options->quiet, "Say nothing but errors");

@@ -17,6 +17,8 @@ struct RunOptions {
   bool dryRun = false;
   bool keepGoing = false;
   bool force = false;
+  bool ghostCells = false;
+  bool dropBlanked = false;
   bool quiet = false;
   bool verbose = false;
 };

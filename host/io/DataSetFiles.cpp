@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "Formats.h"
+#include "HiddenCells.h"
 #include "Writers.h"
 
 namespace qelhost {
@@ -125,13 +126,20 @@ void CheckWritable(const DataSet& dataSet, const std::string& path, const WriteO
     throw FileError(path, "cannot hold " + std::to_string(source.steps.size()) +
                               " time steps; write a .pvd file");
   }
-  if (extension != ".vtm" && extension != ".pvd") RequireSingle(source, path, &encoding);
+  if (extension == ".vtm" || extension == ".pvd") return;
+  vtkDataSet* const block = RequireSingle(source, path, &encoding);
+  const bool drops = options.hidden.treatment == HiddenCells::Treatment::Drop;
+  if (drops && IsStructured(block) && extension != ".vtu" && extension != ".vtk") {
+    throw FileError(path, "cannot hold a mesh with cells left out; write a .vtu file");
+  }
 }
 
 void WriteDataSet(const DataSet& dataSet, const std::string& path, const WriteOptions& options) {
   CheckWritable(dataSet, path, options);
   try {
-    WritableFormat(path).write(SourceOf(dataSet, path), path);
+    const FileSource& source = SourceOf(dataSet, path);
+    const bool keeps = options.hidden.treatment == HiddenCells::Treatment::Keep;
+    WritableFormat(path).write(keeps ? source : WithHiddenCells(source, options.hidden), path);
   } catch (const FileError& error) {
     // It may name a file that is gone by now: the one beside the target.
     throw FileError(path, error.Reason());

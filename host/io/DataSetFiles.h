@@ -13,8 +13,21 @@ namespace qelhost {
 /// foreign file, a piece that is not there, an unknown extension, no mesh inside.
 DataSetPtr ReadDataSet(const std::string& path);
 
+/// What is done with the cells for which a cell array of the block holds 1.
+struct HiddenCells {
+  enum class Treatment {
+    Keep,  ///< nothing
+    Mark,  ///< they get the hidden bit of vtkGhostType besides
+    Drop   ///< they are left out, and the points that only they had; structured blocks that have
+           ///< such cells become unstructured
+  };
+  Treatment treatment = Treatment::Keep;
+  std::string array;
+};
+
 struct WriteOptions {
   bool overwrite = true;  ///< false: an existing target is a FileError
+  HiddenCells hidden = {};
 };
 
 /// Writes the zones that came from the data set's file, in the format of the path's extension.

@@ -1,0 +1,168 @@
+#include "HiddenCells.h"
+
+#include <vtkCellArray.h>
+#include <vtkCellData.h>
+#include <vtkDataArray.h>
+#include <vtkDataSetAttributes.h>
+#include <vtkFieldData.h>
+#include <vtkIdList.h>
+#include <vtkNew.h>
+#include <vtkPointData.h>
+#include <vtkPoints.h>
+#include <vtkPolyData.h>
+#include <vtkThreshold.h>
+#include <vtkUnsignedCharArray.h>
+#include <vtkUnstructuredGrid.h>
+
+#include <vector>
+
+namespace qelhost {
+namespace {
+
+/// The array that says which cells are hidden; null when there is none or it hides none.
+vtkDataArray* HidingArray(vtkDataSet* block, const std::string& name) {
+  vtkDataArray* const array = block->GetCellData()->GetArray(name.c_str());
+  if (array == nullptr || array->GetNumberOfTuples() != block->GetNumberOfCells()) return nullptr;
+  for (vtkIdType cell = 0; cell < array->GetNumberOfTuples(); ++cell) {
+    if (array->GetComponent(cell, 0) == 1.0) return array;
+  }
+  return nullptr;
+}
+
+bool IsHidden(vtkDataArray* hiding, vtkIdType cell) { return hiding->GetComponent(cell, 0) == 1.0; }
+
+vtkSmartPointer<vtkDataSet> WithMarks(vtkDataSet* block, vtkDataArray* hiding) {
+  const vtkIdType cellCount = block->GetNumberOfCells();
+  vtkNew<vtkUnsignedCharArray> marks;
+  if (vtkUnsignedCharArray* const known = block->GetCellGhostArray()) {
+    marks->DeepCopy(known);
+  } else {
+    marks->SetNumberOfValues(cellCount);
+    marks->FillValue(0);
+  }
+  marks->SetName(vtkDataSetAttributes::GhostArrayName());
+  for (vtkIdType cell = 0; cell < cellCount; ++cell) {
+    if (!IsHidden(hiding, cell)) continue;
+    marks->SetValue(cell, marks->GetValue(cell) | vtkDataSetAttributes::HIDDENCELL);
+  }
+  auto marked = vtkSmartPointer<vtkDataSet>::Take(block->NewInstance());
+  marked->ShallowCopy(block);
+  marked->GetCellData()->AddArray(marks);
+  return marked;
+}
+
+/// Numbers the points that are asked for, in the order in which they are.
+class PointNumbers {
+ public:
+  explicit PointNumbers(vtkIdType pointCount)
+      : m_numbers(static_cast<std::size_t>(pointCount), -1) {}
+
+  vtkIdType Of(vtkIdType point) {
+    vtkIdType& number = m_numbers[static_cast<std::size_t>(point)];
+    if (number < 0) {
+      number = static_cast<vtkIdType>(m_kept.size());
+      m_kept.push_back(point);
+    }
+    return number;
+  }
+  const std::vector<vtkIdType>& Kept() const { return m_kept; }
+
+ private:
+  std::vector<vtkIdType> m_numbers;
+  std::vector<vtkIdType> m_kept;
+};
+
+/// A surface without its hidden cells and the points that only those had.
+vtkSmartPointer<vtkDataSet> ShownSurface(vtkPolyData* surface, vtkDataArray* hiding) {
+  auto shown = vtkSmartPointer<vtkPolyData>::New();
+  shown->GetCellData()->CopyAllOn();
+  shown->GetCellData()->CopyAllocate(surface->GetCellData());
+  PointNumbers numbers(surface->GetNumberOfPoints());
+  vtkIdType cell = 0;
+  vtkIdType shownCount = 0;
+  const auto takeShown = [&](vtkCellArray* cells) {
+    auto kept = vtkSmartPointer<vtkCellArray>::New();
+    vtkNew<vtkIdList> points;
+    for (vtkIdType n = 0; n < cells->GetNumberOfCells(); ++n, ++cell) {
+      if (IsHidden(hiding, cell)) continue;
+      cells->GetCellAtId(n, points);
+      for (vtkIdType i = 0; i < points->GetNumberOfIds(); ++i) {
+        points->SetId(i, numbers.Of(points->GetId(i)));
+      }
+      kept->InsertNextCell(points);
+      shown->GetCellData()->CopyData(surface->GetCellData(), cell, shownCount++);
+    }
+    return kept;
+  };
+  // The order in which a surface counts its cells.
+  shown->SetVerts(takeShown(surface->GetVerts()));
+  shown->SetLines(takeShown(surface->GetLines()));
+  shown->SetPolys(takeShown(surface->GetPolys()));
+  shown->SetStrips(takeShown(surface->GetStrips()));
+
+  const auto pointCount = static_cast<vtkIdType>(numbers.Kept().size());
+  vtkNew<vtkPoints> points;
+  points->SetDataType(surface->GetPoints()->GetDataType());
+  points->SetNumberOfPoints(pointCount);
+  shown->GetPointData()->CopyAllOn();
+  shown->GetPointData()->CopyAllocate(surface->GetPointData(), pointCount);
+  for (vtkIdType point = 0; point < pointCount; ++point) {
+    const vtkIdType from = numbers.Kept()[static_cast<std::size_t>(point)];
+    points->SetPoint(point, surface->GetPoint(from));
+    shown->GetPointData()->CopyData(surface->GetPointData(), from, point);
+  }
+  shown->SetPoints(points);
+  return shown;
+}
+
+vtkSmartPointer<vtkDataSet> ShownVolume(vtkDataSet* block, const std::string& name) {
+  vtkNew<vtkThreshold> filter;
+  filter->SetInputData(block);
+  filter->SetInputArrayToProcess(0, 0, 0, vtkDataObject::FIELD_ASSOCIATION_CELLS, name.c_str());
+  // All but 1, so that a value nobody expects leaves its cell where it is.
+  filter->SetThresholdFunction(vtkThreshold::THRESHOLD_BETWEEN);
+  filter->SetLowerThreshold(1.0);
+  filter->SetUpperThreshold(1.0);
+  filter->SetInvert(true);
+  filter->Update();
+  return filter->GetOutput();
+}
+
+vtkSmartPointer<vtkDataSet> WithoutHidden(vtkDataSet* block, vtkDataArray* hiding,
+                                          const std::string& name) {
+  auto* const surface = vtkPolyData::SafeDownCast(block);
+  const vtkSmartPointer<vtkDataSet> shown =
+      surface != nullptr ? ShownSurface(surface, hiding) : ShownVolume(block, name);
+  shown->GetFieldData()->ShallowCopy(block->GetFieldData());
+  return shown;
+}
+
+void Treat(FileNode& node, const HiddenCells& hidden) {
+  for (FileNode& child : node.children) Treat(child, hidden);
+  if (node.block == nullptr) return;
+  vtkDataArray* const hiding = HidingArray(node.block, hidden.array);
+  if (hiding == nullptr) return;
+  node.block = hidden.treatment == HiddenCells::Treatment::Mark
+                   ? WithMarks(node.block, hiding)
+                   : WithoutHidden(node.block, hiding, hidden.array);
+}
+
+}  // namespace
+
+bool IsStructured(vtkDataSet* block) {
+  switch (block->GetDataObjectType()) {
+    case VTK_UNSTRUCTURED_GRID:
+    case VTK_POLY_DATA:
+      return false;
+    default:
+      return true;
+  }
+}
+
+FileSource WithHiddenCells(const FileSource& source, const HiddenCells& hidden) {
+  FileSource treated = source;
+  for (FileStep& step : treated.steps) Treat(step.root, hidden);
+  return treated;
+}
+
+}  // namespace qelhost
