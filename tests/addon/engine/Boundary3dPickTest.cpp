@@ -488,6 +488,15 @@ TEST_P(BoundaryOfTwoDataSets, UpdateIsDroppedWhileTheOtherFrameIsActive) {
   EXPECT_EQ(ZoneCount(1), 1u);
 }
 
+TEST_P(BoundaryOfTwoDataSets, UpdateIsDroppedUntilTheSessionIsCurrentAgain) {
+  Boundary().Update();
+  host.SwitchFrame(1);
+  PlayWell("VIEWXY");
+  host.SwitchFrame(0);
+  host.RunIdleQueue();
+  EXPECT_EQ(ZoneCount(0), 1u) << "nothing has asked for the first session since";
+}
+
 TEST_P(BoundaryOfTwoDataSets, SphereMadeAnewWhenIdleIsLeftBehind) {
   Boundary().Update();
   host.RunIdleQueue();

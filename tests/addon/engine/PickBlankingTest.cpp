@@ -84,6 +84,19 @@ TEST_F(PickBlanking, FirstBlankOfAZoneSetsAllItsValuesTo0ThenThePickedOneTo1) {
   EXPECT_EQ(host.CallCount("QelUtilDataValueAlloc"), 2);
 }
 
+TEST_F(PickBlanking, FreshValuesAreSetTo0WhateverTheHostAllocates) {
+  LoadTwo();
+  host.calls.clear();
+  PlayWell(kBlank3);
+  std::vector<std::string> writes;
+  for (const fakehost::CallRecord& call : host.calls) {
+    if (call.function == "QelUtilDataValueAlloc") writes.push_back(call.arguments);
+    if (call.function == "QelUtilDataValueSetByRef") writes.push_back(call.arguments);
+  }
+  EXPECT_THAT(writes, ElementsAre("1, 6", "handle, 1, 0", "handle, 2, 0", "handle, 3, 0",
+                                  "handle, 4, 0", "handle, 3, 1"));
+}
+
 TEST_F(PickBlanking, EverybodyHearsOfTheVariableOnce) {
   LoadTwo();
   PlayWell(kBlank3);
@@ -265,6 +278,7 @@ TEST_P(RefusedBlank, SaysThatTheDataSetHasNoZones) {
   LoadTwo();
   host.ActiveData()->zones.clear();
   EXPECT_EQ(PlayBadly(GetParam()), kRefused);
+  EXPECT_EQ(host.CallCount("QelUtilDataSetAddVarX"), 0) << "the host is not even asked";
   EXPECT_EQ(BlankVariable(), 0);
   EXPECT_FALSE(Session().IsBlankMode());
   EXPECT_THAT(host.styleCalls, IsEmpty());
