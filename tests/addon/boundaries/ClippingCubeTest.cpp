@@ -14,7 +14,6 @@ using fakehost::Point;
 using fakehost::StateChangeNotice;
 using qelvane::qelutiltools::HostLock;
 using qelvane::qelutiltools::MacroEngine;
-using qelvane::qelutiltools::Point3d;
 using ::testing::DoubleEq;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;

@@ -15,7 +15,6 @@ using fakehost::Mesh;
 using fakehost::StoredType;
 using fakehost::StyleCall;
 using qelvane::qelutiltools::Box3d;
-using qelvane::qelutiltools::HostLock;
 using qelvane::qelutiltools::InsideSet;
 using qelvane::qelutiltools::Point3d;
 using ::testing::DoubleEq;

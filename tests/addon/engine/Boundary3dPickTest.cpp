@@ -6,17 +6,13 @@ namespace {
 
 using fakehost::EngineTest;
 using fakehost::MakeLattice;
-using fakehost::Mesh;
 using fakehost::StoredType;
 using qelvane::qelutiltools::CPickBoundary3d;
 using qelvane::qelutiltools::HostLock;
 using qelvane::qelutiltools::PickKind;
 using qelvane::qelutiltools::Selvane;
-using ::testing::Contains;
-using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using ::testing::Not;
 
 // Over a row of four bricks, both hold the nodes up to x = 1.25 and so the first cell whole.
 constexpr char kCube[] = "PICKCUBE ANCHORX=-1 ANCHORY=-1 ANCHORZ=-1 SIZEX=2.25 SIZEY=4 SIZEZ=4";

@@ -1,26 +1,22 @@
 // Hiding what is picked: the blanking variable, the constraint, what a reset leaves.
 #include "EngineTest.h"
 
-#include "ElementPick.h"
-
-#include <limits>
+#include "Utilities.h"
 
 namespace {
 
 using fakehost::EngineTest;
 using fakehost::MakeLattice;
-using fakehost::Mesh;
 using fakehost::StateChangeNotice;
 using fakehost::StoredType;
 using fakehost::StyleCall;
+using qelvane::qelutiltools::GetValueBlankingInclude;
 using qelvane::qelutiltools::HostLock;
 using qelvane::qelutiltools::PickKind;
-using qelvane::qelutiltools::Selvane;
-using ::testing::Contains;
+using qelvane::qelutiltools::SetValueBlankingInclude;
 using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using ::testing::Not;
 
 constexpr char kBlank3[] = "BLANKELEMENT ZONE=1 ELEMENT=3";
 constexpr char kRefused[] = "Unable to initialize this data set for pick blanking.";
@@ -223,13 +219,21 @@ TEST_F(PickBlanking, UsersConstraintIsOverwrittenButForItsVariableB) {
 TEST_F(PickBlanking, SwitchingBlankingOffAndOnKeepsThePicks) {
   LoadTwo();
   PlayWell(kBlank3);
-  host.ActiveFrame().blanking.include = true;
+  const HostLock lock;
+  host.styleCalls.clear();
+  SetValueBlankingInclude(true);
   EXPECT_TRUE(host.IsBlankedCell(1, 3));
   EXPECT_FALSE(host.IsBlankedCell(1, 2));
-  host.ActiveFrame().blanking.include = false;
+  SetValueBlankingInclude(false);
+  EXPECT_FALSE(GetValueBlankingInclude());
   EXPECT_FALSE(host.IsBlankedCell(1, 3));
-  host.ActiveFrame().blanking.include = true;
+  SetValueBlankingInclude(true);
+  EXPECT_TRUE(GetValueBlankingInclude());
   EXPECT_TRUE(host.IsBlankedCell(1, 3));
+  EXPECT_THAT(BlankingCalls(host.styleCalls),
+              ElementsAre("BLANKING VALUE INCLUDE of 0 1", "BLANKING VALUE INCLUDE of 0 0",
+                          "BLANKING VALUE INCLUDE of 0 1"))
+      << "the constraint is not written again";
 }
 
 TEST_F(PickBlanking, BlankingDiscardsUndo) {
