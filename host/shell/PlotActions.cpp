@@ -230,7 +230,7 @@ bool AddSphereZone(Host& host, LgIndex_t iPoints, LgIndex_t jPoints,
   Frame* const frame = host.frames.Active();
   if (frame == nullptr || frame->Data() == nullptr) return false;
   if (iPoints < 2 || jPoints < 2 || iPoints > kMostPoints || jPoints > kMostPoints) return false;
-  if (!AreFinite({lowest[0], lowest[1], lowest[2], radius}) || radius < 0.0) return false;
+  if (!AreFinite({lowest[0], lowest[1], lowest[2], radius})) return false;
 
   DataSet& data = *frame->Data();
   std::vector<QelFieldDataType_e> types(static_cast<std::size_t>(data.VariableCount()), type);

@@ -147,7 +147,7 @@ bool QelUtilCreateSphericalZone(LgIndex_t iPoints, LgIndex_t jPoints, double x, 
   if (Host().ActiveData() == nullptr || !IsKnownType(type)) return false;
   const bool isFinite =
       std::isfinite(x) && std::isfinite(y) && std::isfinite(z) && std::isfinite(radius);
-  if (!isFinite || radius < 0.0) return false;
+  if (!isFinite) return false;
   Mesh mesh = MakeLattice(ZoneType_FEQuad, iPoints - 1, jPoints - 1, 0);
   const double pi = std::acos(-1.0);
   for (Point& point : mesh.points) {
