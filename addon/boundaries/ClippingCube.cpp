@@ -203,9 +203,9 @@ void CClippingCube::Update() {
   BuildTransforms();
   const HostLock lock;
   if (isUpdatePending || QelUtilFrameGetPlotType() != PlotType_Cartesian3D) return;
-  isUpdatePending = true;
   const auto clientData = reinterpret_cast<ArbParam_t>(this);
   HOST_CHECK(QelUtilOnIdleQueueAddCallback(OnIdleUpdateCube, clientData));
+  isUpdatePending = true;
 }
 
 void CClippingCube::OnIdleUpdateCube(ArbParam_t clientData) {

@@ -78,9 +78,9 @@ void CClippingSphere::Update() {
   ComputeGeometry();
   const HostLock lock;
   if (isUpdatePending || QelUtilFrameGetPlotType() != PlotType_Cartesian3D) return;
-  isUpdatePending = true;
   const auto clientData = reinterpret_cast<ArbParam_t>(this);
   HOST_CHECK(QelUtilOnIdleQueueAddCallback(OnIdleUpdateSphere, clientData));
+  isUpdatePending = true;
 }
 
 void CClippingSphere::OnIdleUpdateSphere(ArbParam_t clientData) {
