@@ -156,20 +156,35 @@ void CPickBoundary3d::StyleZone(LgIndex_t zone) const {
   }
 }
 
+double* CPickBoundary3d::FindParameter(int parameter) {
+  double* const numbers[] = {&m_anchor.x, &m_anchor.y, &m_anchor.z, &m_shape[0], &m_shape[1],
+                             &m_shape[2], &m_shape[3], &m_shape[4], &m_shape[5]};
+  if (parameter < 0 || parameter >= static_cast<int>(std::size(numbers))) return nullptr;
+  return numbers[parameter];
+}
+
+double CPickBoundary3d::Parameter(int parameter) const {
+  const std::array<double, 9> numbers = Definition();
+  if (parameter < 0 || parameter >= static_cast<int>(numbers.size())) return 0.0;
+  return numbers[static_cast<std::size_t>(parameter)];
+}
+
+void CPickBoundary3d::SetParameter(int parameter, double value) {
+  if (double* const number = FindParameter(parameter)) *number = value;
+  Update();
+}
+
 void CPickBoundary3d::Nudge(int parameter, bool increase, double& value) {
   constexpr double kAngleStepDeg = 5.0;
   constexpr double kFullTurnDeg = 360.0;
-  double* const numbers[] = {&m_anchor.x, &m_anchor.y, &m_anchor.z, &m_shape[0], &m_shape[1],
-                             &m_shape[2], &m_shape[3], &m_shape[4], &m_shape[5]};
   constexpr int kFirstRotation = 6;
-  if (parameter >= 0 && parameter < static_cast<int>(std::size(numbers))) {
-    double& number = *numbers[parameter];
+  if (double* const number = FindParameter(parameter)) {
     if (parameter < kFirstRotation) {
-      number += increase ? m_step : -m_step;
+      *number += increase ? m_step : -m_step;
     } else {
-      number = std::fmod(number + (increase ? kAngleStepDeg : -kAngleStepDeg), kFullTurnDeg);
+      *number = std::fmod(*number + (increase ? kAngleStepDeg : -kAngleStepDeg), kFullTurnDeg);
     }
-    value = number;
+    value = *number;
   }
   Update();
 }

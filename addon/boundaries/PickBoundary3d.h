@@ -62,6 +62,12 @@ class CPickBoundary3d {
   /// Whether the zone's shade layer is shown, now and when it is made anew.
   void ShowShade(bool show);
 
+  /// One number of the shape, counted as Nudge counts them; 0 for one that there is not.
+  double Parameter(int parameter) const;
+
+  /// Sets it and calls Update.
+  void SetParameter(int parameter, double value);
+
   /// Changes one number of the shape by a step and calls Update. parameter: 0 to 2 the anchor, 3 to
   /// 5 the sizes (3 the radius), 6 to 8 the rotations, which step by 5 degrees; any other changes
   /// nothing. value receives the new number.
@@ -101,6 +107,9 @@ class CPickBoundary3d {
   /// Whether an idle callback may still work for the boundary that it was queued for: it may have
   /// gone meanwhile.
   static bool IsAliveAndInUse(const CPickBoundary3d* boundary);
+
+  /// Null for a parameter that there is not.
+  double* FindParameter(int parameter);
 
   QelUniqueID_t m_frameId = 0;  ///< that the zone was made in; 0: there is no zone
   LgIndex_t m_xVar = 0;

@@ -131,7 +131,6 @@ bool Selvane::ApplyAreaFromMacro() {
   return true;
 }
 
-/// The box or the sphere that is picked with; null for every other kind.
 CPickBoundary3d* Selvane::Boundary3d() {
   switch (m_pickKind) {
     case PickKind::Cube:

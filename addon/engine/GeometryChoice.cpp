@@ -72,6 +72,16 @@ GeometryChoice ChooseUndoGeometry(QelGeomID_t undoGeometry) {
   return {undoGeometry, GeometryFault::None};
 }
 
+QelGeomID_t NewestGeometry() {
+  const HostLock lock;
+  QelGeomID_t newest = 0;
+  for (QelGeomID_t geometry = QelUtilGeomGetBase(); geometry != 0;
+       geometry = QelUtilGeomGetNext(geometry)) {
+    newest = geometry;
+  }
+  return newest;
+}
+
 void ShowGeometryFault(GeometryFault fault) {
   const HostLock lock;
   if (fault == GeometryFault::None || QelUtilMacroIsBatchModeActive()) return;

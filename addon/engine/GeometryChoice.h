@@ -26,6 +26,9 @@ GeometryChoice ChooseGeometry();
 /// The geometry of the last alteration, if it still exists.
 GeometryChoice ChooseUndoGeometry(QelGeomID_t undoGeometry);
 
+/// The geometry that was drawn last in the frame; 0 when there is none.
+QelGeomID_t NewestGeometry();
+
 /// Tells the user; says nothing in batch mode.
 void ShowGeometryFault(GeometryFault fault);
 

@@ -164,6 +164,17 @@ void Selvane::LeaveAsCurrent() {
   DiscardUndo();
 }
 
+void Selvane::DropUndo() {
+  const HostLock lock;
+  DiscardUndo();
+}
+
+bool Selvane::CanApply() {
+  const HostLock lock;
+  if (const CPickBoundary3d* const boundary = Boundary3d()) return boundary->GetZoneNum() > 0;
+  return m_pickKind != PickKind::Element && QelUtilGeomGetBase() != 0;
+}
+
 void Selvane::DiscardUndo() {
   m_isUndoAvailable = false;
   m_undoGeometry = 0;

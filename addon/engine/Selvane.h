@@ -75,6 +75,16 @@ class Selvane {
   /// Turns the 3D view; ThreeD puts back the view remembered by the first of the others.
   void SetView(StandardView view);
 
+  /// Nothing can be undone any more; for changes of what is picked that are made elsewhere.
+  void DropUndo();
+
+  /// Whether an apply has something to work on: a geometry in the frame, or the zone of the box or
+  /// the sphere. Single elements are picked, not applied.
+  bool CanApply();
+
+  /// The box or the sphere that is picked with; null for every other kind.
+  CPickBoundary3d* Boundary3d();
+
   /// Called when another session becomes the current one: nothing of this one can be undone after.
   void LeaveAsCurrent();
 
@@ -117,6 +127,16 @@ class Selvane {
   /// The seed of a macro's surface pick.
   void SetSeedZone(LgIndex_t zone) { m_seedZone = zone; }
   void SetSeedElement(LgIndex_t node) { m_seedElement = node; }
+
+  // Following the user's work in the host (FollowHost.cpp) ---------------------------------------
+
+  /// Takes the geometry that was drawn last as the pick area, with the pick kind that fits it;
+  /// recorded as PICKGEOMETRY. One of another type is left alone, and so is the kind.
+  void TakeNewestGeometry();
+
+  /// Brings the pick kind in line with the mouse mode that the user chose. The mode and the zones
+  /// of box and sphere stay as they are.
+  void FollowMouseMode();
 
   // Undo (Undo.cpp) ------------------------------------------------------------------------------
 
@@ -174,7 +194,6 @@ class Selvane {
   void ResetZone(LgIndex_t zone, LgIndex_t blankVar);
 
   // AreaPick.cpp
-  CPickBoundary3d* Boundary3d();
   bool Apply3d(const CPickBoundary3d& boundary);
   bool ApplyInBoundary3d(CPickBoundary3d& boundary);
   bool ApplyForPlotType(QelPlotType_e plotType);
