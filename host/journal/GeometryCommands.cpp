@@ -4,6 +4,9 @@
 #include "Host.h"
 #include "PlotActions.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <array>
 #include <sstream>
 
@@ -93,6 +96,21 @@ CommandAction ParseGeometry(const std::string& rest) {
   text.Allow(2, {});
   if (word == "SELECT") return OnGeometry(n, [n](Host& host) { return SelectGeometry(host, n); });
   return OnGeometry(n, [n](Host& host) { return DeleteGeometry(host, n); });
+}
+
+std::string TextOf(const Geometry& geometry) {
+  const std::vector<ShapeRow>& shapes = ShapeTable();
+  const auto shape = std::find_if(shapes.begin(), shapes.end(),
+                                  [&](const ShapeRow& row) { return row.type == geometry.type; });
+  std::string text =
+      fmt::format("{} X={:g} Y={:g}", shape->name, geometry.anchor[0], geometry.anchor[1]);
+  for (std::size_t i = 0; i < shape->sizes.size(); ++i) {
+    text += fmt::format(" {}={:g}", shape->sizes[i], geometry.size[i]);
+  }
+  if (geometry.type != GeomType_LineSegs) return text;
+  std::vector<std::string> points;
+  for (const auto& [x, y] : geometry.points) points.push_back(fmt::format("{:g},{:g}", x, y));
+  return text + fmt::format(" POINTS=\"{}\"", fmt::join(points, " "));
 }
 
 }  // namespace qelhost

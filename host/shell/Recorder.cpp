@@ -45,6 +45,12 @@ void Recorder::AddRawCommand(const std::string& command) {
   if (IsActive()) m_lines.push_back(FirstLineOf(command));
 }
 
+void Recorder::AddAction(const std::string& command, const PlotState& now) {
+  if (!IsActive()) return;
+  AddRawCommand(command);
+  TakeAsRecorded(now);
+}
+
 void Recorder::EndPlaying(const std::string& line, bool wasCarriedOut, const PlotState& now) {
   --m_playDepth;
   if (!wasCarriedOut) return;

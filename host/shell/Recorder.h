@@ -30,6 +30,8 @@ class Recorder {
   void AddStateLines(const PlotState& now);
   /// A line break in the command ends it.
   void AddRawCommand(const std::string& command);
+  /// A command that the user's action amounts to, and the plot as it left it.
+  void AddAction(const std::string& command, const PlotState& now);
   /// Whether value blanking is on stands in a line that was just recorded.
   void TakeBlankingAsRecorded(const ValueBlanking& blanking) {
     if (IsActive()) m_recorded.blanking.include = blanking.include;
