@@ -30,10 +30,13 @@ void AddZoneAndItem(LgIndex_t zone, std::int32_t itemAttribute, LgIndex_t item) 
 }  // namespace
 
 void Selvane::AddVariableAndModifier() const {
-  char* varName = nullptr;
-  HOST_CHECK(QelUtilVarGetName(m_alterVar, &varName));
-  const HostString owned(varName);
-  MacroEngine.AddStringAttribute(Attribute_Variable, varName);
+  // Before the user has chosen one, an apply changes nothing, and its line names nothing.
+  if (m_alterVar > 0) {
+    char* varName = nullptr;
+    HOST_CHECK(QelUtilVarGetName(m_alterVar, &varName));
+    const HostString owned(varName);
+    MacroEngine.AddStringAttribute(Attribute_Variable, varName);
+  }
   MacroEngine.AddStringAttribute(Attribute_Modifier, FormatModifier(m_modifier));
 }
 
