@@ -1,8 +1,17 @@
+#include "Dispatcher.h"
+
+#include "CMacroEngine.h"
 #include "EngineTest.h"
 
 namespace {
 
 using fakehost::MakeLattice;
+using qelvane::qelutiltools::DispatchMacroCommand;
+using qelvane::qelutiltools::FormatModifier;
+using qelvane::qelutiltools::MacroCommand;
+using qelvane::qelutiltools::MacroEngine;
+using qelvane::qelutiltools::PickKind;
+using qelvane::qelutiltools::PickRule;
 using ::testing::ElementsAre;
 
 struct Row {
@@ -80,7 +89,28 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"BlankForeign", "BLANKELEMENT VARIABLE=\"c\"",
             "Unexpected parameter in BLANKELEMENT command"},
         Row{"BlankNoElement", "BLANKELEMENT ZONE=1",
-            "Missing zone or element number in BLANKELEMENT command"}),
+            "Missing zone or element number in BLANKELEMENT command"},
+        Row{"BlankNoZone", "BLANKELEMENT ELEMENT=1",
+            "Missing zone or element number in BLANKELEMENT command"},
+        Row{"BlankElementZero", "BLANKELEMENT ZONE=1 ELEMENT=0",
+            "Missing zone or element number in BLANKELEMENT command"},
+        Row{"BlankZoneTooLarge", "BLANKELEMENT ZONE=2 ELEMENT=1",
+            "Error during execution of BLANKELEMENT operation"},
+        Row{"BlankElementTooLarge", "BLANKELEMENT ZONE=1 ELEMENT=3",
+            "Error during execution of BLANKELEMENT operation"},
+        Row{"AlterNoZone", "ALTERELEMENT ELEMENT=1",
+            "Missing zone or element number in ALTERELEMENT command"},
+        Row{"AlterFractionOfAnElement", "ALTERELEMENT ZONE=1 ELEMENT=0.9",
+            "Missing zone or element number in ALTERELEMENT command"},
+        Row{"AlterRuleNumber", "ALTERELEMENT RULE=2", "Bad value for RULE in ALTERELEMENT command"},
+        Row{"AlterRuleText", "ALTERELEMENT RULE=\"ALLINSIDE\"",
+            "Bad value for RULE in ALTERELEMENT command"},
+        Row{"AlterModifierType", "ALTERELEMENT MODIFIER=5",
+            "Bad data for MODIFIER in ALTERELEMENT command"},
+        Row{"FirstOfTwoFaults", "ALTERELEMENT RULE=CUBE VARIABLE=\"none\"",
+            "Bad value for RULE in ALTERELEMENT command"},
+        Row{"FirstOfTheSameFaults", "ALTERELEMENT VARIABLE=\"none\" RULE=CUBE",
+            "Bad value for VARIABLE in ALTERELEMENT command"}),
     [](const auto& row) { return std::string(row.param.rule); });
 
 INSTANTIATE_TEST_SUITE_P(
@@ -111,7 +141,19 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"AreaModifier", "ALTERAREA MODIFIER=\"abc\"", kGeneral},
         Row{"BlankAreaForeign", "BLANKAREA VARIABLE=\"c\"",
             "Unexpected parameter in the BLANKAREA command"},
-        Row{"BlankAreaRule", "BLANKAREA RULE=CUBE", kGeneral}),
+        Row{"BlankAreaRule", "BLANKAREA RULE=CUBE", kGeneral},
+        Row{"SurfaceZoneBoolean", "ALTERSURFACE ZONE=T",
+            "Bad data for ZONE in ALTERSURFACE command"},
+        Row{"SurfaceModifierType", "ALTERSURFACE MODIFIER=5",
+            "Bad equation for MODIFIER in ALTERSURFACE command"},
+        Row{"SurfaceVariableType", "ALTERSURFACE VARIABLE=5",
+            "Bad/unrecognized name for VARIABLE in ALTERSURFACE command"},
+        Row{"SurfaceRuleText", "ALTERSURFACE RULE=\"ALLINSIDE\"",
+            "Illegal value for pick RULE in ALTERSURFACE command"},
+        Row{"AreaRuleText", "ALTERAREA RULE=\"ALLINSIDE\"",
+            "Illegal value for pick RULE parameter"},
+        Row{"AreaVariableType", "ALTERAREA VARIABLE=5",
+            "Bad value for VARIABLE in ALTERAREA command"}),
     [](const auto& row) { return std::string(row.param.rule); });
 
 struct KindRow {
@@ -178,5 +220,172 @@ TEST_P(RefusedModifier, KeepsTheOneInForce) {
 INSTANTIATE_TEST_SUITE_P(Table, RefusedModifier,
                          ::testing::Values("", "   ", "/0", "/0.0", "/", "/-0", "/.", "abc", "x5",
                                            "e5", "+x", "\t5"));
+
+// Attributes -----------------------------------------------------------------------------------
+
+struct AttributesRow {
+  const char* command;
+  std::vector<std::string> accepted;
+  const char* unexpected;  ///< empty: nothing is read, everything accepted
+};
+
+class Attributes : public fakehost::EngineTest,
+                   public ::testing::WithParamInterface<AttributesRow> {};
+
+TEST_P(Attributes, OfOtherCommandsAreRefusedOrNotRead) {
+  Load(MakeLattice(ZoneType_FEQuad, 2, 1, 0));
+  const std::string command = GetParam().command;
+  for (const char* const attribute :
+       {"MODE", "RULE", "VARIABLE", "MODIFIER", "ZONE", "SEEDPOINT", "ELEMENT", "ANCHORX",
+        "ANCHORY", "ANCHORZ", "SIZEX", "SIZEY", "SIZEZ", "ROTATEX", "ROTATEY", "ROTATEZ", "RADIUS",
+        "CORNERS"}) {
+    if (::testing::Matches(::testing::Contains(attribute))(GetParam().accepted)) continue;
+    const std::string line = command + " " + attribute + "=1";
+    if (*GetParam().unexpected == '\0') {
+      PlayWell(line);
+    } else {
+      EXPECT_EQ(PlayBadly(line), GetParam().unexpected) << line;
+    }
+  }
+  EXPECT_THAT(host.ValuesOf(1, c), ElementsAre(10, 20));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Commands, Attributes,
+    ::testing::Values(
+        AttributesRow{"UNDOBLANK", {}, ""}, AttributesRow{"VIEWXY", {}, ""},
+        AttributesRow{"VIEWXZ", {}, ""}, AttributesRow{"VIEWYZ", {}, ""},
+        AttributesRow{"VIEW3D", {}, ""}, AttributesRow{"PICKGEOMETRY", {}, ""},
+        AttributesRow{"PICKRECTANGLE",
+                      {"ANCHORX", "ANCHORY", "SIZEX", "SIZEY"},
+                      "Bad value for parameter in PICKRECTANGLE macro"},
+        AttributesRow{"PICKCIRCLE",
+                      {"ANCHORX", "ANCHORY", "RADIUS"},
+                      "Bad value for parameter in PICKCIRCLE macro"},
+        AttributesRow{"PICKPOLYGON", {"CORNERS"}, "Bad value for parameter in PICKPOLYGON macro"},
+        AttributesRow{"PICKCUBE",
+                      {"ANCHORX", "ANCHORY", "ANCHORZ", "SIZEX", "SIZEY", "SIZEZ", "ROTATEX",
+                       "ROTATEY", "ROTATEZ"},
+                      "Bad value for parameter in PICKCUBE macro"},
+        AttributesRow{"PICKSPHERE",
+                      {"ANCHORX", "ANCHORY", "ANCHORZ", "RADIUS", "SIZEX"},
+                      "Bad value for parameter in PICKSPHERE macro"},
+        AttributesRow{"ALTERELEMENT",
+                      {"RULE", "VARIABLE", "MODIFIER", "ZONE", "ELEMENT"},
+                      "Unexpected parameter in ALTERELEMENT command"},
+        AttributesRow{"BLANKELEMENT",
+                      {"RULE", "ZONE", "ELEMENT"},
+                      "Unexpected parameter in BLANKELEMENT command"},
+        AttributesRow{"ALTERSURFACE",
+                      {"ZONE", "SEEDPOINT", "MODIFIER", "VARIABLE", "RULE"},
+                      "Unexpected parameter in the ALTERSURFACE command"},
+        AttributesRow{"BLANKSURFACE",
+                      {"ZONE", "SEEDPOINT", "RULE"},
+                      "Unexpected parameter in the BLANKAREA command"},
+        AttributesRow{"ALTERAREA",
+                      {"VARIABLE", "MODIFIER", "RULE"},
+                      "Unexpected parameter in the ALTERAREA command"},
+        AttributesRow{"BLANKAREA", {"RULE"}, "Unexpected parameter in the BLANKAREA command"}),
+    [](const auto& row) { return std::string(row.param.command); });
+
+class Dispatcher : public fakehost::EngineTest {
+ protected:
+  void SetUp() override { Load(MakeLattice(ZoneType_FEQuad, 2, 1, 0)); }
+};
+
+TEST_F(Dispatcher, LineThatFailsLeavesEveryChoiceAsItWas) {
+  PlayWell("ALTERELEMENT VARIABLE=\"c\" MODIFIER=\"+5\" RULE=ANYOUTSIDE ZONE=1 ELEMENT=1");
+  for (const char* const line :
+       {"ALTERAREA VARIABLE=\"n\" MODIFIER=\"=7\" RULE=CUBE",
+        "ALTERSURFACE VARIABLE=\"n\" MODIFIER=\"=7\" RULE=ALLINSIDE ZONE=\"1\"",
+        "ALTERELEMENT VARIABLE=\"n\" MODIFIER=\"=7\" RULE=ALLINSIDE ZONE=1",
+        "BLANKAREA RULE=ALLINSIDE ZONE=1"}) {
+    PlayBadly(line);
+    EXPECT_EQ(Session().AlterVariable(), c) << line;
+    EXPECT_EQ(Session().Rule(), PickRule::AnyOutside) << line;
+    EXPECT_EQ(FormatModifier(Session().Modifier()), "+5") << line;
+    EXPECT_FALSE(Session().IsBlankMode()) << line;
+    EXPECT_TRUE(Session().IsUndoAvailable()) << line;
+  }
+}
+
+TEST_F(Dispatcher, TextOfOneLineIsNotThatOfTheNext) {
+  EXPECT_EQ(PlayBadly("ALTERAREA RULE=CUBE"), "Illegal value for pick RULE parameter");
+  EXPECT_EQ(PlayBadly("BLANKAREA RULE=CUBE"), kGeneral);
+}
+
+TEST_F(Dispatcher, OfTheSameAttributeTheLastCounts) {
+  PlayWell(
+      "ALTERELEMENT VARIABLE=\"n\" VARIABLE=\"c\" MODIFIER=\"+5\" MODIFIER=\"*3\" ZONE=9 "
+      "ZONE=1 ELEMENT=9 ELEMENT=2");
+  EXPECT_THAT(host.ValuesOf(1, c), ElementsAre(10, 60));
+}
+
+TEST_F(Dispatcher, NumbersAreCutToWholeOnes) {
+  PlayWell("ALTERELEMENT VARIABLE=\"c\" MODIFIER=\"*3\" ZONE=1.75 ELEMENT=2.999");
+  EXPECT_THAT(host.ValuesOf(1, c), ElementsAre(10, 60));
+}
+
+TEST_F(Dispatcher, FirstOfSeveralStringsCounts) {
+  PlayWell("ALTERELEMENT VARIABLE=\"c\",\"n\" MODIFIER=\"*3\",\"abc\" ZONE=1 ELEMENT=2");
+  EXPECT_THAT(host.ValuesOf(1, c), ElementsAre(10, 60));
+}
+
+TEST_F(Dispatcher, CommandThatThereIsNotSucceeds) {
+  for (const std::int32_t id : {-2147483647, -2, -1, 18, 19, 255, 2147483647}) {
+    MacroCommand command;
+    command.Command = id;
+    command.Attributes.push_back({0, {}});
+    MacroEngine.SetError("%s", "left over");
+    EXPECT_TRUE(DispatchMacroCommand(Session(), command)) << id;
+    EXPECT_EQ(MacroEngine.GlobalError(), "") << id;
+  }
+  EXPECT_THAT(host.ValuesOf(1, c), ElementsAre(10, 20));
+}
+
+TEST_F(Dispatcher, AlteringAndHidingSetTheirModesBeforeEachOther) {
+  PlayWell("BLANKELEMENT ZONE=1 ELEMENT=1");
+  EXPECT_TRUE(Session().IsBlankMode());
+  PlayWell("ALTERELEMENT VARIABLE=\"c\" MODIFIER=\"+5\" ZONE=1 ELEMENT=1");
+  EXPECT_FALSE(Session().IsBlankMode());
+  EXPECT_THAT(host.ValuesOf(1, c), ElementsAre(15, 20));
+  EXPECT_THAT(host.ValuesOf(1, c + 1), ElementsAre(1, 0));
+}
+
+TEST_F(Dispatcher, RulesOfElementCommandsAreKeptForTheNextArea) {
+  PlayWell("PICKRECTANGLE ANCHORX=-1 ANCHORY=-1 SIZEX=1.5 SIZEY=9");
+  PlayWell("BLANKELEMENT RULE=ANYINSIDE ZONE=1 ELEMENT=2");
+  EXPECT_EQ(Session().Rule(), PickRule::AnyInside);
+  PlayWell("PICKRECTANGLE ANCHORX=-1 ANCHORY=-1 SIZEX=1.5 SIZEY=9");
+  PlayWell("ALTERAREA VARIABLE=\"c\" MODIFIER=\"+5\"");
+  EXPECT_THAT(host.ValuesOf(1, c), ElementsAre(15, 20));
+}
+
+TEST_F(Dispatcher, RecordedRectangleAlterationAndUndoPlayBackToTheSameValues) {
+  host.isRecording = true;
+  host.AddGeometry({0, GeomType_Rectangle, {-1, -1, 0}, 2.5, 9, {}, CoordSys_Grid});
+  Session().SetPickKind(PickKind::Rectangle, true);
+  Session().SetAlterVariable(c);
+  for (const char* const modifier : {"*3", "+0.5"}) {
+    EXPECT_TRUE(Session().ParseModifier(modifier));
+    EXPECT_TRUE(Session().ApplyArea(false));
+    Session().RecordArea();
+  }
+  EXPECT_TRUE(Session().UndoLastAlter(false));
+  Session().RecordUndoAlter();
+  EXPECT_THAT(host.ValuesOf(1, c), ElementsAre(30, 20));
+  const std::string area = "Marquell PICKRECTANGLE ANCHORX=-1 ANCHORY=-1 SIZEX=2.5 SIZEY=9";
+  const std::vector<std::string> journal = host.recordedLines;
+  EXPECT_THAT(
+      journal,
+      ElementsAre(area, "Marquell ALTERAREA VARIABLE=\"c\" MODIFIER=\"*3\" RULE=ALLINSIDE", area,
+                  "Marquell ALTERAREA VARIABLE=\"c\" MODIFIER=\"+0.5\" RULE=ALLINSIDE", area,
+                  "Marquell UNDOALTER"));
+  host.Deliver(StateChange_NewLayout);
+  host.Reset();
+  Load(MakeLattice(ZoneType_FEQuad, 2, 1, 0));
+  for (const std::string& line : journal) PlayWell(line.substr(std::string("Marquell ").size()));
+  EXPECT_THAT(host.ValuesOf(1, c), ElementsAre(30, 20));
+}
 
 }  // namespace
