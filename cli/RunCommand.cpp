@@ -3,6 +3,7 @@
 #include "Host.h"
 #include "Interrupt.h"
 #include "Journal.h"
+#include "Pictures.h"
 #include "Player.h"
 #include "Progress.h"
 #include "RunPlan.h"
@@ -98,7 +99,8 @@ bool AllAreUnderstood(Host& host, const std::vector<qelhost::JournalLine>& lines
 bool PlayAll(Host& host, const std::vector<qelhost::JournalLine>& lines, const RunOptions& options,
              RunRecord& record) {
   qelhost::Player player(host);
-  player.ReportAlterations(options.summary || !options.report.empty());
+  player.ReportAlterations(options.summary || !options.report.empty() ||
+                           (AsksForPictures(options) && options.imageVariable.empty()));
   Progress progress(!options.quiet);
   bool allDone = true;
   for (const qelhost::JournalLine& line : lines) {
@@ -120,9 +122,6 @@ bool PlayAll(Host& host, const std::vector<qelhost::JournalLine>& lines, const R
   }
   return allDone;
 }
-
-/// Picks hide cells by this variable, whatever the state of value blanking.
-constexpr char kBlankingVariable[] = "PICK_BLANK";
 
 qelhost::WriteOptions WriteOptionsOf(const RunOptions& options) {
   using Treatment = qelhost::HiddenCells::Treatment;
@@ -175,6 +174,7 @@ int Run(const RunOptions& options) {
                              : Verbosity::kNormal);
   const std::vector<std::string> targets = PlanTargets(options);
   const std::vector<qelhost::JournalLine> lines = qelhost::ReadJournal(options.journal);
+  const std::unique_ptr<qelhost::Painter> painter = MakePainterFor(options);
 
   RunRecord record;
   Host& host = Host::Instance();
@@ -194,6 +194,8 @@ int Run(const RunOptions& options) {
   const bool allDone = PlayAll(host, lines, options, record);
   const HoldInterrupts hold;
   if (allDone || options.keepGoing) {
+    // First: a picture that cannot be drawn must not leave a result behind that looks complete.
+    if (painter != nullptr) WritePictures(*painter, *host.frames.Active(), options, record);
     qelhost::SetWriteCancel(IsInterrupted);
     try {
       WriteResults(data, targets, options, record);
@@ -225,6 +227,15 @@ std::function<int()> DefineRun(CLI::App& app) {
   app.add_flag("--dry-run", options->dryRun, "Play, and write no data set");
   app.add_flag("--keep-going", options->keepGoing, "Go on, and write, after a line has failed");
   app.add_flag("--force", options->force, "Replace files that exist");
+  app.add_option("--image", options->image, "Draw the result to this PNG file");
+  app.add_option("--image-before", options->imageBefore, "Draw the data as they were");
+  app.add_option("--image-pair", options->imagePair, "Draw both side by side");
+  app.add_option("--image-variable", options->imageVariable,
+                 "Variable that colours the pictures instead of the first one altered");
+  app.add_option("--image-width", options->imageWidth, "Pixels of a picture")
+      ->check(CLI::Range(64, 8192));
+  app.add_option("--image-height", options->imageHeight, "Pixels of a picture")
+      ->check(CLI::Range(64, 8192));
   CLI::Option* ghostCells = app.add_flag(
       "--ghost-cells", options->ghostCells,
       "Mark cells that picks have hidden in vtkGhostType as well, so that other programs "

@@ -121,7 +121,8 @@ void RequireFree(const std::string& target, bool force) {
 }  // namespace
 
 std::vector<std::string> PlanTargets(const RunOptions& options) {
-  for (const std::string& byProduct : {options.report, options.record}) {
+  for (const std::string& byProduct :
+       {options.report, options.record, options.image, options.imageBefore, options.imagePair}) {
     if (byProduct.empty()) continue;
     RequireFree(byProduct, options.force);
     RequireFolder(fs::path(byProduct).parent_path(), byProduct);

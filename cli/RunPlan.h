@@ -6,12 +6,21 @@
 
 namespace marquell::cli {
 
+/// Picks hide cells by this variable.
+constexpr char kBlankingVariable[] = "PICK_BLANK";
+
 struct RunOptions {
   std::string journal;
   std::vector<std::string> inputs;
   std::string output;
   std::string report;
   std::string record;
+  std::string image;
+  std::string imageBefore;
+  std::string imagePair;
+  std::string imageVariable;
+  int imageWidth = 800;
+  int imageHeight = 600;
   std::vector<std::string> addOns;
   bool summary = false;
   bool dryRun = false;

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, and edits a real flow field; the result lies in demo/.
+# Installs what is missing, builds, and edits a real flow field; the result, and a picture of before and after, lie in demo/.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
@@ -12,6 +12,7 @@ cd "$root"
 echo
 echo "Editing examples/pitzDaily/pitzDaily.vtm with examples/pitzDaily/edits.journal"
 build/bin/marquell run examples/pitzDaily/edits.journal examples/pitzDaily/pitzDaily.vtm \
-  -o demo/edited.vtm --force --summary --report demo/report.json
+  -o demo/edited.vtm --force --summary --report demo/report.json \
+  --image-pair demo/before-after.png --image-variable "p (cell)" --image-width 760 --image-height 320
 echo
-echo "Wrote demo/edited.vtm and demo/report.json"
+echo "Wrote demo/edited.vtm, demo/report.json and demo/before-after.png"

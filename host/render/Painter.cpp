@@ -1,0 +1,79 @@
+#include "Picture.h"
+
+#include <vtkImageData.h>
+#include <vtkNew.h>
+#include <vtkPNGWriter.h>
+#include <vtkUnsignedCharArray.h>
+
+#include <cstdio>
+#include <cstring>
+#include <numeric>
+
+#include "EglWindow.h"
+#include "Scene.h"
+
+namespace qelhost {
+namespace {
+
+class EglPainter : public Painter {
+ public:
+  Picture Draw(Frame& frame, const PictureOptions& options) override {
+    vtkNew<EglWindow> window;
+    if (!window->Open(options.width, options.height)) {
+      throw PictureError("pictures cannot be drawn: no OpenGL without a window system (EGL)");
+    }
+    const Scene scene = MakeScene(frame, options);
+    window->AddRenderer(scene.margin);
+    window->AddRenderer(scene.plot);
+    window->Render();
+    Picture picture{options.width, options.height, {}};
+    const std::size_t row = 3 * static_cast<std::size_t>(options.width);
+    picture.rgb.resize(row * static_cast<std::size_t>(options.height));
+    vtkNew<vtkUnsignedCharArray> pixels;
+    constexpr int kFrontBuffer = 0;
+    window->GetPixelData(0, 0, options.width - 1, options.height - 1, kFrontBuffer, pixels.Get(),
+                         0);
+    // VTK counts rows from the bottom.
+    for (int y = 0; y < options.height; ++y) {
+      std::memcpy(picture.rgb.data() + row * static_cast<std::size_t>(options.height - 1 - y),
+                  pixels->GetPointer(static_cast<vtkIdType>(row) * y), row);
+    }
+    window->RemoveRenderer(scene.plot);
+    window->RemoveRenderer(scene.margin);
+    return picture;
+  }
+
+  void WritePng(const std::vector<Picture>& pictures, const std::string& path) override {
+    const int height = pictures.front().height;
+    const int width = std::accumulate(pictures.begin(), pictures.end(), 0,
+                                      [](int sum, const Picture& one) { return sum + one.width; });
+    vtkNew<vtkImageData> image;
+    image->SetDimensions(width, height, 1);
+    image->AllocateScalars(VTK_UNSIGNED_CHAR, 3);
+    int left = 0;
+    for (const Picture& picture : pictures) {
+      const std::size_t row = 3 * static_cast<std::size_t>(picture.width);
+      for (int y = 0; y < height; ++y) {
+        std::memcpy(image->GetScalarPointer(left, height - 1 - y, 0),
+                    picture.rgb.data() + row * static_cast<std::size_t>(y), row);
+      }
+      left += picture.width;
+    }
+    const std::string temporary = path + ".part";
+    vtkNew<vtkPNGWriter> writer;
+    writer->SetInputData(image);
+    writer->SetFileName(temporary.c_str());
+    writer->Write();
+    if (writer->GetErrorCode() != 0 || std::rename(temporary.c_str(), path.c_str()) != 0) {
+      std::remove(temporary.c_str());
+      throw PictureError(path + ": the picture cannot be written");
+    }
+  }
+};
+
+}  // namespace
+}  // namespace qelhost
+
+extern "C" __attribute__((visibility("default"))) qelhost::Painter* QelMakePainter() {
+  return new qelhost::EglPainter();
+}
