@@ -23,11 +23,40 @@ bool ShowNodes(const QelNodeMap*, QelNodeSpan_s* span) {
   return true;
 }
 
-const QelBulkAccess_s kNodesOnly = {
-    [](const QelFieldData*, QelFieldSpan_s*) { return false; }, ShowNodes,
-    [](double*) { return false; },
-    [](LgIndex_t, const std::uint64_t**, std::int64_t*) { return false; },
-    [](LgIndex_t, const std::uint64_t**, std::int64_t*) { return false; }};
+/// What is hidden as bits, as the host that answers for each would say it.
+template <bool (fakehost::FakeHost::*isBlanked)(LgIndex_t zone, LgIndex_t item)>
+bool ShowBlanked(LgIndex_t zone, LgIndex_t itemCount, const std::uint64_t** bits,
+                 std::int64_t* count) {
+  constexpr LgIndex_t kBitsPerWord = 64;
+  static std::vector<std::uint64_t> words;
+  words.assign(static_cast<std::size_t>(itemCount / kBitsPerWord + 1), 0);
+  for (LgIndex_t item = 0; item < itemCount; ++item) {
+    const std::uint64_t bit = (fakehost::Host().*isBlanked)(zone, item + 1) ? 1 : 0;
+    words[static_cast<std::size_t>(item / kBitsPerWord)] |= bit << (item % kBitsPerWord);
+  }
+  *bits = words.data();
+  *count = itemCount;
+  return true;
+}
+
+bool ShowBlankedCells(LgIndex_t zone, const std::uint64_t** bits, std::int64_t* count) {
+  const LgIndex_t cellCount = fakehost::Host().ZoneAt(zone)->mesh.CellCount();
+  return ShowBlanked<&fakehost::FakeHost::IsBlankedCell>(zone, cellCount, bits, count);
+}
+
+bool ShowBlankedNodes(LgIndex_t zone, const std::uint64_t** bits, std::int64_t* count) {
+  const LgIndex_t nodeCount = fakehost::Host().ZoneAt(zone)->mesh.NodeCount();
+  return ShowBlanked<&fakehost::FakeHost::IsBlankedNode>(zone, nodeCount, bits, count);
+}
+
+bool ShowNoField(const QelFieldData*, QelFieldSpan_s*) { return false; }
+bool ShowNoProjection(double*) { return false; }
+bool ShowNoBits(LgIndex_t, const std::uint64_t**, std::int64_t*) { return false; }
+
+const QelBulkAccess_s kNodesOnly = {ShowNoField, ShowNodes, ShowNoProjection, ShowNoBits,
+                                    ShowNoBits};
+const QelBulkAccess_s kNodesAndBits = {ShowNoField, ShowNodes, ShowNoProjection, ShowBlankedCells,
+                                       ShowBlankedNodes};
 
 /// Keeps the mesh's nodes for ShowNodes, in the width and from the index base given.
 void KeepNodes(const Mesh& mesh, std::int32_t width, std::int32_t base) {
@@ -54,11 +83,12 @@ class PickProperty : public fakehost::FakeHostTest, public ::testing::WithParamI
     host.keepsCalls = false;
     const Scene scene = reference::MakeScene(random, Type());
     InitQelAddOn113();
-    // One seed in two the host shows its connectivity, the same of all zones; no answer differs.
+    // One seed in two the host shows its connectivity, the same of all zones, and of these one in
+    // three what is hidden; no answer differs.
     if (seed % 2 == 0) {
       KeepNodes(host.ZoneAt(1)->mesh, seed % 4 == 0 ? 8 : 4,
                 static_cast<std::int32_t>(seed / 4 % 2));
-      host.extensions[QEL_EXTENSION_BULK_ACCESS] = &kNodesOnly;
+      host.extensions[QEL_EXTENSION_BULK_ACCESS] = seed % 3 == 0 ? &kNodesAndBits : &kNodesOnly;
     }
     return scene;
   }

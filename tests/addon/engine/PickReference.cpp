@@ -327,7 +327,8 @@ Scene MakeScene(Random& random, QelZoneType_e type) {
   if (scene.is3d) {
     Host().ActiveFrame().view.psi = random.Below(90);
     Host().ActiveFrame().view.alpha = random.Below(90);
-  } else if (random.Flip()) {
+  }
+  if (random.Flip()) {
     Host().paperScale = 2.0;
     Host().paperX = random.Eighths(-2, 2);
     Host().paperY = random.Eighths(-2, 2);

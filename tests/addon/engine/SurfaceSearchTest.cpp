@@ -372,6 +372,13 @@ TEST_F(SurfaceSearch, LooksAtEachFaceOfAReachedNodeOnce) {
   EXPECT_LE(host.CallCount("QelUtilDataFaceNbrGetNumNByRef"), facesAtNodes + kToSeeTheSeed);
 }
 
+TEST_F(SurfaceSearch, EntersEachElementOnce) {
+  Show(MakeLattice(ZoneType_FEQuad, 8, 8, 0));
+  ASSERT_THAT(Reached(1), SizeIs(80));
+  constexpr int kCornersLookedAt = 3;
+  EXPECT_LE(host.CallCount("QelUtilDataNodeGetByRef"), 64 * kCornersLookedAt);
+}
+
 constexpr std::size_t kSmallStack = std::size_t{256} * 1024;
 
 void* CallFunction(void* function) {
@@ -433,7 +440,7 @@ INSTANTIATE_TEST_SUITE_P(
     Types, LargeSurface,
     ::testing::Values(LargeRow{"Ordered", ZoneType_Ordered, {2000, 2000, 0}, 2001 * 2001},
                       LargeRow{"Quads", ZoneType_FEQuad, {2000, 2000, 0}, 2001 * 2001 - 1},
-                      LargeRow{"Bricks", ZoneType_FEBrick, {1000, 1000, 1}, 1001 * 1001 * 2},
+                      LargeRow{"Bricks", ZoneType_FEBrick, {1000, 500, 1}, 1001 * 501 * 2},
                       LargeRow{"Tetrahedra", ZoneType_FETetra, {400, 100, 1}, 401 * 101 * 2},
                       LargeRow{"Polyhedra", ZoneType_FEPolyhedron, {200, 100, 1}, 201 * 101 * 2},
                       LargeRow{"Polygons", ZoneType_FEPolygon, {300, 300, 0}, 301 * 301}),

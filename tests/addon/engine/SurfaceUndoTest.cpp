@@ -78,6 +78,15 @@ TEST_F(SurfaceUndo, UndoFromTheDialogSaysThatTheGeometryIsGone) {
   ExpectAreasAreWholeAgain();
 }
 
+TEST_F(SurfaceUndo, RepeatedPickInUndoFormForgetsTheGeometry) {
+  Prepare();
+  ClickSeed(1, 1);
+  EXPECT_TRUE(Session().ApplySurface(true));
+  EXPECT_EQ(host.ValuesOf(1, n)[0], 20.0) << "with the modifier as it is";
+  EXPECT_EQ(Session().UndoGeometry(), 0);
+  EXPECT_FALSE(Session().IsUndoAvailable());
+}
+
 TEST_F(SurfaceUndo, PlayedUndoNeedsNoGeometry) {
   const QelGeomID_t id = Prepare();
   ClickSeed(1, 1);
@@ -131,7 +140,7 @@ struct FaultRow {
 
 void Choose(FakeHost& host, Selvane& session) {
   session.SetPickKind(PickKind::Rectangle, true);
-  session.SetAlterVariableByName("n");
+  session.SetAlterVariable(4);
   session.ParseModifier("+5");
   host.AddGeometry({0, GeomType_Rectangle, {-1, -1, 0}, 9, 9, {}, CoordSys_Grid});
 }
