@@ -190,10 +190,11 @@ bool Selvane::ApplyToZones(const InsideFiller& fillInside) {
   UnshareTargets(zones);
 
   const ProgressReport progress;
+  const QelBulkAccess_s* const bulk = BulkAccess();
   bool areApplied = true;
   std::size_t doneCount = 0;
   for (const LgIndex_t zone : zones) {
-    areApplied = ApplyToZone(zone, fillInside, progress) && areApplied;
+    areApplied = ApplyToZone(zone, fillInside, progress, bulk) && areApplied;
     progress.Done(++doneCount, zones.size());
   }
   return areApplied;
@@ -222,7 +223,7 @@ void Selvane::UnshareTargets(const std::vector<LgIndex_t>& zones) const {
 
 /// False when a surface pick's seed is not on the zone's surface; nothing is changed then.
 bool Selvane::ApplyToZone(LgIndex_t zone, const InsideFiller& fillInside,
-                          const ProgressReport& progress) {
+                          const ProgressReport& progress, const QelBulkAccess_s* bulk) {
   const ZoneSize size = SizeOfZone(zone);
   if (size.nodeCount < 1 || size.cellCount < 1) return !m_isSurfaceOnly;
   const std::optional<FieldWriter> writer = OpenForWriting(zone, OnNoReference::Throw);
@@ -234,8 +235,8 @@ bool Selvane::ApplyToZone(LgIndex_t zone, const InsideFiller& fillInside,
 
   const bool skipBlanked = !m_isBlankMode && QelUtilBlankingIsActive();
   const TakenItems taken = writer->isCellCentred
-                               ? TakenCells(zone, m_pickRule, inside, skipBlanked)
-                               : TakenNodes(zone, m_pickRule, inside, skipBlanked);
+                               ? TakenCells(zone, m_pickRule, inside, skipBlanked, bulk)
+                               : TakenNodes(zone, m_pickRule, inside, skipBlanked, bulk);
   const std::int64_t writtenCount = AlterTaken(*writer, m_lastApplied, taken);
   FinishZone(*writer, writtenCount);
   progress.Changed(*writer, writtenCount);

@@ -23,7 +23,7 @@ struct CommandInput {
   std::optional<std::int32_t> zone;
   std::optional<std::int32_t> item;  ///< the element or the seed point
   std::optional<PickRule> rule;
-  std::optional<std::string> variable;
+  std::optional<LgIndex_t> variable;
   std::optional<std::string> modifier;
 };
 
@@ -53,8 +53,10 @@ bool ReadRule(const MacroValue& value, CommandInput& input) {
 
 bool ReadVariable(const MacroValue& value, CommandInput& input) {
   std::string name;
-  if (!MacroEngine.GetString(value, name) || QelUtilVarGetNumByName(name.c_str()) < 1) return false;
-  input.variable = name;
+  if (!MacroEngine.GetString(value, name)) return false;
+  const LgIndex_t variable = QelUtilVarGetNumByName(name.c_str());
+  if (variable < 1) return false;
+  input.variable = variable;
   return true;
 }
 
@@ -70,7 +72,7 @@ bool ReadModifier(const MacroValue& value, CommandInput& input) {
 /// Choices that the command does not give stay as the session holds them.
 void TakeChoices(Selvane& engine, const CommandInput& input) {
   if (input.rule) engine.SetPickRule(*input.rule);
-  if (input.variable) engine.SetAlterVariableByName(*input.variable);
+  if (input.variable) engine.SetAlterVariable(*input.variable);
   if (input.modifier) engine.ParseModifier(*input.modifier);
 }
 

@@ -33,8 +33,7 @@ void Selvane::PickElementByProbe(bool nodeWanted) {
   if (m_pickKind != PickKind::Element) return;
   const LgIndex_t zone = QelUtilProbeFieldGetZone();
   if (zone < 1) return;
-  UnshareTarget(zone);
-  const std::optional<FieldWriter> writer = OpenForWriting(zone, OnNoReference::Throw);
+  std::optional<FieldWriter> writer = OpenForWriting(zone, OnNoReference::Throw);
   if (!writer) return;
 
   if (nodeWanted == writer->isCellCentred) {
@@ -44,6 +43,9 @@ void Selvane::PickElementByProbe(bool nodeWanted) {
   const LgIndex_t element = nodeWanted ? QelUtilProbeGetPointIndex() : QelUtilProbeFieldGetCell();
   if (element < 1) return;
 
+  // Not before it is sure that something is altered.
+  writer = Unshared(*writer, OnNoReference::Throw);
+  if (!writer) return;
   AlterElement(*writer, element);
   if (m_isBlankMode) {
     RecordBlankElement();
@@ -58,9 +60,10 @@ bool Selvane::PickElement(LgIndex_t zone, LgIndex_t element) {
   HOST_CHECK(QelUtilDataSetGetInfo(NULL, &numZones, NULL));
   if (zone > numZones || !QelUtilDataSetIsAvailable()) return false;
 
-  UnshareTarget(zone);
-  const std::optional<FieldWriter> writer = OpenForWriting(zone, OnNoReference::Refuse);
+  std::optional<FieldWriter> writer = OpenForWriting(zone, OnNoReference::Refuse);
   if (!writer || element > QelUtilDataValueGetCountByRef(writer->field)) return false;
+  writer = Unshared(*writer, OnNoReference::Refuse);
+  if (!writer) return false;
 
   m_pickKind = PickKind::Element;
   AlterElement(*writer, element);

@@ -56,7 +56,11 @@ void Selvane::TakeNewestGeometry() {
 
 void Selvane::FollowMouseMode() {
   const HostLock lock;
-  m_pickKind = KindUnder(QelUtilMouseGetCurrentMode(), m_pickKind);
+  const PickKind kind = KindUnder(QelUtilMouseGetCurrentMode(), m_pickKind);
+  if (kind == m_pickKind) return;
+  // An undo repeats the last pick by its kind.
+  DiscardUndo();
+  m_pickKind = kind;
 }
 
 }  // namespace qelvane::qelutiltools

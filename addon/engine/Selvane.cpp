@@ -83,16 +83,6 @@ void Selvane::SetAlterVariable(LgIndex_t var) {
   SyncContours();
 }
 
-bool Selvane::SetAlterVariableByName(const std::string& name) {
-  const HostLock lock;
-  const LgIndex_t var = QelUtilVarGetNumByName(name.c_str());
-  const bool isFound = var > 0;
-  if (isFound) m_alterVar = var;
-  DiscardUndo();
-  SyncContours();
-  return isFound;
-}
-
 void Selvane::SetSyncContours(bool on) {
   const HostLock lock;
   m_isSyncingContours = on;

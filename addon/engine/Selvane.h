@@ -45,9 +45,6 @@ class Selvane {
   /// Chooses the variable that alterations change; a number out of range is clamped. Discards undo.
   void SetAlterVariable(LgIndex_t var);
 
-  /// The same by name. False, keeping the variable, when there is none of that name.
-  bool SetAlterVariableByName(const std::string& name);
-
   /// Whether contour group C1 follows the alter variable.
   void SetSyncContours(bool on);
   void SyncContours();
@@ -177,7 +174,8 @@ class Selvane {
   // WritePath.cpp
   LgIndex_t TargetVariable() const { return m_isBlankMode ? m_blankVar : m_alterVar; }
   std::optional<FieldWriter> OpenForWriting(LgIndex_t zoneNum, OnNoReference onNoReference);
-  void UnshareTarget(LgIndex_t zoneNum) const;
+  bool UnshareTarget(LgIndex_t zoneNum) const;
+  std::optional<FieldWriter> Unshared(const FieldWriter& writer, OnNoReference onNoReference);
   void FinishZone(const FieldWriter& writer, std::int64_t writtenCount);
 
   bool ShowPickKind();
@@ -198,7 +196,8 @@ class Selvane {
   bool ApplyInBoundary3d(CPickBoundary3d& boundary);
   bool ApplyForPlotType(QelPlotType_e plotType);
   bool ApplyToZones(const InsideFiller& fillInside);
-  bool ApplyToZone(LgIndex_t zone, const InsideFiller& fillInside, const ProgressReport& progress);
+  bool ApplyToZone(LgIndex_t zone, const InsideFiller& fillInside, const ProgressReport& progress,
+                   const QelBulkAccess_s* bulk);
   std::vector<LgIndex_t> ZonesToChange();
   void UnshareTargets(const std::vector<LgIndex_t>& zones) const;
 

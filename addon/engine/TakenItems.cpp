@@ -76,25 +76,20 @@ auto NodesOf(const QelNodeSpan_s& span) {
       };
 }
 
-/// Null where the host offers none.
-const QelBulkAccess_s* BulkAccess() {
-  if (QelUtilExtensionGet == nullptr) return nullptr;
-  return static_cast<const QelBulkAccess_s*>(QelUtilExtensionGet(QEL_EXTENSION_BULK_ACCESS));
-}
-
 /// False unless the host shows the nodes of all the zone's elements.
-bool HasNodeSpan(const QelNodeMap* nodeMap, const ZoneDims& dims, QelNodeSpan_s& span) {
-  const QelBulkAccess_s* const bulk = BulkAccess();
+bool HasNodeSpan(const QelBulkAccess_s* bulk, const QelNodeMap* nodeMap, const ZoneDims& dims,
+                 QelNodeSpan_s& span) {
   return bulk != nullptr && bulk->nodeMapSpan(nodeMap, &span) && span.nodesPerElement == dims.k &&
          span.count == dims.j && (span.indexWidth == 4 || span.indexWidth == 8);
 }
 
-TakenItems NodeMapCells(LgIndex_t zoneNum, PickRule rule, const InsideSet& inside) {
+TakenItems NodeMapCells(LgIndex_t zoneNum, PickRule rule, const InsideSet& inside,
+                        const QelBulkAccess_s* bulk) {
   const ZoneDims dims = DimsOfZone(zoneNum);
   const QelNodeMap* nodeMap = nullptr;
   HOST_CHECK(nodeMap = QelUtilDataNodeGetReadableRef(zoneNum));
   QelNodeSpan_s span{};
-  if (!HasNodeSpan(nodeMap, dims, span)) {
+  if (!HasNodeSpan(bulk, nodeMap, dims, span)) {
     return CornerCells(dims, rule, inside, [nodeMap](std::int64_t cell, std::int64_t corner) {
       return std::int64_t{QelUtilDataNodeGetByRef(nodeMap, HostIndex(cell), HostIndex(corner))} - 1;
     });
@@ -165,7 +160,8 @@ TakenItems Shown(const TakenItems& taken, LgIndex_t zone, BlankedBits blankedBit
           [shown](std::int64_t word) { return (*shown)[static_cast<std::size_t>(word)]; }};
 }
 
-TakenItems CellsOnSide(LgIndex_t zone, PickRule rule, const InsideSet& inside) {
+TakenItems CellsOnSide(LgIndex_t zone, PickRule rule, const InsideSet& inside,
+                       const QelBulkAccess_s* bulk) {
   switch (QelUtilZoneGetType(zone)) {
     case ZoneType_Ordered:
       return OrderedCells(zone, rule, inside);
@@ -174,7 +170,7 @@ TakenItems CellsOnSide(LgIndex_t zone, PickRule rule, const InsideSet& inside) {
     case ZoneType_FETetra:
     case ZoneType_FEBrick:
     case ZoneType_FELineSeg:
-      return NodeMapCells(zone, rule, inside);
+      return NodeMapCells(zone, rule, inside, bulk);
     case ZoneType_FEPolygon:
     case ZoneType_FEPolyhedron:
       return FaceBasedCells(zone, rule, inside);
@@ -191,6 +187,11 @@ bool IsCellShown(LgIndex_t zone, bool isOrdered, std::int64_t cell) {
 
 }  // namespace
 
+const QelBulkAccess_s* BulkAccess() {
+  if (QelUtilExtensionGet == nullptr) return nullptr;
+  return static_cast<const QelBulkAccess_s*>(QelUtilExtensionGet(QEL_EXTENSION_BULK_ACCESS));
+}
+
 ZoneSize SizeOfZone(LgIndex_t zone) {
   if (QelUtilZoneGetType(zone) == ZoneType_Ordered) {
     const OrderedGrid grid = GridOfZone(zone);
@@ -201,21 +202,21 @@ ZoneSize SizeOfZone(LgIndex_t zone) {
   return {dims.i, dims.j};
 }
 
-TakenItems TakenNodes(LgIndex_t zone, PickRule rule, const InsideSet& inside, bool skipBlanked) {
+TakenItems TakenNodes(LgIndex_t zone, PickRule rule, const InsideSet& inside, bool skipBlanked,
+                      const QelBulkAccess_s* bulk) {
   const std::uint64_t flip = TakesOutside(rule) ? ~std::uint64_t{0} : 0;
   const TakenItems taken{inside.NodeCount(),
                          [&inside, flip](std::int64_t word) { return inside.Word(word) ^ flip; }};
   if (!skipBlanked) return taken;
-  const QelBulkAccess_s* const bulk = BulkAccess();
   return Shown(
       taken, zone, bulk == nullptr ? nullptr : bulk->blankedNodes,
       [zone](std::int64_t node) { return QelUtilBlankingCheckDataPoint(zone, HostIndex(node)); });
 }
 
-TakenItems TakenCells(LgIndex_t zone, PickRule rule, const InsideSet& inside, bool skipBlanked) {
-  const TakenItems taken = CellsOnSide(zone, rule, inside);
+TakenItems TakenCells(LgIndex_t zone, PickRule rule, const InsideSet& inside, bool skipBlanked,
+                      const QelBulkAccess_s* bulk) {
+  const TakenItems taken = CellsOnSide(zone, rule, inside, bulk);
   if (!skipBlanked) return taken;
-  const QelBulkAccess_s* const bulk = BulkAccess();
   const bool isOrdered = QelUtilZoneGetType(zone) == ZoneType_Ordered;
   return Shown(taken, zone, bulk == nullptr ? nullptr : bulk->blankedCells,
                [zone, isOrdered](std::int64_t cell) { return IsCellShown(zone, isOrdered, cell); });

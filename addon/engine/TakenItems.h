@@ -3,6 +3,7 @@
 #include "InsideSet.h"
 #include "PickTypes.h"
 
+#include "qelvane/Extensions.h"
 #include "qelvane/Types.h"
 
 #include <cstdint>
@@ -25,11 +26,16 @@ struct TakenItems {
   std::function<std::uint64_t(std::int64_t word)> word;
 };
 
+/// What lets the host show its memory, asked for once an operation; null where it does not.
+const QelBulkAccess_s* BulkAccess();
+
 /// The nodes on the rule's side of the boundary; ANY and ALL make no difference to a node.
 /// With skipBlanked the nodes that blanking hides are left out.
-TakenItems TakenNodes(LgIndex_t zone, PickRule rule, const InsideSet& inside, bool skipBlanked);
+TakenItems TakenNodes(LgIndex_t zone, PickRule rule, const InsideSet& inside, bool skipBlanked,
+                      const QelBulkAccess_s* bulk);
 
 /// The cells that the rule takes by their corners. None in a zone of a type without cells.
-TakenItems TakenCells(LgIndex_t zone, PickRule rule, const InsideSet& inside, bool skipBlanked);
+TakenItems TakenCells(LgIndex_t zone, PickRule rule, const InsideSet& inside, bool skipBlanked,
+                      const QelBulkAccess_s* bulk);
 
 }  // namespace qelvane::qelutiltools

@@ -46,9 +46,7 @@ void AlterValue(const FieldWriter& writer, const ValueModifier& modifier, LgInde
 
 std::int64_t AlterTaken(const FieldWriter& writer, const ValueModifier& modifier,
                         const TakenItems& taken) {
-  QelFieldGet_pf get = nullptr;
   QelFieldSet_pf set = nullptr;
-  HOST_CHECK(get = QelUtilDataValueRefGetGetFunc(writer.field));
   HOST_CHECK(set = QelUtilDataValueRefGetSetFunc(writer.field));
 
   // The accessors check nothing, so a field shorter than its zone must not be run over.
@@ -60,6 +58,8 @@ std::int64_t AlterTaken(const FieldWriter& writer, const ValueModifier& modifier
       set(field, static_cast<LgIndex_t>(item), modifier.value);
     });
   }
+  QelFieldGet_pf get = nullptr;
+  HOST_CHECK(get = QelUtilDataValueRefGetGetFunc(writer.field));
   return VisitTaken(valueCount, taken.word, [=](std::int64_t item) {
     const auto offset = static_cast<LgIndex_t>(item);
     set(field, offset, ApplyModifier(modifier, get(field, offset)));
@@ -93,10 +93,19 @@ std::optional<FieldWriter> Selvane::OpenForWriting(LgIndex_t zoneNum, OnNoRefere
   return FieldWriter{zoneNum, varNum, isCellCentred, fieldDataPtr};
 }
 
-void Selvane::UnshareTarget(LgIndex_t zoneNum) const {
+/// Whether the zone had shared the values of the target, and has its own now.
+bool Selvane::UnshareTarget(LgIndex_t zoneNum) const {
   const LgIndex_t varNum = TargetVariable();
-  if (varNum < 1 || QelUtilDataValueGetShareCount(zoneNum, varNum) <= 1) return;
+  if (varNum < 1 || QelUtilDataValueGetShareCount(zoneNum, varNum) <= 1) return false;
   HOST_CHECK(QelUtilDataValueBranchShared(zoneNum, varNum));
+  return true;
+}
+
+/// The same values, the zone's own; other zones keep theirs.
+std::optional<FieldWriter> Selvane::Unshared(const FieldWriter& writer,
+                                             OnNoReference onNoReference) {
+  if (!UnshareTarget(writer.zone)) return writer;
+  return OpenForWriting(writer.zone, onNoReference);
 }
 
 void Selvane::FinishZone(const FieldWriter& writer, std::int64_t writtenCount) {

@@ -168,9 +168,9 @@ TEST_F(MacroElement, ContourFollowsTheVariableOnlyWhenAsked) {
   EXPECT_EQ(host.ActiveFrame().contourVar, 0);
   Session().SetSyncContours(true);
   EXPECT_EQ(host.ActiveFrame().contourVar, n);
-  EXPECT_TRUE(Session().SetAlterVariableByName("c"));
+  PlayWell("ALTERELEMENT VARIABLE=\"c\" ZONE=1 ELEMENT=1");
   EXPECT_EQ(host.ActiveFrame().contourVar, c);
-  EXPECT_FALSE(Session().SetAlterVariableByName("none"));
+  PlayBadly("ALTERELEMENT VARIABLE=\"none\" ZONE=1 ELEMENT=1");
   EXPECT_EQ(Session().AlterVariable(), c);
 }
 
