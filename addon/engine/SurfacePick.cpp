@@ -103,7 +103,8 @@ bool Selvane::ApplySurfaceInGeometry(QelGeomID_t geometry, bool undo) {
   const bool isApplied = ApplyForPlotType(plotType);
   if (undo) {
     DiscardUndo();
-  } else {
+  } else if (isApplied) {
+    // A refused seed changed nothing: what was altered before can still be undone.
     m_undoGeometry = geometry;
   }
   if (!isApplied) QelUtilDialogErrMsg(kSeedNotOnSurface);

@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include <array>
 #include <functional>
 #include <vector>
@@ -193,8 +195,11 @@ TEST_F(Frames, RefuseZonesThatCannotBe) {
   EXPECT_FALSE(QelUtilDataSetAddZone("a", 8, 1, 6, ZoneType_FEPolyhedron, nullptr));
   EXPECT_FALSE(QelUtilDataSetAddZone("a", 8, 0, 0, ZoneType_FEBrick, nullptr));
   EXPECT_FALSE(QelUtilCreateSphericalZone(1, 5, 0, 0, 0, 1, FieldDataType_Float));
-  EXPECT_FALSE(QelUtilCreateSphericalZone(5, 5, 0, 0, 0, -1, FieldDataType_Float));
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  EXPECT_FALSE(QelUtilCreateSphericalZone(5, 5, 0, 0, 0, nan, FieldDataType_Float));
   EXPECT_EQ(QelUtilDataSetGetNumZones(), 1);
+  // It holds no point, but there is no harm in drawing it.
+  EXPECT_TRUE(QelUtilCreateSphericalZone(5, 5, 0, 0, 0, -1, FieldDataType_Float));
 }
 
 TEST_F(Frames, MakeASphereAboveItsLowestPoint) {
