@@ -1,8 +1,16 @@
 // Stories from menu to values, each played back from what was recorded.
 #include "User.h"
 
+#include "DataSetFiles.h"
+#include "Journal.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 
 namespace scenario {
 namespace {
@@ -255,6 +263,48 @@ TEST(Story, ClosesAndReopensWhereItWas) {
   EXPECT_THAT(user.host.helpAsked, ElementsAre("selvane.html"));
   user.ExpectReplayGivesTheSame();
   user.host.Quit();
+}
+
+std::string BytesOf(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+TEST(Story, MakesTheSameFileInTheWindowAndOnTheCommandLine) {
+  const std::string input = std::string(MARQUELL_EXAMPLES) + "/part/gmsh_part.vtu";
+  const std::filesystem::path folder = std::filesystem::path(testing::TempDir()) / "marquell-story";
+  std::filesystem::create_directories(folder);
+  const std::string byHand = (folder / "by-hand.vtu").string();
+  const std::string journal = (folder / "session.journal").string();
+  const std::string played = (folder / "played.vtu").string();
+  {
+    User user([&] { return std::vector<qelhost::DataSetPtr>{qelhost::ReadDataSet(input)}; });
+    user.OpenDialog();
+    user.ChooseVariable("phi");
+    user.EnterModifier("*1.5");
+    user.Tool(kRectangleTool);
+    user.Draw("RECTANGLE X=-0.6 Y=-0.35 WIDTH=0.9 HEIGHT=0.5");
+    user.Press("Apply Alteration");
+    user.Press("Undo last alter");
+    user.Press("Apply Alteration");
+    user.Page(2);
+    user.Press(" XZ ");
+    user.Tool(kCubeTool);
+    user.EnterNumber(kSizeX, "0.75");
+    user.Spin(kRotateZ, false);
+    user.ChooseItem("Any");
+    user.AnswerNext(true);
+    user.Press("Apply Blanking");
+    qelhost::WriteDataSet(*user.host.frames.Active()->Data(), byHand);
+    qelhost::WriteJournal(journal, user.Journal());
+  }
+  const std::string command = std::string(MARQUELL_PROGRAM) + " run " + journal + " " + input +
+                              " -o " + played + " --force";
+  ASSERT_EQ(std::system(command.c_str()), 0) << BytesOf(journal);
+  EXPECT_FALSE(BytesOf(byHand).empty());
+  EXPECT_EQ(BytesOf(played), BytesOf(byHand));
+  EXPECT_NE(BytesOf(played), BytesOf(input));
+  std::filesystem::remove_all(folder);
 }
 
 }  // namespace
