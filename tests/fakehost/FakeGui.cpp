@@ -1,212 +1,340 @@
 // The dialog toolkit, as a model that nobody sees. The host never takes a dialog back, so dialogs
-// and controls outlive a test; which of them are up does not.
+// and controls outlive a test; which of them are up does not. What users do stands in FakeUser.cpp.
+#include "FakeGui.h"
+
 #include "FakeCall.h"
 
 #include <cstdlib>
 
 namespace fakehost {
 
-namespace {
-
-constexpr LgIndex_t kMainDialog = -1;
-constexpr LgIndex_t kNone = -2;
-
-struct Control {
-  std::string text;
-  std::vector<std::string> items;
-  LgIndex_t parent = kNone;
-  LgIndex_t value = 0;
-  bool isDialog = false;
-  bool isUp = false;
-  bool isSensitive = true;
-  bool isVisible = true;
-  QelGUIVoidCallback_pf init = nullptr;
-  QelGUIVoidCallback_pf close = nullptr;
-};
-
-std::vector<Control>& Controls() {
-  static auto* const controls = new std::vector<Control>();
+std::deque<Control>& AllControls() {
+  static auto* const controls = new std::deque<Control>();
   return *controls;
 }
 
-Control* At(LgIndex_t id) {
-  if (id < 1 || id > static_cast<LgIndex_t>(Controls().size())) return nullptr;
-  return &Controls()[static_cast<std::size_t>(id - 1)];
+Control* FindControl(LgIndex_t id) {
+  if (id < 1 || id > static_cast<LgIndex_t>(AllControls().size())) return nullptr;
+  return &AllControls()[static_cast<std::size_t>(id - 1)];
 }
 
-LgIndex_t Add(const char* function, LgIndex_t parent, const char* text) {
-  if (Fails(function, parent, text)) return kNone;
-  if (parent != kMainDialog && At(parent) == nullptr) return kNone;
+Control* FindControl(LgIndex_t id, ControlKind kind) {
+  Control* const found = FindControl(id);
+  return found != nullptr && found->made.kind == kind ? found : nullptr;
+}
+
+LgIndex_t PlaceOfPage(const Control& page) {
+  LgIndex_t place = 0;
+  for (const Control& control : AllControls()) {
+    if (control.made.parent == page.made.parent && control.made.kind == page.made.kind) ++place;
+    if (control.id == page.id) return place;
+  }
+  return 0;
+}
+
+void DropAllDialogs() {
+  for (Control& control : AllControls()) control.isUp = false;
+}
+
+namespace {
+
+bool HoldsControls(ControlKind kind) {
+  return kind == ControlKind::Dialog || kind == ControlKind::Tab || kind == ControlKind::TabPage ||
+         kind == ControlKind::Form || kind == ControlKind::FormPage;
+}
+
+bool HoldsText(ControlKind kind) {
+  return kind == ControlKind::TextField || kind == ControlKind::SpinField;
+}
+
+bool IsToggle(ControlKind kind) {
+  return kind == ControlKind::Toggle || kind == ControlKind::BitmapToggle;
+}
+
+/// Of what has a choice, the first is chosen.
+LgIndex_t FirstValue(const ControlMade& made) { return made.items.empty() ? 0 : 1; }
+
+LgIndex_t Add(const char* function, const ControlMade& made) {
+  if (Fails(function, made.parent, made.x, made.y, made.width, made.height, made.text.c_str())) {
+    return kNoControl;
+  }
+  Control* const parent = FindControl(made.parent);
+  if (parent == nullptr ? made.parent != kMainDialog : !HoldsControls(parent->made.kind)) {
+    Host().Report(std::string(function) + " got a parent that can hold no control");
+    return kNoControl;
+  }
   Control control;
-  control.parent = parent;
-  control.text = text == nullptr ? "" : text;
-  Controls().push_back(control);
-  return static_cast<LgIndex_t>(Controls().size());
+  control.id = static_cast<LgIndex_t>(AllControls().size() + 1);
+  control.made = made;
+  control.text = made.text;
+  control.items = made.items;
+  control.value = FirstValue(made);
+  AllControls().push_back(control);
+  return control.id;
 }
 
-void SetText(LgIndex_t id, const char* text) {
-  Control* const control = At(id);
-  if (control != nullptr && text != nullptr) control->text = text;
+/// A page is one of its parent's choices; the first one is shown until another is.
+LgIndex_t AddPage(const char* function, ControlKind kind, ControlKind parentKind, LgIndex_t parent,
+                  const char* label) {
+  if (FindControl(parent, parentKind) == nullptr) {
+    Host().Report(std::string(function) + " got a parent of another kind");
+    return kNoControl;
+  }
+  ControlMade made;
+  made.kind = kind;
+  made.parent = parent;
+  made.text = label == nullptr ? "" : label;
+  const LgIndex_t id = Add(function, made);
+  if (id == kNoControl) return id;
+  Control& holder = *FindControl(parent);
+  holder.items.push_back(made.text);
+  if (holder.value == 0) holder.value = 1;
+  return id;
 }
 
-void SetValue(LgIndex_t id, LgIndex_t value) {
-  if (Control* const control = At(id)) control->value = value;
+ControlMade At(ControlKind kind, LgIndex_t parent, LgIndex_t x, LgIndex_t y, LgIndex_t width,
+               LgIndex_t height, const char* text = nullptr) {
+  ControlMade made;
+  made.kind = kind;
+  made.parent = parent;
+  made.x = x;
+  made.y = y;
+  made.width = width;
+  made.height = height;
+  if (text != nullptr) made.text = text;
+  return made;
+}
+
+std::vector<std::string> CutAtCommas(const char* items) {
+  std::vector<std::string> cut;
+  std::string rest = items == nullptr ? "" : items;
+  while (!rest.empty()) {
+    const std::size_t comma = rest.find(',');
+    cut.push_back(rest.substr(0, comma));
+    rest = comma == std::string::npos ? "" : rest.substr(comma + 1);
+  }
+  return cut;
 }
 
 }  // namespace
-
-void DropAllDialogs() {
-  for (Control& control : Controls()) control.isUp = false;
-}
-
-bool FakeHost::IsDialogUp() const {
-  for (const Control& control : Controls()) {
-    if (control.isUp) return true;
-  }
-  return false;
-}
-
-void FakeHost::PressCloseButton(LgIndex_t dialog) {
-  Control* const control = At(dialog);
-  if (control != nullptr && control->close != nullptr) control->close();
-}
 
 }  // namespace fakehost
 
 using namespace fakehost;
 
-LgIndex_t QelGUIDialogCreateModeless(LgIndex_t parent, LgIndex_t, LgIndex_t, const char* title,
-                                     QelGUIVoidCallback_pf init, QelGUIVoidCallback_pf close,
-                                     QelGUIVoidCallback_pf) {
-  const LgIndex_t id = Add(__func__, parent, title);
-  if (Control* const dialog = At(id)) {
-    dialog->isDialog = true;
-    dialog->init = init;
-    dialog->close = close;
-  }
-  return id;
+// Dialogs ----------------------------------------------------------------------------------------
+
+LgIndex_t QelGUIDialogCreateModeless(LgIndex_t parent, LgIndex_t width, LgIndex_t height,
+                                     const char* title, QelGUIVoidCallback_pf init,
+                                     QelGUIVoidCallback_pf close, QelGUIVoidCallback_pf help) {
+  ControlMade made = At(ControlKind::Dialog, parent, 0, 0, width, height, title);
+  made.init = init;
+  made.close = close;
+  made.help = help;
+  return Add(__func__, made);
 }
 
 void QelGUIDialogLaunch(LgIndex_t dialog) {
   Note(__func__, dialog);
-  Control* const found = At(dialog);
-  if (found == nullptr || !found->isDialog) return;
+  Control* const found = FindControl(dialog, ControlKind::Dialog);
+  if (found == nullptr) return;
   found->isUp = true;
-  if (found->init != nullptr) found->init();
+  if (found->made.init != nullptr) found->made.init();
 }
 
 void QelGUIDialogDrop(LgIndex_t dialog) {
   Note(__func__, dialog);
-  if (Control* const found = At(dialog)) found->isUp = false;
+  if (Control* const found = FindControl(dialog, ControlKind::Dialog)) found->isUp = false;
 }
 
 bool QelGUIDialogIsUp(LgIndex_t dialog) {
-  const Control* const found = At(dialog);
+  const Control* const found = FindControl(dialog, ControlKind::Dialog);
   return !Fails(__func__, dialog) && found != nullptr && found->isUp;
 }
 
-LgIndex_t QelGUIBitmapToggleAdd(LgIndex_t parent, LgIndex_t, LgIndex_t, LgIndex_t, LgIndex_t,
-                                LgIndex_t, LgIndex_t, const char*, bool, LgIndex_t, LgIndex_t,
-                                LgIndex_t, QelGUIIntCallback_pf) {
-  return Add(__func__, parent, "");
+// Adding controls --------------------------------------------------------------------------------
+
+LgIndex_t QelGUIBitmapToggleAdd(LgIndex_t parent, LgIndex_t x, LgIndex_t y, LgIndex_t width,
+                                LgIndex_t height, LgIndex_t bitmapWidth, LgIndex_t bitmapHeight,
+                                const char* rgb, bool useTransparentColor, LgIndex_t red,
+                                LgIndex_t green, LgIndex_t blue,
+                                QelGUIIntCallback_pf valueChanged) {
+  ControlMade made = At(ControlKind::BitmapToggle, parent, x, y, width, height);
+  made.bitmapWidth = bitmapWidth;
+  made.bitmapHeight = bitmapHeight;
+  if (rgb != nullptr) made.pixels.assign(rgb, rgb + 3 * bitmapWidth * bitmapHeight);
+  made.hasTransparentColor = useTransparentColor;
+  made.transparentColor = {red, green, blue};
+  made.chosen = valueChanged;
+  return Add(__func__, made);
 }
-void QelGUISetToolTip(LgIndex_t control, const char* text) { Note(__func__, control, text); }
-LgIndex_t QelGUITabAdd(LgIndex_t parent, LgIndex_t, LgIndex_t, LgIndex_t, LgIndex_t,
-                       QelGUIIntCallback_pf, QelGUIIntCallback_pf) {
-  return Add(__func__, parent, "");
+
+void QelGUISetToolTip(LgIndex_t control, const char* text) {
+  Note(__func__, control, text);
+  Control* const found = FindControl(control);
+  if (found != nullptr && text != nullptr) found->toolTip = text;
 }
-LgIndex_t QelGUITabAddPage(LgIndex_t tab, const char* label) { return Add(__func__, tab, label); }
+
+LgIndex_t QelGUITabAdd(LgIndex_t parent, LgIndex_t x, LgIndex_t y, LgIndex_t width,
+                       LgIndex_t height, QelGUIIntCallback_pf pageActivated,
+                       QelGUIIntCallback_pf pageDeactivated) {
+  ControlMade made = At(ControlKind::Tab, parent, x, y, width, height);
+  made.chosen = pageActivated;
+  made.left = pageDeactivated;
+  return Add(__func__, made);
+}
+
+LgIndex_t QelGUITabAddPage(LgIndex_t tab, const char* label) {
+  return AddPage(__func__, ControlKind::TabPage, ControlKind::Tab, tab, label);
+}
+
+LgIndex_t QelGUIFormAdd(LgIndex_t parent, LgIndex_t x, LgIndex_t y, LgIndex_t width,
+                        LgIndex_t height) {
+  return Add(__func__, At(ControlKind::Form, parent, x, y, width, height));
+}
+
+LgIndex_t QelGUIFormAddPage(LgIndex_t form) {
+  return AddPage(__func__, ControlKind::FormPage, ControlKind::Form, form, nullptr);
+}
+
+LgIndex_t QelGUILabelAdd(LgIndex_t parent, LgIndex_t x, LgIndex_t y, const char* text) {
+  return Add(__func__, At(ControlKind::Label, parent, x, y, 0, 0, text));
+}
+
+LgIndex_t QelGUIOptionMenuAdd(LgIndex_t parent, LgIndex_t x, LgIndex_t y, LgIndex_t width,
+                              LgIndex_t height, const char* items,
+                              QelGUIIntCallback_pf itemChosen) {
+  ControlMade made = At(ControlKind::OptionMenu, parent, x, y, width, height);
+  made.items = CutAtCommas(items);
+  made.chosen = itemChosen;
+  return Add(__func__, made);
+}
+
+LgIndex_t QelGUIToggleAdd(LgIndex_t parent, LgIndex_t x, LgIndex_t y, LgIndex_t width,
+                          LgIndex_t height, const char* label, QelGUIIntCallback_pf valueChanged) {
+  ControlMade made = At(ControlKind::Toggle, parent, x, y, width, height, label);
+  made.chosen = valueChanged;
+  return Add(__func__, made);
+}
+
+LgIndex_t QelGUIButtonAdd(LgIndex_t parent, LgIndex_t x, LgIndex_t y, LgIndex_t width,
+                          LgIndex_t height, const char* label, QelGUIVoidCallback_pf pressed) {
+  ControlMade made = At(ControlKind::Button, parent, x, y, width, height, label);
+  made.pressed = pressed;
+  return Add(__func__, made);
+}
+
+LgIndex_t QelGUITextFieldAdd(LgIndex_t parent, LgIndex_t x, LgIndex_t y, LgIndex_t width,
+                             LgIndex_t height, QelGUITextCallback_pf entered) {
+  ControlMade made = At(ControlKind::TextField, parent, x, y, width, height);
+  made.entered = entered;
+  return Add(__func__, made);
+}
+
+LgIndex_t QelGUISpinTextFieldAdd(LgIndex_t parent, LgIndex_t x, LgIndex_t y, LgIndex_t width,
+                                 LgIndex_t height, QelGUITextCallback_pf entered,
+                                 QelGUIVoidCallback_pf up, QelGUIVoidCallback_pf down) {
+  ControlMade made = At(ControlKind::SpinField, parent, x, y, width, height);
+  made.entered = entered;
+  made.steppedUp = up;
+  made.steppedDown = down;
+  return Add(__func__, made);
+}
+
+LgIndex_t QelGUIRadioBoxAdd(LgIndex_t parent, LgIndex_t x, LgIndex_t y, LgIndex_t width,
+                            LgIndex_t height, const char* label1, const char* label2,
+                            const char* label3, const char* label4, const char* label5,
+                            QelGUIIntCallback_pf chosen) {
+  ControlMade made = At(ControlKind::RadioBox, parent, x, y, width, height);
+  for (const char* label : {label1, label2, label3, label4, label5}) {
+    if (label != nullptr) made.items.emplace_back(label);
+  }
+  made.chosen = chosen;
+  return Add(__func__, made);
+}
+
+// Reading and setting. What is set runs no callback ----------------------------------------------
+
 void QelGUITabSetCurrentPage(LgIndex_t tab, LgIndex_t page) {
   Note(__func__, tab, page);
-  SetValue(tab, page);
+  Control* const found = FindControl(tab, ControlKind::Tab);
+  if (found == nullptr || page < 1 || page > static_cast<LgIndex_t>(found->items.size())) return;
+  found->value = page;
 }
-LgIndex_t QelGUIFormAdd(LgIndex_t parent, LgIndex_t, LgIndex_t, LgIndex_t, LgIndex_t) {
-  return Add(__func__, parent, "");
-}
-LgIndex_t QelGUIFormAddPage(LgIndex_t form) { return Add(__func__, form, ""); }
+
 void QelGUIFormSetCurrentPage(LgIndex_t page) {
   Note(__func__, page);
-  if (const Control* const found = At(page)) SetValue(found->parent, page);
-}
-LgIndex_t QelGUILabelAdd(LgIndex_t parent, LgIndex_t, LgIndex_t, const char* text) {
-  return Add(__func__, parent, text);
-}
-LgIndex_t QelGUIOptionMenuAdd(LgIndex_t parent, LgIndex_t, LgIndex_t, LgIndex_t, LgIndex_t,
-                              const char* items, QelGUIIntCallback_pf) {
-  const LgIndex_t id = Add(__func__, parent, "");
-  Control* const menu = At(id);
-  std::string rest = items == nullptr ? "" : items;
-  while (menu != nullptr && !rest.empty()) {
-    const std::size_t comma = rest.find(',');
-    menu->items.push_back(rest.substr(0, comma));
-    rest = comma == std::string::npos ? "" : rest.substr(comma + 1);
-  }
-  return id;
-}
-LgIndex_t QelGUIToggleAdd(LgIndex_t parent, LgIndex_t, LgIndex_t, LgIndex_t, LgIndex_t,
-                          const char* label, QelGUIIntCallback_pf) {
-  return Add(__func__, parent, label);
-}
-LgIndex_t QelGUIButtonAdd(LgIndex_t parent, LgIndex_t, LgIndex_t, LgIndex_t, LgIndex_t,
-                          const char* label, QelGUIVoidCallback_pf) {
-  return Add(__func__, parent, label);
-}
-LgIndex_t QelGUITextFieldAdd(LgIndex_t parent, LgIndex_t, LgIndex_t, LgIndex_t, LgIndex_t,
-                             QelGUITextCallback_pf) {
-  return Add(__func__, parent, "");
-}
-LgIndex_t QelGUISpinTextFieldAdd(LgIndex_t parent, LgIndex_t, LgIndex_t, LgIndex_t, LgIndex_t,
-                                 QelGUITextCallback_pf, QelGUIVoidCallback_pf,
-                                 QelGUIVoidCallback_pf) {
-  return Add(__func__, parent, "");
-}
-LgIndex_t QelGUIRadioBoxAdd(LgIndex_t parent, LgIndex_t, LgIndex_t, LgIndex_t, LgIndex_t,
-                            const char*, const char*, const char*, const char*, const char*,
-                            QelGUIIntCallback_pf) {
-  const LgIndex_t id = Add(__func__, parent, "");
-  SetValue(id, 1);
-  return id;
+  const Control* const found = FindControl(page, ControlKind::FormPage);
+  if (found != nullptr) FindControl(found->made.parent)->value = PlaceOfPage(*found);
 }
 
 LgIndex_t QelGUIRadioBoxGetToggle(LgIndex_t box) {
   Note(__func__, box);
-  return At(box) == nullptr ? 0 : At(box)->value;
+  const Control* const found = FindControl(box, ControlKind::RadioBox);
+  return found == nullptr ? 0 : found->value;
 }
+
 void QelGUIToggleSet(LgIndex_t toggle, bool on) {
   Note(__func__, toggle, on);
-  SetValue(toggle, on ? 1 : 0);
+  Control* const found = FindControl(toggle);
+  if (found != nullptr && IsToggle(found->made.kind)) found->value = on ? 1 : 0;
 }
+
 LgIndex_t QelGUIOptionMenuGet(LgIndex_t menu) {
   Note(__func__, menu);
-  return At(menu) == nullptr ? 0 : At(menu)->value;
+  const Control* const found = FindControl(menu, ControlKind::OptionMenu);
+  return found == nullptr ? 0 : found->value;
 }
+
 void QelGUIOptionMenuSet(LgIndex_t menu, LgIndex_t item) {
   Note(__func__, menu, item);
-  SetValue(menu, item);
+  Control* const found = FindControl(menu, ControlKind::OptionMenu);
+  if (found == nullptr) return;
+  if (item < 1 || item > static_cast<LgIndex_t>(found->items.size())) {
+    Host().Report("a menu was set to an item that it does not have");
+    return;
+  }
+  found->value = item;
 }
+
 LgIndex_t QelGUIOptionMenuGetItemCount(LgIndex_t menu) {
   Note(__func__, menu);
-  return At(menu) == nullptr ? 0 : static_cast<LgIndex_t>(At(menu)->items.size());
+  const Control* const found = FindControl(menu, ControlKind::OptionMenu);
+  return found == nullptr ? 0 : static_cast<LgIndex_t>(found->items.size());
 }
+
 void QelGUIOptionMenuDeleteAllItems(LgIndex_t menu) {
   Note(__func__, menu);
-  if (Control* const found = At(menu)) found->items.clear();
+  Control* const found = FindControl(menu, ControlKind::OptionMenu);
+  if (found == nullptr) return;
+  found->items.clear();
+  found->value = 0;
 }
+
 void QelGUIOptionMenuAppendItem(LgIndex_t menu, const char* item) {
   Note(__func__, menu, item);
-  if (Control* const found = At(menu)) found->items.emplace_back(item == nullptr ? "" : item);
+  Control* const found = FindControl(menu, ControlKind::OptionMenu);
+  if (found == nullptr) return;
+  found->items.emplace_back(item == nullptr ? "" : item);
+  if (found->value == 0) found->value = 1;
 }
+
 void QelGUILabelSetText(LgIndex_t label, const char* text) {
   Note(__func__, label, text);
-  SetText(label, text);
+  Control* const found = FindControl(label, ControlKind::Label);
+  if (found != nullptr && text != nullptr) found->text = text;
 }
+
 void QelGUIButtonSetText(LgIndex_t button, const char* text) {
   Note(__func__, button, text);
-  SetText(button, text);
+  Control* const found = FindControl(button, ControlKind::Button);
+  if (found != nullptr && text != nullptr) found->text = text;
 }
+
 bool QelGUITextFieldGetDouble(LgIndex_t field, double* value) {
-  const Control* const found = At(field);
+  const Control* const found = FindControl(field);
   if (Fails(__func__, field) || found == nullptr || value == nullptr) return false;
+  if (!HoldsText(found->made.kind)) return false;
   char* end = nullptr;
   const double number = std::strtod(found->text.c_str(), &end);
   if (end == found->text.c_str()) return false;
@@ -215,15 +343,20 @@ bool QelGUITextFieldGetDouble(LgIndex_t field, double* value) {
   *value = number;
   return true;
 }
+
 void QelGUITextFieldSetString(LgIndex_t field, const char* text) {
   Note(__func__, field, text);
-  SetText(field, text);
+  Control* const found = FindControl(field);
+  if (found == nullptr || text == nullptr || !HoldsText(found->made.kind)) return;
+  found->text = text;
 }
+
 void QelGUISetSensitivity(LgIndex_t control, bool sensitive) {
   Note(__func__, control, sensitive);
-  if (Control* const found = At(control)) found->isSensitive = sensitive;
+  if (Control* const found = FindControl(control)) found->isSensitive = sensitive;
 }
+
 void QelGUISetVisibility(LgIndex_t control, bool visible) {
   Note(__func__, control, visible);
-  if (Control* const found = At(control)) found->isVisible = visible;
+  if (Control* const found = FindControl(control)) found->isVisible = visible;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FakeControls.h"
 #include "FakeData.h"
 
 #include "qelvane/QelGUI.h"
@@ -99,11 +100,34 @@ class FakeHost {
   void Deliver(QelStateChange_t change, const std::vector<std::string>& styleParams = {});
   /// A notice with the lock stack as it stands.
   void Notify(StateChangeNotice notice);
-  void PressCloseButton(LgIndex_t dialog);
   /// Makes another frame the active one, with the notices of that.
   void SwitchFrame(std::size_t index);
   /// Closes everything: every frame and data set is gone, with the notices of that.
   void CloseAll();
+
+  // What the user does with a dialog, the mouse and the view (FakeUser.cpp)
+  // ----------------------------------------------------------------
+  // Those with a dialog do nothing and answer false unless the control is of the kind, shown and
+  // sensitive, with all that it stands on, and there is something to change.
+  bool Press(LgIndex_t button);
+  bool Switch(LgIndex_t toggle, bool on);
+  bool Choose(LgIndex_t menu, LgIndex_t item);
+  bool ChooseRadio(LgIndex_t box, LgIndex_t toggle);
+  /// Types the text and ends the entry; the callback's answer.
+  bool EnterText(LgIndex_t field, const std::string& text);
+  bool StepUp(LgIndex_t field);
+  bool StepDown(LgIndex_t field);
+  /// Leaves the tab's page, then shows the other; pages count from 1.
+  bool TurnTo(LgIndex_t tab, LgIndex_t page);
+  bool CloseWindow(LgIndex_t dialog);
+  bool AskForHelp(LgIndex_t dialog);
+  /// The host's own tool bar, with the notice of that.
+  void ChooseMouseMode(QelMouseMode_e mode);
+  /// Draws with the mouse; the host holds the lock when it tells of the new geometry.
+  QelGeomID_t DrawGeometry(const Geometry& geometry);
+  void RotateView(double psi, double alpha, double theta);
+  /// In the host's own menus, like the view.
+  void SwitchBlanking(bool on);
 
   // What tests ask for
   // -----------------------------------------------------------------------------
@@ -119,6 +143,13 @@ class FakeHost {
   bool IsBlankedNode(LgIndex_t zone, LgIndex_t node);
   Point Project(const Point& point);
   bool IsDialogUp() const;
+  /// One of no kind when there is no such control.
+  const Control& At(LgIndex_t control) const;
+  /// All dialogs and controls of the process, in the order in which they were made.
+  std::vector<Control> Controls() const;
+  std::string ChosenItem(LgIndex_t menu) const;
+  /// Whether the user can act on it.
+  bool IsReachable(LgIndex_t control) const;
 
   // State; tests may read and set it -----------------------------------------------------------
   std::vector<Frame> frames;
