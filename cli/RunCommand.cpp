@@ -188,6 +188,11 @@ int Run(const RunOptions& options) {
   record.readSeconds = readWatch.Seconds();
   if (targets.size() == 1) {
     qelhost::CheckWritable(*data[0], targets[0], WriteOptionsOf(options));
+  } else {
+    // Their folder may not be there yet.
+    for (std::size_t i = 0; i < targets.size(); ++i) {
+      qelhost::CheckFormat(*data[i], targets[i], WriteOptionsOf(options));
+    }
   }
 
   if (!options.record.empty()) host.recorder.Start(qelhost::FirstStateOf(host.frames));

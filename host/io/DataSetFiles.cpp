@@ -106,21 +106,9 @@ DataSetPtr ReadDataSet(const std::string& path) {
   }
 }
 
-void CheckWritable(const DataSet& dataSet, const std::string& path, const WriteOptions& options) {
-  const Format& format = WritableFormat(path);
+void CheckFormat(const DataSet& dataSet, const std::string& path, const WriteOptions& options) {
+  const std::string extension = WritableFormat(path).extension;
   const FileSource& source = SourceOf(dataSet, path);
-  std::error_code error;
-  const fs::path target = fs::weakly_canonical(fs::absolute(path), error);
-  if (error) throw FileError(path, error.message());
-  if (fs::is_directory(target, error)) throw FileError(path, "Is a directory");
-  if (!options.overwrite && fs::exists(target, error)) throw FileError(path, "File exists");
-  if (!fs::is_directory(target.parent_path(), error)) {
-    throw FileError(path, "its folder does not exist");
-  }
-  if (access(target.parent_path().c_str(), W_OK | X_OK) != 0) {
-    throw FileError(path, std::strerror(errno));
-  }
-  const std::string extension = format.extension;
   FileEncoding encoding;
   if (extension == ".vtm" && source.steps.size() != 1) {
     throw FileError(path, "cannot hold " + std::to_string(source.steps.size()) +
@@ -131,6 +119,21 @@ void CheckWritable(const DataSet& dataSet, const std::string& path, const WriteO
   const bool drops = options.hidden.treatment == HiddenCells::Treatment::Drop;
   if (drops && IsStructured(block) && extension != ".vtu" && extension != ".vtk") {
     throw FileError(path, "cannot hold a mesh with cells left out; write a .vtu file");
+  }
+}
+
+void CheckWritable(const DataSet& dataSet, const std::string& path, const WriteOptions& options) {
+  CheckFormat(dataSet, path, options);
+  std::error_code error;
+  const fs::path target = fs::weakly_canonical(fs::absolute(path), error);
+  if (error) throw FileError(path, error.message());
+  if (fs::is_directory(target, error)) throw FileError(path, "Is a directory");
+  if (!options.overwrite && fs::exists(target, error)) throw FileError(path, "File exists");
+  if (!fs::is_directory(target.parent_path(), error)) {
+    throw FileError(path, "its folder does not exist");
+  }
+  if (access(target.parent_path().c_str(), W_OK | X_OK) != 0) {
+    throw FileError(path, std::strerror(errno));
   }
 }
 

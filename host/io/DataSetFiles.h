@@ -41,6 +41,9 @@ void WriteDataSet(const DataSet& dataSet, const std::string& path,
 void CheckWritable(const DataSet& dataSet, const std::string& path,
                    const WriteOptions& options = {});
 
+/// The part of CheckWritable that does not look at the disk: whether the format can hold the data.
+void CheckFormat(const DataSet& dataSet, const std::string& path, const WriteOptions& options = {});
+
 /// One line a format, for the help.
 struct FormatHelp {
   std::string extension;  ///< with its dot

@@ -8,9 +8,9 @@
 #include <vtkIdList.h>
 #include <vtkNew.h>
 #include <vtkPointData.h>
+#include <vtkPointSet.h>
 #include <vtkPoints.h>
 #include <vtkPolyData.h>
-#include <vtkThreshold.h>
 #include <vtkUnsignedCharArray.h>
 #include <vtkUnstructuredGrid.h>
 
@@ -72,6 +72,24 @@ class PointNumbers {
   std::vector<vtkIdType> m_kept;
 };
 
+/// Gives the mesh the points that are numbered, with their values and in their own precision;
+/// computed positions are doubles.
+void TakePoints(vtkDataSet* from, const PointNumbers& numbers, vtkPointSet* to) {
+  const auto pointCount = static_cast<vtkIdType>(numbers.Kept().size());
+  auto* const set = vtkPointSet::SafeDownCast(from);
+  vtkNew<vtkPoints> points;
+  points->SetDataType(set == nullptr ? VTK_DOUBLE : set->GetPoints()->GetDataType());
+  points->SetNumberOfPoints(pointCount);
+  to->GetPointData()->CopyAllOn();
+  to->GetPointData()->CopyAllocate(from->GetPointData(), pointCount);
+  for (vtkIdType point = 0; point < pointCount; ++point) {
+    const vtkIdType old = numbers.Kept()[static_cast<std::size_t>(point)];
+    points->SetPoint(point, from->GetPoint(old));
+    to->GetPointData()->CopyData(from->GetPointData(), old, point);
+  }
+  to->SetPoints(points);
+}
+
 /// A surface without its hidden cells and the points that only those had.
 vtkSmartPointer<vtkDataSet> ShownSurface(vtkPolyData* surface, vtkDataArray* hiding) {
   auto shown = vtkSmartPointer<vtkPolyData>::New();
@@ -99,40 +117,50 @@ vtkSmartPointer<vtkDataSet> ShownSurface(vtkPolyData* surface, vtkDataArray* hid
   shown->SetLines(takeShown(surface->GetLines()));
   shown->SetPolys(takeShown(surface->GetPolys()));
   shown->SetStrips(takeShown(surface->GetStrips()));
-
-  const auto pointCount = static_cast<vtkIdType>(numbers.Kept().size());
-  vtkNew<vtkPoints> points;
-  points->SetDataType(surface->GetPoints()->GetDataType());
-  points->SetNumberOfPoints(pointCount);
-  shown->GetPointData()->CopyAllOn();
-  shown->GetPointData()->CopyAllocate(surface->GetPointData(), pointCount);
-  for (vtkIdType point = 0; point < pointCount; ++point) {
-    const vtkIdType from = numbers.Kept()[static_cast<std::size_t>(point)];
-    points->SetPoint(point, surface->GetPoint(from));
-    shown->GetPointData()->CopyData(surface->GetPointData(), from, point);
-  }
-  shown->SetPoints(points);
+  TakePoints(surface, numbers, shown);
   return shown;
 }
 
-vtkSmartPointer<vtkDataSet> ShownVolume(vtkDataSet* block, const std::string& name) {
-  vtkNew<vtkThreshold> filter;
-  filter->SetInputData(block);
-  filter->SetInputArrayToProcess(0, 0, 0, vtkDataObject::FIELD_ASSOCIATION_CELLS, name.c_str());
-  // All but 1, so that a value nobody expects leaves its cell where it is.
-  filter->SetThresholdFunction(vtkThreshold::THRESHOLD_BETWEEN);
-  filter->SetLowerThreshold(1.0);
-  filter->SetUpperThreshold(1.0);
-  filter->SetInvert(true);
-  filter->Update();
-  return filter->GetOutput();
+/// A cell's points, or a polyhedron's list of faces with their points, as a new grid takes them.
+void RenumberedCell(vtkDataSet* block, vtkIdType cell, PointNumbers& numbers, vtkIdList* ids) {
+  auto* const grid = vtkUnstructuredGrid::SafeDownCast(block);
+  if (grid == nullptr || grid->GetCellType(cell) != VTK_POLYHEDRON) {
+    block->GetCellPoints(cell, ids);
+    for (vtkIdType i = 0; i < ids->GetNumberOfIds(); ++i) ids->SetId(i, numbers.Of(ids->GetId(i)));
+    return;
+  }
+  grid->GetFaceStream(cell, ids);
+  vtkIdType place = 1;
+  for (vtkIdType face = 0; face < ids->GetId(0); ++face) {
+    const vtkIdType size = ids->GetId(place++);
+    for (vtkIdType i = 0; i < size; ++i, ++place) ids->SetId(place, numbers.Of(ids->GetId(place)));
+  }
 }
 
-vtkSmartPointer<vtkDataSet> WithoutHidden(vtkDataSet* block, vtkDataArray* hiding,
-                                          const std::string& name) {
+/// Any other mesh without its hidden cells and the points that only those had. Made here because
+/// VTK's own filters also leave out what other programs have marked, and round computed positions.
+vtkSmartPointer<vtkDataSet> ShownVolume(vtkDataSet* block, vtkDataArray* hiding) {
+  auto shown = vtkSmartPointer<vtkUnstructuredGrid>::New();
+  const vtkIdType cellCount = block->GetNumberOfCells();
+  shown->Allocate(cellCount);
+  shown->GetCellData()->CopyAllOn();
+  shown->GetCellData()->CopyAllocate(block->GetCellData(), cellCount);
+  PointNumbers numbers(block->GetNumberOfPoints());
+  vtkNew<vtkIdList> ids;
+  for (vtkIdType cell = 0; cell < cellCount; ++cell) {
+    if (IsHidden(hiding, cell)) continue;
+    RenumberedCell(block, cell, numbers, ids);
+    const vtkIdType added = shown->InsertNextCell(block->GetCellType(cell), ids);
+    shown->GetCellData()->CopyData(block->GetCellData(), cell, added);
+  }
+  TakePoints(block, numbers, shown);
+  return shown;
+}
+
+vtkSmartPointer<vtkDataSet> WithoutHidden(vtkDataSet* block, vtkDataArray* hiding) {
   auto* const surface = vtkPolyData::SafeDownCast(block);
   const vtkSmartPointer<vtkDataSet> shown =
-      surface != nullptr ? ShownSurface(surface, hiding) : ShownVolume(block, name);
+      surface != nullptr ? ShownSurface(surface, hiding) : ShownVolume(block, hiding);
   shown->GetFieldData()->ShallowCopy(block->GetFieldData());
   return shown;
 }
@@ -142,9 +170,8 @@ void Treat(FileNode& node, const HiddenCells& hidden) {
   if (node.block == nullptr) return;
   vtkDataArray* const hiding = HidingArray(node.block, hidden.array);
   if (hiding == nullptr) return;
-  node.block = hidden.treatment == HiddenCells::Treatment::Mark
-                   ? WithMarks(node.block, hiding)
-                   : WithoutHidden(node.block, hiding, hidden.array);
+  node.block = hidden.treatment == HiddenCells::Treatment::Mark ? WithMarks(node.block, hiding)
+                                                                : WithoutHidden(node.block, hiding);
 }
 
 }  // namespace

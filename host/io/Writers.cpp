@@ -101,8 +101,28 @@ std::string ReasonOf(unsigned long errorCode, const VtkErrorCapture& errors) {
   throw FileError(path, ReasonOf(errorCode, errors));
 }
 
+/// A grid of no cells, which the converter below makes of nothing less than a cell.
+vtkSmartPointer<vtkDataSet> AsGridWithoutCells(vtkDataSet* block) {
+  auto grid = vtkSmartPointer<vtkUnstructuredGrid>::New();
+  grid->Allocate(1);
+  vtkNew<vtkPoints> points;
+  for (vtkIdType node = 0; node < block->GetNumberOfPoints(); ++node) {
+    points->InsertNextPoint(block->GetPoint(node));
+  }
+  grid->SetPoints(points);
+  grid->GetPointData()->ShallowCopy(block->GetPointData());
+  grid->GetCellData()->ShallowCopy(block->GetCellData());
+  grid->GetFieldData()->ShallowCopy(block->GetFieldData());
+  return grid;
+}
+
 vtkSmartPointer<vtkDataSet> AsUnstructured(vtkDataSet* block) {
+  if (block->GetNumberOfCells() == 0) return AsGridWithoutCells(block);
   vtkNew<vtkAppendFilter> converter;
+  // Computed positions would be rounded otherwise.
+  if (vtkPointSet::SafeDownCast(block) == nullptr) {
+    converter->SetOutputPointsPrecision(vtkAlgorithm::DOUBLE_PRECISION);
+  }
   converter->AddInputData(block);
   converter->Update();
   vtkSmartPointer<vtkDataSet> grid = converter->GetOutput();

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 #include <algorithm>
+#include <cmath>
 
 namespace qelhost {
 
@@ -51,7 +52,10 @@ std::string SettingsOf(const BlankConstraint& from, const BlankConstraint& to, b
   say(from.relOp != to.relOp, fmt::format(" RELOP = {}", static_cast<int>(to.relOp)));
   say(from.op2Mode != to.op2Mode,
       fmt::format(" CONSTRAINTOP2MODE = {}", static_cast<int>(to.op2Mode)));
-  say(from.cutoff != to.cutoff, fmt::format(" VALUECUTOFF = {}", to.cutoff));
+  // No line can say a number that is none, or has no end.
+  if (std::isfinite(to.cutoff)) {
+    say(from.cutoff != to.cutoff, fmt::format(" VALUECUTOFF = {}", to.cutoff));
+  }
   return text;
 }
 
@@ -60,7 +64,9 @@ void AddBlankingCommands(const ValueBlanking& from, const ValueBlanking& to,
   for (std::size_t n = 0; n < to.constraints.size(); ++n) {
     const BlankConstraint& constraint = to.constraints[n];
     if (constraint.isAddOns || constraint.varA == 0) continue;
-    const BlankConstraint& before = from.constraints[n];
+    // Without a variable nothing of it was said yet, whatever it held.
+    const bool wasSaid = from.constraints[n].varA != 0;
+    const BlankConstraint before = wasSaid ? from.constraints[n] : BlankConstraint();
     const std::string settings = SettingsOf(before, constraint, before.isAddOns);
     if (settings.empty()) continue;
     commands.push_back(fmt::format("$!BLANKING VALUE{{CONSTRAINT {} {{{} }}}}", n + 1, settings));

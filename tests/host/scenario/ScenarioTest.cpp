@@ -272,8 +272,8 @@ std::string BytesOf(const std::string& path) {
 
 TEST(Story, MakesTheSameFileInTheWindowAndOnTheCommandLine) {
   const std::string input = std::string(MARQUELL_EXAMPLES) + "/part/gmsh_part.vtu";
-  const std::filesystem::path folder = std::filesystem::path(testing::TempDir()) / "marquell-story";
-  std::filesystem::create_directories(folder);
+  std::string pattern = testing::TempDir() + "marquell-story-XXXXXX";
+  const std::filesystem::path folder = mkdtemp(pattern.data());
   const std::string byHand = (folder / "by-hand.vtu").string();
   const std::string journal = (folder / "session.journal").string();
   const std::string played = (folder / "played.vtu").string();
