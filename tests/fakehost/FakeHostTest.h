@@ -18,6 +18,8 @@ class FakeHostTest : public ::testing::Test {
   void TearDown() override {
     // Everything is closed: whatever the add-on kept for a data set has to go.
     host.Deliver(StateChange_NewLayout);
+    // Work that was put off is over with its test.
+    host.RunIdleQueue();
     EXPECT_EQ(host.LockDepth(), 0) << "a lock was left open";
     EXPECT_EQ(host.dataLoadDepth, 0) << "a data-load bracket was left open";
     EXPECT_THAT(host.waitMessages, ::testing::IsEmpty()) << "a wait message was left on show";
