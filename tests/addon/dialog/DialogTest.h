@@ -31,6 +31,10 @@ class DialogTest : public FakeHostTest {
     InitQelAddOn113();
     host.ChooseMenu("Marquell ...");
     ASSERT_TRUE(host.IsDialogUp());
+    // No launch touches these: they are as another test has left them.
+    host.ChooseRadio(Ids().surfaceRadioBox, 1);
+    host.Switch(Ids().syncContoursToggle, false);
+    host.calls.clear();
   }
 
   void AddBlock(QelPlotType_e plotType) {
@@ -48,7 +52,7 @@ class DialogTest : public FakeHostTest {
   static qelvane::qelutiltools::Selvane& Session() {
     return *qelvane::qelutiltools::DialogSession();
   }
-  static auto& Ids() { return qelvane::qelutiltools::Controls; }
+  static qelvane::qelutiltools::ControlIds& Ids() { return qelvane::qelutiltools::Controls; }
 
   /// A rectangle that holds the cells and nodes with x and y up to the given number.
   static Geometry RectangleUpTo(double end) {
