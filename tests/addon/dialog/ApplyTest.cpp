@@ -181,6 +181,13 @@ TEST_F(Surface, IsLeftByEitherRadioButton) {
   }
 }
 
+TEST_F(Surface, IsLeftByAnotherTool) {
+  AskForSeed();
+  ASSERT_TRUE(host.Switch(Ids().circleTool, true));
+  EXPECT_FALSE(IsVisible(Ids().seedLabel));
+  EXPECT_EQ(host.mouseMode, Mouse_GeomCircle);
+}
+
 TEST_F(Surface, LeavesOtherMouseModesAlone) {
   ASSERT_TRUE(host.Switch(Ids().circleTool, true));
   const int changes = host.CallCount("QelUtilMouseSetMode");

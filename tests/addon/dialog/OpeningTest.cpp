@@ -244,6 +244,18 @@ TEST_F(Pages, BothDropTheUndo) {
   EXPECT_FALSE(IsSensitive(Ids().undoAlterButton));
 }
 
+TEST_F(Pages, AlterDropsTheUndoOfAnAlterationMadeOnTheOther) {
+  // A data set that cannot be blanked goes on being altered there.
+  RefuseTheBlankingVariable();
+  Session().SetAlterVariable(n);
+  host.DrawGeometry(RectangleUpTo(9.0));
+  ASSERT_TRUE(host.Press(Ids().applyButton));
+  ASSERT_TRUE(Session().IsUndoAvailable());
+  ASSERT_TRUE(host.TurnTo(Ids().tab, 1));
+  EXPECT_FALSE(Session().IsUndoAvailable());
+  EXPECT_FALSE(IsSensitive(Ids().undoAlterButton));
+}
+
 TEST_F(Pages, RefreshTheApplyButton) {
   const QelGeomID_t geometry = host.AddGeometry(RectangleUpTo(1.0));
   ASSERT_FALSE(IsSensitive(Ids().applyButton));
