@@ -13,6 +13,12 @@ namespace {
 
 constexpr LgIndex_t kInterfaceVersion = 110;
 
+void Announce(Host& host, QelStateChange_t change) {
+  const DataSetPtr data = ActiveData(host);
+  if (change == StateChange_VarsAltered && data != nullptr) data->NoteDirectWrites();
+  host.notices.Send(change);
+}
+
 }  // namespace
 
 void QelUtilLockOn() {
@@ -108,13 +114,13 @@ bool QelUtilStateChangeGetStyleParam(LgIndex_t n, char** param) {
 }
 
 void QelUtilStateChanged(QelStateChange_t change, ArbParam_t /*callData*/) {
-  GuardedVoid(__func__, [&](Host& host) { host.notices.Send(change); });
+  GuardedVoid(__func__, [&](Host& host) { Announce(host, change); });
 }
 
 void QelUtilStateChangedX(QelArgList* args) {
   GuardedVoid(__func__, [&](Host& host) {
     const auto* const change = FindArgument<LgIndex_t>(args, SV_STATECHANGE);
-    if (change != nullptr) host.notices.Send(*change);
+    if (change != nullptr) Announce(host, *change);
   });
 }
 

@@ -119,6 +119,7 @@ QelFieldData* QelUtilDataValueGetWritableNativeRef(LgIndex_t zone, LgIndex_t var
     if (data == nullptr) return nullptr;
     QelFieldData* const field = data->Writable(zone, var);
     if (field != nullptr) {
+      field->isOpenForWriting = true;
       host.watch.BeforeWriting(data, zone, var);
     } else {
       NoteComputedCoordinate(host, *data, zone, var);

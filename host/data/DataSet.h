@@ -108,6 +108,9 @@ class DataSet {
   WriteTally Writes(LgIndex_t varNum = 0) const;
   /// The same for one zone's storage.
   WriteTally ZoneWrites(LgIndex_t zoneNum, LgIndex_t varNum) const;
+  /// Somebody says that values were altered: those that may have been written where they lie count
+  /// as changed, so that nothing computed from them is taken for current.
+  void NoteDirectWrites();
 
   /// Distinct solution times of the zones with a strand, ascending.
   std::vector<double> SolutionTimes() const;

@@ -275,6 +275,16 @@ WriteTally DataSet::ZoneWrites(LgIndex_t zoneNum, LgIndex_t varNum) const {
   return field == nullptr || field->storage == nullptr ? WriteTally{} : field->storage->tally;
 }
 
+void DataSet::NoteDirectWrites() {
+  for (const auto& zone : m_zones) {
+    for (const Field& field : zone->fields) {
+      if (field.storage == nullptr || field.storage->directWrites == DirectWrites::None) continue;
+      ++field.storage->tally.writes;
+      ++field.storage->tally.changed;
+    }
+  }
+}
+
 WriteTally DataSet::Writes(LgIndex_t varNum) const {
   WriteTally sum;
   std::set<const Storage*> seen;

@@ -22,12 +22,16 @@ struct WriteTally {
   std::int64_t changed = 0;
 };
 
+/// Who may have written values where they lie, uncounted. The tally moves on when they say so.
+enum class DirectWrites { None, Possible };
+
 /// One component of one VTK array. Zones that share an array share its storages, and with them the
 /// tally, so a value counts once however many zones show it.
 struct Storage {
   vtkSmartPointer<vtkDataArray> array;
   int component = 0;
   WriteTally tally;
+  DirectWrites directWrites = DirectWrites::None;
 };
 
 /// The node coordinates of an image or a rectilinear grid along one axis.
@@ -66,6 +70,7 @@ struct QelFieldData {
   const std::int64_t* tupleOfItem = nullptr;
   std::int64_t firstTuple = 0;          ///< of the array; 0 with a map
   qelhost::Storage* storage = nullptr;  ///< null for computed values
+  bool isOpenForWriting = false;        ///< a writable reference to it was handed out
   std::shared_ptr<qelhost::Storage> owner;
   std::shared_ptr<const qelhost::ComputedCoordinates> coordinates;
   const QelFieldData* averaged = nullptr;  ///< the cell-centred view behind a node average

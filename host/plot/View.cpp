@@ -60,8 +60,16 @@ bool HaveSameProjection(const View& a, const View& b) {
 }
 
 Projection ProjectionOf(const View& view) {
-  return {Product(AboutZ(view.thetaDeg), Product(AboutX(-view.psiDeg), AboutZ(view.alphaDeg))),
-          view.origin};
+  Projection projection;
+  projection.rotation =
+      Product(AboutZ(view.thetaDeg), Product(AboutX(-view.psiDeg), AboutZ(view.alphaDeg)));
+  projection.origin = view.origin;
+  const auto& [x, y, z] = view.origin;
+  const std::array<double, 3> turned = projection.ToPlane(x, y, z);
+  for (std::size_t axis = 0; axis < turned.size(); ++axis) {
+    projection.offset[axis] = 0.0 - turned[axis];
+  }
+  return projection;
 }
 
 double AddDegrees(double angleDeg, double addedDeg) {

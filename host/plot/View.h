@@ -22,18 +22,17 @@ inline bool operator!=(const View& a, const View& b) { return !(a == b); }
 bool HaveSameProjection(const View& a, const View& b);
 
 /// Data coordinates to the view plane: x to the right, y up, z towards the viewer, measured from
-/// the view's origin. Row-major 3 x 3; the origin is subtracted first.
+/// the view's origin. The rotation is row-major; an offset follows it. Add-ons are given the same
+/// numbers and sum in the same order, so the order here is part of what they rely on.
 struct Projection {
   std::array<double, 9> rotation{1, 0, 0, 0, 1, 0, 0, 0, 1};
   std::array<double, 3> origin{0.0, 0.0, 0.0};
+  std::array<double, 3> offset{0.0, 0.0, 0.0};  ///< what the rotation makes of the origin, negated
 
   std::array<double, 3> ToPlane(double x, double y, double z) const {
-    const double dx = x - origin[0];
-    const double dy = y - origin[1];
-    const double dz = z - origin[2];
-    return {rotation[0] * dx + rotation[1] * dy + rotation[2] * dz,
-            rotation[3] * dx + rotation[4] * dy + rotation[5] * dz,
-            rotation[6] * dx + rotation[7] * dy + rotation[8] * dz};
+    return {rotation[0] * x + rotation[1] * y + rotation[2] * z + offset[0],
+            rotation[3] * x + rotation[4] * y + rotation[5] * z + offset[1],
+            rotation[6] * x + rotation[7] * y + rotation[8] * z + offset[2]};
   }
 };
 

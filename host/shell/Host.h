@@ -42,6 +42,8 @@ struct Alteration {
 class AlterationWatch {
  public:
   void Start();
+  /// Every value written is counted while this holds.
+  bool IsOn() const { return m_isOn; }
   /// Called before a writable reference is handed out. Zones that no file holds are not watched.
   void BeforeWriting(const DataSetPtr& data, LgIndex_t zone, LgIndex_t variable);
   /// An add-on says how many values it altered.
