@@ -3,9 +3,9 @@
 #include "SurfaceSearch.h"
 
 #include "EngineTest.h"
+#include "HeapMeter.h"
 
 #include <pthread.h>
-#include <sys/resource.h>
 
 #include <functional>
 
@@ -399,13 +399,6 @@ void OnASmallStack(const std::function<void()>& function) {
   pthread_attr_destroy(&attributes);
 }
 
-/// The most memory that the process has had, in bytes.
-double PeakMemory() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  return 1024.0 * static_cast<double>(usage.ru_maxrss);
-}
-
 struct LargeRow {
   const char* name;
   QelZoneType_e type;
@@ -424,15 +417,16 @@ TEST_P(LargeSurface, IsWalkedOnASmallStackInBoundedMemory) {
 
   InsideSet inside(nodeCount);
   qelvane::qelutiltools::MarkNodes(inside, [](std::int64_t) { return true; });
-  const double peakBefore = PeakMemory();
+  const support::HeapMeter meter;
   bool isDone = false;
   OnASmallStack([&] { isDone = SearchSurface(1, 1, inside); });
   ASSERT_TRUE(isDone);
+  const std::int64_t peak = meter.PeakBytes();
   LgIndex_t reachedCount = 0;
   for (std::int64_t node = 0; node < nodeCount; ++node) reachedCount += inside.Contains(node);
   EXPECT_EQ(reachedCount, GetParam().nodesReached);
-  constexpr double kBytesPerNode = 64;
-  EXPECT_LT(PeakMemory() - peakBefore, kBytesPerNode * nodeCount);
+  constexpr std::int64_t kBytesPerNode = 64;
+  EXPECT_LT(peak, kBytesPerNode * nodeCount);
 }
 
 // Of the quadrilaterals, the one node is not reached that is only ever a last corner.
