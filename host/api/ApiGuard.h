@@ -9,11 +9,14 @@
 namespace qelhost {
 
 /// Runs the body of a contract function. No exception may leave the host, so what is thrown becomes
-/// the function's answer for a failure, and a line in the log.
+/// the function's answer for a failure, and a line in the log; values that cannot be read end the
+/// run, which the player sees to.
 template <class Result, class Body>
 Result Guarded(const char* function, Result onFailure, Body&& body) noexcept {
   try {
     return body(Host::Instance());
+  } catch (const ValuesError& e) {
+    Host::Instance().unreadableValues = e.what();
   } catch (const std::exception& e) {
     spdlog::error("{}: {}", function, e.what());
   } catch (...) {

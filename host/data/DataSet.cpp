@@ -78,6 +78,7 @@ DataSet::DataSet(std::string title, const std::vector<BlockEntry>& blocks,
     auto zone = std::make_unique<Zone>(entry.name, entry.block, true);
     zone->strand = entry.strand;
     zone->solutionTime = entry.solutionTime;
+    if (entry.pending != nullptr) m_pending.insert(entry.pending->begin(), entry.pending->end());
     m_zones.push_back(std::move(zone));
   }
   if (m_zones.empty()) throw DataError("it holds no mesh");
@@ -135,6 +136,8 @@ std::shared_ptr<Storage> DataSet::StorageOf(vtkDataArray* array, int component) 
     storage = std::make_shared<Storage>();
     storage->array = array;
     storage->component = component;
+    const auto pending = m_pending.find(array);
+    if (pending != m_pending.end()) storage->pending = pending->second;
     known = storage;
   }
   return storage;
@@ -158,16 +161,22 @@ void DataSet::BindFileFields(Zone& zone) {
     vtkDataArray* array =
         AttributesAt(zone.Block(), field.location)->GetArray(variable.arrayName.c_str());
     if (array == nullptr || array->GetNumberOfComponents() != variable.componentCount) continue;
-    const vtkIdType items = field.location == ValueLocation_Nodal
-                                ? zone.Block()->GetNumberOfPoints()
-                                : zone.Block()->GetNumberOfCells();
-    if (array->GetNumberOfTuples() != items) {
-      throw DataError("array \"" + variable.arrayName + "\" of zone \"" + zone.name + "\" has " +
-                      std::to_string(array->GetNumberOfTuples()) + " values where " +
-                      std::to_string(items) + " belong");
-    }
+    RequireLength(zone, variable, field, array);
     zone.Bind(field, StorageOf(array, variable.component));
   }
+}
+
+void DataSet::RequireLength(const Zone& zone, const Variable& variable, const Field& field,
+                            vtkDataArray* array) const {
+  const std::int64_t items = field.location == ValueLocation_Nodal
+                                 ? zone.Block()->GetNumberOfPoints()
+                                 : zone.Block()->GetNumberOfCells();
+  const auto pending = m_pending.find(array);
+  const std::int64_t tuples =
+      pending == m_pending.end() ? array->GetNumberOfTuples() : pending->second->TupleCount();
+  if (tuples == items) return;
+  throw DataError("array \"" + variable.arrayName + "\" of zone \"" + zone.name + "\" has " +
+                  std::to_string(tuples) + " values where " + std::to_string(items) + " belong");
 }
 
 Zone* DataSet::FindZone(LgIndex_t zoneNum) const {

@@ -4,6 +4,7 @@
 
 #include <map>
 #include <memory>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -22,12 +23,16 @@ class DataError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// What stands for the values of a file's arrays until they are needed.
+using PendingArrays = std::map<vtkAbstractArray*, std::shared_ptr<PendingArray>>;
+
 /// One block that becomes a zone.
 struct BlockEntry {
   std::string name;
   vtkSmartPointer<vtkDataSet> block;
   LgIndex_t strand = 0;
   double solutionTime = 0;
+  std::shared_ptr<const PendingArrays> pending{};  ///< of the block's arrays; null: none
 };
 
 /// Where a data set came from, kept for the room that reads and writes files.
@@ -99,6 +104,9 @@ class DataSet {
   /// Refused for an empty name.
   bool RenameZone(LgIndex_t zoneNum, const std::string& name);
 
+  /// The arrays, coordinates included, whose values may be others than those read.
+  std::set<vtkDataArray*> TouchedArrays() const;
+
   /// Over one zone, and over all; cached until a value is written.
   Range ZoneRange(LgIndex_t zoneNum, LgIndex_t varNum);
   Range VariableRange(LgIndex_t varNum);
@@ -119,6 +127,8 @@ class DataSet {
   void AddCoordinateVariables();
   void CollectVariables();
   void BindFileFields(Zone& zone);
+  void RequireLength(const Zone& zone, const Variable& variable, const Field& field,
+                     vtkDataArray* array) const;
   std::shared_ptr<Storage> StorageOf(vtkDataArray* array, int component);
   std::string UniqueName(std::string wanted) const;
   bool AttachNewArray(Zone& zone, LgIndex_t varNum, QelFieldDataType_e type);
@@ -130,6 +140,7 @@ class DataSet {
   std::vector<Variable> m_variables;
   std::vector<std::vector<QelFieldDataType_e>> m_declaredTypes;  ///< by variable, then zone
   std::map<std::pair<vtkDataArray*, int>, std::weak_ptr<Storage>> m_storages;
+  PendingArrays m_pending;
   std::map<LgIndex_t, QelValueLocation_e> m_locationOfVariable;
 };
 

@@ -79,12 +79,17 @@ vtkSmartPointer<vtkPointSet> MakeBlock(LgIndex_t iMax, LgIndex_t jMax, LgIndex_t
   return grid;
 }
 
+QelFieldData* Loaded(const Field& field) {
+  LoadValues(*field.view);
+  return field.view.get();
+}
+
 }  // namespace
 
 QelFieldData* DataSet::Readable(LgIndex_t zoneNum, LgIndex_t varNum) {
   Field* field = FindField(zoneNum, varNum);
   if (field == nullptr) return nullptr;
-  if (!field->IsPassive()) return field->view.get();
+  if (!field->IsPassive()) return Loaded(*field);
   if (field->location == ValueLocation_Nodal) return ReadableAtNodes(zoneNum, varNum);
   if (field->atCells == nullptr) field->atCells = MakeZeroView(FindZone(zoneNum)->CellCount());
   return field->atCells.get();
@@ -93,19 +98,21 @@ QelFieldData* DataSet::Readable(LgIndex_t zoneNum, LgIndex_t varNum) {
 QelFieldData* DataSet::ReadableAtNodes(LgIndex_t zoneNum, LgIndex_t varNum) {
   Field* field = FindField(zoneNum, varNum);
   if (field == nullptr) return nullptr;
-  if (!field->IsPassive() && field->location == ValueLocation_Nodal) return field->view.get();
+  if (!field->IsPassive() && field->location == ValueLocation_Nodal) return Loaded(*field);
   if (field->atNodes == nullptr) {
     Zone* zone = FindZone(zoneNum);
-    field->atNodes = field->IsPassive() ? MakeZeroView(zone->NodeCount())
-                                        : MakeAveragedView(*field->view, *zone, zone->NodeCount());
+    field->atNodes = field->IsPassive()
+                         ? MakeZeroView(zone->NodeCount())
+                         : MakeAveragedView(*Loaded(*field), *zone, zone->NodeCount());
   }
   return field->atNodes.get();
 }
 
 QelFieldData* DataSet::Writable(LgIndex_t zoneNum, LgIndex_t varNum) {
   Field* field = FindField(zoneNum, varNum);
-  if (field == nullptr || field->IsPassive() || field->view->set == nullptr) return nullptr;
-  return field->view.get();
+  if (field == nullptr || field->IsPassive()) return nullptr;
+  QelFieldData* const view = Loaded(*field);
+  return view->set == nullptr ? nullptr : view;
 }
 
 bool DataSet::AttachNewArray(Zone& zone, LgIndex_t varNum, QelFieldDataType_e type) {
@@ -160,6 +167,7 @@ bool DataSet::BranchShared(LgIndex_t zoneNum, LgIndex_t varNum) {
   if (field == nullptr || field->IsPassive()) return false;
   if (ShareCount(zoneNum, varNum) <= 1) return true;
   Zone* zone = FindZone(zoneNum);
+  Loaded(*field);
   const vtkSmartPointer<vtkDataArray> old = field->storage->array;
   auto own = vtkSmartPointer<vtkDataArray>::Take(old->NewInstance());
   own->DeepCopy(old);
@@ -252,7 +260,7 @@ Range DataSet::ZoneRange(LgIndex_t zoneNum, LgIndex_t varNum) {
   if (field == nullptr || field->IsPassive()) return {};
   const std::int64_t stamp = field->storage == nullptr ? 0 : field->storage->tally.writes;
   if (field->rangeStamp != stamp) {
-    field->range = ScanRange(*field->view);
+    field->range = ScanRange(*Loaded(*field));
     field->rangeStamp = stamp;
   }
   return field->range;
@@ -283,6 +291,18 @@ void DataSet::NoteDirectWrites() {
       ++field.storage->tally.changed;
     }
   }
+}
+
+std::set<vtkDataArray*> DataSet::TouchedArrays() const {
+  std::set<vtkDataArray*> touched;
+  for (const auto& zone : m_zones) {
+    for (const Field& field : zone->fields) {
+      if (field.storage != nullptr && field.storage->IsTouched()) {
+        touched.insert(field.storage->array);
+      }
+    }
+  }
+  return touched;
 }
 
 WriteTally DataSet::Writes(LgIndex_t varNum) const {

@@ -137,11 +137,10 @@ void ResolveThroughVtk(QelFieldData& ref) {
   if (ref.vtkType == VTK_BIT) ref.set = SetBitThroughVtk;
 }
 
-void ResolveByType(QelFieldData& ref, std::int64_t firstTuple) {
-  ref.firstTuple = firstTuple;
+void ResolveByType(QelFieldData& ref) {
   bool resolved = false;
   switch (ref.vtkType) {
-    vtkTemplateMacro(resolved = Resolve<VTK_TT>(ref, firstTuple));
+    vtkTemplateMacro(resolved = Resolve<VTK_TT>(ref, ref.firstTuple));
     default:
       break;
   }
@@ -227,7 +226,8 @@ const std::vector<TypeRow>& Types() {
 FieldView MakeDirectView(std::shared_ptr<Storage> storage, std::int64_t firstTuple,
                          LgIndex_t count) {
   FieldView view = StartView(std::move(storage), count);
-  ResolveByType(*view, firstTuple);
+  view->firstTuple = firstTuple;
+  if (view->storage->HasValues()) ResolveByType(*view);
   return view;
 }
 
@@ -235,8 +235,14 @@ FieldView MakeMappedView(std::shared_ptr<Storage> storage,
                          const std::vector<std::int64_t>& tuples) {
   FieldView view = StartView(std::move(storage), static_cast<std::int64_t>(tuples.size()));
   view->tupleOfItem = tuples.data();
-  ResolveByType(*view, 0);
+  if (view->storage->HasValues()) ResolveByType(*view);
   return view;
+}
+
+void LoadValues(QelFieldData& view) {
+  if (view.get != nullptr) return;
+  view.storage->pending->Load();
+  ResolveByType(view);
 }
 
 FieldView MakeComputedView(std::shared_ptr<const ComputedCoordinates> coordinates,

@@ -11,6 +11,7 @@
 #include <memory>
 #include <vector>
 
+#include "PendingArray.h"
 #include "qelvane/Types.h"
 
 namespace qelhost {
@@ -32,6 +33,10 @@ struct Storage {
   int component = 0;
   WriteTally tally;
   DirectWrites directWrites = DirectWrites::None;
+  std::shared_ptr<PendingArray> pending;  ///< null: the array has its values from the start
+
+  bool HasValues() const { return pending == nullptr || pending->IsLoaded(); }
+  bool IsTouched() const { return tally.writes > 0 || directWrites == DirectWrites::Possible; }
 };
 
 /// The node coordinates of an image or a rectilinear grid along one axis.
@@ -55,7 +60,8 @@ class NodeAverageSource {
 
 }  // namespace qelhost
 
-/// A view, never a copy. `get` is always set; `set` is null where the values cannot be written.
+/// A view, never a copy. `set` is null where the values cannot be written; both accessors are while
+/// the array is still to be read.
 struct QelFieldData {
   QelFieldGet_pf get = nullptr;
   QelFieldSet_pf set = nullptr;
@@ -92,6 +98,10 @@ FieldView MakeAveragedView(const QelFieldData& cells, NodeAverageSource& source,
                            LgIndex_t nodeCount);
 /// A passive variable: reads as 0.
 FieldView MakeZeroView(LgIndex_t count);
+
+/// Reads the array behind the view, if that was not done yet, and sets the accessors. The view
+/// stays where it is. Throws ValuesError.
+void LoadValues(QelFieldData& view);
 
 /// Whether the stored values lie in memory as one aligned run through `first`, `stride` values
 /// apart, without a map.

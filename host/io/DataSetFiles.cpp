@@ -45,6 +45,7 @@ class BlockCollector {
     BlockEntry entry;
     entry.name = path.empty() ? part : path;
     entry.block = node.block;
+    if (node.xml != nullptr) entry.pending = node.xml->pending;
     entry.solutionTime = m_time;
     if (m_hasTimes) entry.strand = StrandOf(part + "\n" + path);
     entries.push_back(std::move(entry));
@@ -109,13 +110,12 @@ DataSetPtr ReadDataSet(const std::string& path) {
 void CheckFormat(const DataSet& dataSet, const std::string& path, const WriteOptions& options) {
   const std::string extension = WritableFormat(path).extension;
   const FileSource& source = SourceOf(dataSet, path);
-  FileEncoding encoding;
   if (extension == ".vtm" && source.steps.size() != 1) {
     throw FileError(path, "cannot hold " + std::to_string(source.steps.size()) +
                               " time steps; write a .pvd file");
   }
   if (extension == ".vtm" || extension == ".pvd") return;
-  vtkDataSet* const block = RequireSingle(source, path, &encoding);
+  vtkDataSet* const block = RequireSingle(source, path).block;
   const bool drops = options.hidden.treatment == HiddenCells::Treatment::Drop;
   if (drops && IsStructured(block) && extension != ".vtu" && extension != ".vtk") {
     throw FileError(path, "cannot hold a mesh with cells left out; write a .vtu file");
@@ -142,10 +142,13 @@ void WriteDataSet(const DataSet& dataSet, const std::string& path, const WriteOp
   try {
     const FileSource& source = SourceOf(dataSet, path);
     const bool keeps = options.hidden.treatment == HiddenCells::Treatment::Keep;
-    WritableFormat(path).write(keeps ? source : WithHiddenCells(source, options.hidden), path);
+    WritableFormat(path).write(keeps ? source : WithHiddenCells(source, options.hidden),
+                               dataSet.TouchedArrays(), path);
   } catch (const FileError& error) {
     // It may name a file that is gone by now: the one beside the target.
     throw FileError(path, error.Reason());
+  } catch (const ValuesError&) {
+    throw;  // it names the file that could not be read
   } catch (const fs::filesystem_error& reason) {
     throw FileError(path, reason.code().message());
   } catch (const std::bad_alloc&) {

@@ -4,14 +4,20 @@
 #include <vtkDataSet.h>
 #include <vtkSmartPointer.h>
 
+#include <memory>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "DataSet.h"
 #include "SourceEncoding.h"
+#include "xml/XmlSource.h"
 
 namespace qelhost {
+
+/// Arrays of a data set whose values may be others than those of its file.
+using TouchedArrays = std::set<vtkDataArray*>;
 
 using XmlAttributes = std::vector<std::pair<std::string, std::string>>;
 
@@ -22,6 +28,7 @@ struct FileNode {
   std::vector<FileNode> children;     ///< of a group
   vtkSmartPointer<vtkDataSet> block;  ///< null: an empty block
   FileEncoding encoding;              ///< of the file that held the block
+  std::shared_ptr<XmlSource> xml;     ///< that file, when it is read as needed; null: it is read
   std::string carriedFile;            ///< no mesh: a file to copy as it is
   std::string tag;                    ///< of the index: Block, Piece or DataSet; "": choose
   XmlAttributes attributes;           ///< of the index entry, but for its file

@@ -13,7 +13,7 @@ struct Format {
   /// Fills steps and hasTimes; throws FileError.
   void (*read)(const std::string& path, FileSource& source);
   /// Writes steps; null: files of the format are written as `writtenAs`.
-  void (*write)(const FileSource& source, const std::string& path);
+  void (*write)(const FileSource& source, const TouchedArrays& touched, const std::string& path);
   const char* writtenAs;
   const char* help;
 };

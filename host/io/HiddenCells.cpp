@@ -168,8 +168,10 @@ vtkSmartPointer<vtkDataSet> WithoutHidden(vtkDataSet* block, vtkDataArray* hidin
 void Treat(FileNode& node, const HiddenCells& hidden) {
   for (FileNode& child : node.children) Treat(child, hidden);
   if (node.block == nullptr) return;
+  if (node.xml != nullptr) LoadAll(*node.xml);
   vtkDataArray* const hiding = HidingArray(node.block, hidden.array);
   if (hiding == nullptr) return;
+  node.xml = nullptr;  // the block that is written is another
   node.block = hidden.treatment == HiddenCells::Treatment::Mark ? WithMarks(node.block, hiding)
                                                                 : WithoutHidden(node.block, hiding);
 }

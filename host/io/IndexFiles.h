@@ -10,8 +10,10 @@ namespace qelhost {
 
 void ReadMultiBlock(const std::string& path, FileSource& source);
 void ReadCollection(const std::string& path, FileSource& source);
-void WriteMultiBlock(const FileSource& source, const std::string& path);
-void WriteCollection(const FileSource& source, const std::string& path);
+void WriteMultiBlock(const FileSource& source, const TouchedArrays& touched,
+                     const std::string& path);
+void WriteCollection(const FileSource& source, const TouchedArrays& touched,
+                     const std::string& path);
 
 /// Files that an index names, and those that these name; empty when it cannot be read.
 std::vector<std::string> FilesNamedBy(const std::string& path);

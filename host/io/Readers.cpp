@@ -2,6 +2,7 @@
 
 #include <vtkCGNSReader.h>
 #include <vtkCellData.h>
+#include <vtkDataArraySelection.h>
 #include <vtkDataObjectTree.h>
 #include <vtkExodusIIReader.h>
 #include <vtkGenericDataObjectReader.h>
@@ -99,7 +100,33 @@ void RequireArrays(const std::string& path, vtkXMLReader* reader, vtkDataSet* bl
   }
 }
 
-vtkSmartPointer<vtkDataSet> RunXmlReader(const std::string& path, const XmlOverview& overview) {
+std::vector<std::string> ArrayNames(int count, const char* (vtkXMLReader::*name)(int),
+                                    vtkXMLReader* reader) {
+  std::vector<std::string> names;
+  for (int i = 0; i < count; ++i) names.emplace_back((reader->*name)(i));
+  return names;
+}
+
+/// Has the reader leave the arrays at nodes and cells in the file. False when it knows others than
+/// the source.
+bool LeaveArrays(vtkXMLReader* reader, const XmlSource& source) {
+  reader->UpdateInformation();
+  if (!HasArrays(
+          source, XmlSection::PointData,
+          ArrayNames(reader->GetNumberOfPointArrays(), &vtkXMLReader::GetPointArrayName, reader)) ||
+      !HasArrays(
+          source, XmlSection::CellData,
+          ArrayNames(reader->GetNumberOfCellArrays(), &vtkXMLReader::GetCellArrayName, reader))) {
+    return false;
+  }
+  reader->GetPointDataArraySelection()->DisableAllArrays();
+  reader->GetCellDataArraySelection()->DisableAllArrays();
+  return true;
+}
+
+/// With a source the arrays at nodes and cells are left in the file; null when that cannot be.
+vtkSmartPointer<vtkDataSet> RunXmlReader(const std::string& path, const XmlOverview& overview,
+                                         XmlSource* source) {
   const std::string extension = ExtensionOf(path);
   for (const XmlKind& kind : kXmlKinds) {
     if (extension != kind.extension) continue;
@@ -109,6 +136,7 @@ vtkSmartPointer<vtkDataSet> RunXmlReader(const std::string& path, const XmlOverv
     const vtkSmartPointer<vtkXMLReader> reader = kind.make();
     VtkErrorCapture errors;
     reader->SetFileName(path.c_str());
+    if (source != nullptr && !LeaveArrays(reader, *source)) return nullptr;
     reader->Update();
     vtkSmartPointer<vtkDataSet> block = reader->GetOutputAsDataSet();
     // A complete file of an empty block: VTK writes none of the sections that it then misses.
@@ -117,7 +145,7 @@ vtkSmartPointer<vtkDataSet> RunXmlReader(const std::string& path, const XmlOverv
     RequireNoError(path, errors);
     if (block == nullptr || reader->GetErrorCode() != 0)
       throw FileError(path, "damaged or unreadable");
-    RequireArrays(path, reader, block);
+    if (source == nullptr) RequireArrays(path, reader, block);
     if (overview.countsKnown && (block->GetNumberOfPoints() != overview.points ||
                                  block->GetNumberOfCells() != overview.cells)) {
       throw FileError(path, "damaged: nodes or cells are missing");
@@ -205,12 +233,30 @@ void TakeSteps(const std::string& path, vtkAlgorithm* reader, FileSource& source
 
 }  // namespace
 
+/// The block of a file whose arrays are read as needed; null when VTK must read them.
+vtkSmartPointer<vtkDataSet> ReadMeshOf(XmlSource& source, const XmlOverview& overview) {
+  const std::string& path = source.file->Path();
+  vtkSmartPointer<vtkDataSet> block = ReadUnstructuredMesh(source);
+  if (block == nullptr) block = RunXmlReader(path, overview, &source);
+  if (block == nullptr || block->GetNumberOfPoints() == 0) return nullptr;
+  CheckMesh(path, block);
+  return AttachArrays(source, block) ? block : nullptr;
+}
+
 void ReadXml(const std::string& path, FileSource& source) {
   RequireFile(path);
   const XmlOverview overview = ScanXmlFile(path);
-  WithOneBlock(source, RunXmlReader(path, overview), overview.encoding);
-  source.steps[0].root.name = StemOf(path);
-  CheckMesh(path, source.steps[0].root.block);
+  std::shared_ptr<XmlSource> xml = OpenXmlSource(path);
+  vtkSmartPointer<vtkDataSet> block = xml == nullptr ? nullptr : ReadMeshOf(*xml, overview);
+  if (block == nullptr) {
+    xml = nullptr;
+    block = RunXmlReader(path, overview, nullptr);
+    CheckMesh(path, block);
+  }
+  WithOneBlock(source, block, overview.encoding);
+  FileNode& root = source.steps[0].root;
+  root.name = StemOf(path);
+  root.xml = std::move(xml);
 }
 
 void ReadXmlPieces(const std::string& path, FileSource& source) {
@@ -233,7 +279,7 @@ void ReadXmlPieces(const std::string& path, FileSource& source) {
     overview.encoding = ScanXmlFile(pieceFile).encoding;
   }
   overview.countsKnown = false;
-  WithOneBlock(source, RunXmlReader(path, overview), overview.encoding);
+  WithOneBlock(source, RunXmlReader(path, overview, nullptr), overview.encoding);
   CheckMesh(path, source.steps[0].root.block);
 }
 

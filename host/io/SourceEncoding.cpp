@@ -3,99 +3,30 @@
 #include <algorithm>
 #include <cstring>
 #include <fstream>
-#include <map>
-#include <vector>
 
 #include "FileError.h"
+#include "xml/XmlTags.h"
 
 namespace qelhost {
 namespace {
 
 constexpr char kNotXml[] = "not a VTK XML file";
 
-/// Hands out one tag after the other; text between tags is skipped unread.
-class TagScanner {
- public:
-  explicit TagScanner(std::istream& in) : m_in(in), m_buffer(1 << 20) {}
-
-  /// The next tag without its angle brackets; false at the end of the file.
-  bool Next(std::string& tag) {
-    tag.clear();
-    if (!SkipPast('<', nullptr)) return false;
-    return SkipPast('>', &tag);
-  }
-
- private:
-  bool SkipPast(char wanted, std::string* text) {
-    for (;;) {
-      if (m_at == m_end && !Fill()) return false;
-      const char* from = m_buffer.data() + m_at;
-      const auto* found = static_cast<const char*>(std::memchr(from, wanted, m_end - m_at));
-      const std::size_t length = found == nullptr ? m_end - m_at : found - from;
-      if (text != nullptr) text->append(from, length);
-      m_at += length;
-      if (found != nullptr) {
-        ++m_at;
-        return true;
-      }
-      // No tag is that long: this is some other file.
-      if (text != nullptr && text->size() > (1 << 16)) return false;
-    }
-  }
-  bool Fill() {
-    m_in.read(m_buffer.data(), static_cast<std::streamsize>(m_buffer.size()));
-    m_at = 0;
-    m_end = static_cast<std::size_t>(m_in.gcount());
-    return m_end > 0;
-  }
-
-  std::istream& m_in;
-  std::vector<char> m_buffer;
-  std::size_t m_at = 0;
-  std::size_t m_end = 0;
-};
-
-std::map<std::string, std::string> AttributesOf(const std::string& tag) {
-  std::map<std::string, std::string> attributes;
-  constexpr char kBlanks[] = " \t\r\n/";
-  std::size_t at = tag.find_first_of(kBlanks);
-  while (at != std::string::npos) {
-    at = tag.find_first_not_of(kBlanks, at);
-    const std::size_t equals = tag.find('=', at);
-    if (at == std::string::npos || equals == std::string::npos) break;
-    const std::size_t open = tag.find_first_of("\"'", equals);
-    if (open == std::string::npos) break;
-    const std::size_t close = tag.find(tag[open], open + 1);
-    if (close == std::string::npos) break;
-    std::string name = tag.substr(at, equals - at);
-    name.erase(name.find_last_not_of(" \t\r\n") + 1);
-    attributes[name] = tag.substr(open + 1, close - open - 1);
-    at = close + 1;
-  }
-  return attributes;
-}
-
-std::string NameOf(const std::string& tag) { return tag.substr(0, tag.find_first_of(" \t\r\n/")); }
-
 std::int64_t Number(const std::string& text) { return std::strtoll(text.c_str(), nullptr, 10); }
 
 class Overview {
  public:
   /// False: no further tag is of interest.
-  bool Take(const std::string& tag) {
-    const std::string name = NameOf(tag);
-    const auto attributes = AttributesOf(tag);
-    const auto value = [&attributes](const char* key) {
-      const auto found = attributes.find(key);
-      return found == attributes.end() ? std::string() : found->second;
-    };
+  bool Take(const XmlTag& tag) {
+    const std::string& name = tag.name;
+    const auto value = [&tag](const char* key) { return tag.Value(key); };
     if (name == "VTKFile") {
       result.type = value("type");
       result.encoding.known = true;
       result.encoding.compressor = value("compressor");
       result.encoding.wideHeader = value("header_type") == "UInt64";
       result.encoding.bigEndian = value("byte_order") == "BigEndian";
-    } else if (name == "Piece" && attributes.count("NumberOfPoints") > 0) {
+    } else if (name == "Piece" && tag.Find("NumberOfPoints") != nullptr) {
       result.countsKnown = true;
       result.points += Number(value("NumberOfPoints"));
       for (const char* key :
@@ -150,9 +81,9 @@ bool EndsAsXml(std::istream& in) {
 XmlOverview ScanXmlFile(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
   if (!in) throw FileError(path, std::strerror(errno));
-  TagScanner tags(in);
+  XmlTagScanner tags(in);
   Overview overview;
-  std::string tag;
+  XmlTag tag;
   for (int count = 0; tags.Next(tag); ++count) {
     if (!overview.Take(tag)) break;
     if (count > 16 && overview.result.type.empty()) break;

@@ -7,32 +7,10 @@
 #include "IndexFiles.h"
 #include "Staging.h"
 #include "Writers.h"
+#include "XmlText.h"
 
 namespace qelhost {
 namespace {
-
-std::string Escaped(const std::string& text) {
-  std::string result;
-  for (const char c : text) {
-    switch (c) {
-      case '&':
-        result += "&amp;";
-        break;
-      case '<':
-        result += "&lt;";
-        break;
-      case '>':
-        result += "&gt;";
-        break;
-      case '"':
-        result += "&quot;";
-        break;
-      default:
-        result += c;
-    }
-  }
-  return result;
-}
 
 std::string Printed(const XmlAttributes& attributes) {
   std::string text;
@@ -44,8 +22,12 @@ std::string Printed(const XmlAttributes& attributes) {
 class BlockWriter {
  public:
   /// Pieces become folder/stem_0.vtu and so on; the index names them as relative/stem_0.vtu.
-  BlockWriter(std::string folder, std::string relative, std::string stem)
-      : m_folder(std::move(folder)), m_relative(std::move(relative)), m_stem(std::move(stem)) {}
+  BlockWriter(std::string folder, std::string relative, std::string stem,
+              const TouchedArrays& touched)
+      : m_folder(std::move(folder)),
+        m_relative(std::move(relative)),
+        m_stem(std::move(stem)),
+        m_touched(touched) {}
 
   std::string Write(const FileStep& step) {
     XmlAttributes attributes = step.indexAttributes;
@@ -101,7 +83,7 @@ class BlockWriter {
     const std::string path = m_folder + "/" + file;
     std::filesystem::create_directories(m_folder);
     if (node.block != nullptr) {
-      WriteBlockFile(node.block, node.encoding, path);
+      WriteBlockFile(node, m_touched, path);
     } else {
       std::filesystem::copy_file(node.carriedFile, path);
     }
@@ -109,6 +91,7 @@ class BlockWriter {
   }
 
   std::string m_folder, m_relative, m_stem;
+  const TouchedArrays& m_touched;
   std::ostringstream m_text;
   int m_count = 0;
 };
@@ -132,20 +115,22 @@ void WithFileErrors(const std::string& path, Body&& body) {
 
 }  // namespace
 
-void WriteMultiBlock(const FileSource& source, const std::string& path) {
+void WriteMultiBlock(const FileSource& source, const TouchedArrays& touched,
+                     const std::string& path) {
   if (source.steps.size() != 1) {
     throw FileError(path, "cannot hold " + std::to_string(source.steps.size()) +
                               " time steps; write a .pvd file");
   }
   WithFileErrors(path, [&] {
     StagedTarget target(path, FilesNamedBy(path));
-    BlockWriter writer(target.FolderPath(), target.FolderName(), target.Stem());
+    BlockWriter writer(target.FolderPath(), target.FolderName(), target.Stem(), touched);
     WriteText(target.TemporaryPath(), writer.Write(source.steps[0]));
     target.Commit();
   });
 }
 
-void WriteCollection(const FileSource& source, const std::string& path) {
+void WriteCollection(const FileSource& source, const TouchedArrays& touched,
+                     const std::string& path) {
   WithFileErrors(path, [&] {
     StagedTarget target(path, FilesNamedBy(path));
     std::filesystem::create_directories(target.FolderPath());
@@ -160,9 +145,9 @@ void WriteCollection(const FileSource& source, const std::string& path) {
       const std::string file = stem + (isLeaf ? ExtensionFor(step.root.block) : ".vtm");
       const std::string piece = target.FolderPath() + "/" + file;
       if (isLeaf) {
-        WriteBlockFile(step.root.block, step.root.encoding, piece);
+        WriteBlockFile(step.root, touched, piece);
       } else {
-        BlockWriter writer(target.FolderPath() + "/" + stem, stem, stem);
+        BlockWriter writer(target.FolderPath() + "/" + stem, stem, stem, touched);
         WriteText(piece, writer.Write(step));
       }
       XmlAttributes attributes = step.attributes;

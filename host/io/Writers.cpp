@@ -1,6 +1,7 @@
 #include "Writers.h"
 
 #include <vtkAppendFilter.h>
+#include <vtkCellArray.h>
 #include <vtkCellData.h>
 #include <vtkErrorCode.h>
 #include <vtkFieldData.h>
@@ -21,7 +22,6 @@
 #include <vtkXMLUnstructuredGridWriter.h>
 
 #include <cerrno>
-#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -34,6 +34,7 @@
 #include "Staging.h"
 #include "VtkErrors.h"
 #include "WriteCancel.h"
+#include "xml/PassThrough.h"
 
 namespace qelhost {
 namespace {
@@ -207,6 +208,22 @@ void WriteLegacyFile(vtkDataSet* block, const FileEncoding& encoding, const std:
   RequireRoomBehind(path);
 }
 
+/// Writers store connectivity as wide as it lies in memory, where it may be narrower than in the
+/// file.
+vtkSmartPointer<vtkDataSet> WithIndicesOf(const FileEncoding& encoding, vtkDataSet* block) {
+  auto* const grid = vtkUnstructuredGrid::SafeDownCast(block);
+  if (grid == nullptr || grid->GetNumberOfCells() == 0) return block;
+  if (grid->GetCells()->IsStorage64Bit() || !encoding.wideIds) return block;
+  auto wide = vtkSmartPointer<vtkUnstructuredGrid>::New();
+  wide->ShallowCopy(grid);
+  vtkNew<vtkCellArray> cells;
+  cells->Use64BitStorage();
+  cells->DeepCopy(grid->GetCells());
+  cells->ConvertTo64BitStorage();
+  wide->SetCells(grid->GetCellTypesArray(), cells);
+  return wide;
+}
+
 /// All blocks of a tree that hold a mesh.
 void CollectBlocks(const FileNode& node, std::vector<const FileNode*>& blocks) {
   if (node.block != nullptr || !node.carriedFile.empty()) blocks.push_back(&node);
@@ -215,30 +232,29 @@ void CollectBlocks(const FileNode& node, std::vector<const FileNode*>& blocks) {
 
 }  // namespace
 
-std::string ShortestNumber(double value) {
-  char text[32];
-  const auto end = std::to_chars(std::begin(text), std::end(text), value).ptr;
-  return {text, end};
-}
-
 std::string ExtensionFor(vtkDataSet* block) {
   const XmlTarget* target = TargetFor(block);
   return target == nullptr ? ".vtu" : target->extension;
 }
 
-void WriteBlockFile(vtkDataSet* block, const FileEncoding& encoding, const std::string& path) {
+void WriteBlockFile(const FileNode& node, const TouchedArrays& touched, const std::string& path) {
   const std::string extension = ExtensionOf(path);
+  if (node.xml != nullptr) {
+    const bool isSameFormat = extension == ExtensionOf(node.xml->file->Path());
+    if (isSameFormat && WritePassingThrough(*node.xml, node.block, touched, path)) return;
+    LoadAll(*node.xml);
+  }
+  const vtkSmartPointer<vtkDataSet> block = WithIndicesOf(node.encoding, node.block);
   if (extension == ".vtk") {
-    WriteLegacyFile(block, encoding, path);
+    WriteLegacyFile(block, node.encoding, path);
   } else if (extension == ".vtu" && KindOf(block) != VTK_UNSTRUCTURED_GRID) {
-    WriteXmlFile(AsUnstructured(block), encoding, path);
+    WriteXmlFile(AsUnstructured(block), node.encoding, path);
   } else {
-    WriteXmlFile(block, encoding, path);
+    WriteXmlFile(block, node.encoding, path);
   }
 }
 
-vtkDataSet* RequireSingle(const FileSource& source, const std::string& path,
-                          FileEncoding* encoding) {
+const FileNode& RequireSingle(const FileSource& source, const std::string& path) {
   if (source.steps.size() != 1) {
     throw FileError(path, "cannot hold " + std::to_string(source.steps.size()) +
                               " time steps; write a .pvd file");
@@ -255,15 +271,13 @@ vtkDataSet* RequireSingle(const FileSource& source, const std::string& path,
     throw FileError(path, std::string("cannot hold this kind of mesh; write a ") +
                               ExtensionFor(block) + " file");
   }
-  *encoding = blocks[0]->encoding;
-  return block;
+  return *blocks[0];
 }
 
-void WriteSingle(const FileSource& source, const std::string& path) {
-  FileEncoding encoding;
-  vtkDataSet* block = RequireSingle(source, path, &encoding);
+void WriteSingle(const FileSource& source, const TouchedArrays& touched, const std::string& path) {
+  const FileNode& node = RequireSingle(source, path);
   StagedTarget target(path);
-  WriteBlockFile(block, encoding, target.TemporaryPath());
+  WriteBlockFile(node, touched, target.TemporaryPath());
   target.Commit();
 }
 

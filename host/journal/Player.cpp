@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <chrono>
 #include <exception>
+#include <utility>
 
 namespace qelhost {
 
@@ -54,6 +55,8 @@ LineResult Player::Play(const std::string& line) {
       try {
         RunHostCommand(m_host, line);
         result.isDone = true;
+      } catch (const ValuesError&) {
+        throw;
       } catch (const std::exception& e) {
         result.message = e.what();
       }
@@ -61,6 +64,10 @@ LineResult Player::Play(const std::string& line) {
       PlayAddOnLine(line, result);
     }
     m_host.idle.Run();
+  }
+  if (!m_host.unreadableValues.empty()) {
+    m_host.watch.Finish();
+    throw ValuesError(std::exchange(m_host.unreadableValues, {}));
   }
   result.seconds = std::chrono::duration<double>(Clock::now() - start).count();
   if (m_isReporting) result.alterations = m_host.watch.Finish();

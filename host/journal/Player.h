@@ -30,6 +30,7 @@ class Player {
   /// Whether results say what was altered; costs a pass over each field before and after.
   void ReportAlterations(bool on) { m_isReporting = on; }
 
+  /// Throws ValuesError when values that the line needed cannot be read from their file.
   LineResult Play(const std::string& line);
 
   /// Checks of a journal's lines, in their order, begin.

@@ -110,6 +110,9 @@ class Host {
   /// empty when none was since the player cleared it.
   std::string refusedWrite;
 
+  /// Why values could not be read that somebody needed; empty when all could.
+  std::string unreadableValues;
+
   /// Redraws asked for; a host with a window draws at them.
   std::int64_t redrawCount = 0;
   /// Help pages asked for, the latest last.

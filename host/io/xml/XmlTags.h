@@ -1,0 +1,51 @@
+// The tags of a VTK XML file, one after the other, with the places where they stand.
+#pragma once
+
+#include <cstdint>
+#include <istream>
+#include <string>
+#include <vector>
+
+namespace qelhost {
+
+/// Places count from 0, in bytes of the file.
+struct XmlAttribute {
+  std::string name;
+  std::string value;  ///< as it stands there, entities unread
+  std::int64_t begin = 0;
+  std::int64_t end = 0;  ///< of the value, without its quotes
+};
+
+struct XmlTag {
+  std::string name;  ///< "/DataArray" ends one
+  std::vector<XmlAttribute> attributes;
+  std::int64_t begin = 0;  ///< of its angle bracket
+  std::int64_t end = 0;    ///< behind the other
+  bool isClosed = false;   ///< it ends itself
+
+  const XmlAttribute* Find(const char* attribute) const;
+  /// "" when there is none.
+  std::string Value(const char* attribute) const;
+};
+
+class XmlTagScanner {
+ public:
+  explicit XmlTagScanner(std::istream& in);
+
+  /// Text between tags is skipped unread. False at the end of the file.
+  bool Next(XmlTag& tag);
+
+ private:
+  bool SkipPast(char wanted, std::string* text);
+  bool Fill();
+  std::int64_t Position() const { return m_bufferStart + static_cast<std::int64_t>(m_at); }
+
+  std::istream& m_in;
+  std::vector<char> m_buffer;
+  std::string m_text;
+  std::int64_t m_bufferStart = 0;
+  std::size_t m_at = 0;
+  std::size_t m_end = 0;
+};
+
+}  // namespace qelhost
