@@ -124,6 +124,7 @@ int FakeHost::CallCount(const std::string& function) const {
 
 bool FakeHost::Enter(const char* function, const std::string& arguments, bool needsLock,
                      bool isFallible) {
+  if (IsCalledByBody(function)) return false;
   if (keepsCalls) calls.push_back({function, arguments, isFallible});
   if (needsLock && lockOwners.empty()) Report(std::string(function) + " was called unlocked");
   if (!isFallible || faultFunction != function || faultCountdown < 1) return false;
@@ -133,11 +134,27 @@ bool FakeHost::Enter(const char* function, const std::string& arguments, bool ne
 }
 
 void FakeHost::Reset() {
+  const bool wasDamaged = HasDamagedGaps();
   ForgetReferences();
   ForgetMaps();
   TheAccount() = Account();
   DropAllDialogs();
+  ForgetBits();
   *this = FakeHost();
+  OfferWhatTheEnvironmentSays();
+  if (wasDamaged) Report("before the reset something was written between values");
+}
+
+bool FakeHost::HasDamagedGaps() const {
+  for (const Frame& frame : frames) {
+    if (frame.dataSet == nullptr) continue;
+    for (const Zone& zone : frame.dataSet->zones) {
+      for (const Values& values : zone.vars) {
+        if (values.storage != nullptr && !values.storage->AreGapsWhole()) return true;
+      }
+    }
+  }
+  return false;
 }
 
 std::vector<std::string> FakeHost::Leaks() const {

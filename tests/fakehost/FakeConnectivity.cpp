@@ -81,6 +81,11 @@ void Forget() {
 
 }  // namespace
 
+NodesBehind NodesOfMap(const QelNodeMap* map, const char* function) {
+  const Mesh* const mesh = MeshOf(map, function);
+  return mesh == nullptr ? NodesBehind() : NodesBehind{mesh, map->zone};
+}
+
 void ForgetMaps() {
   Forget<QelNodeMap>();
   Forget<QelNodeToElemMap>();
@@ -106,7 +111,8 @@ LgIndex_t QelUtilDataNodeGetByRef(const QelNodeMap* map, LgIndex_t element, LgIn
   const Mesh* const mesh = MeshOf(map, __func__);
   if (mesh == nullptr || !IsIn(element, mesh->elements.size())) return 0;
   if (!IsIn(corner, mesh->elements.CornerCount())) return 0;
-  return mesh->elements.NodesOf(static_cast<std::size_t>(element - 1))[corner - 1];
+  return mesh->elements.NodeAt(static_cast<std::size_t>(element - 1),
+                               static_cast<std::size_t>(corner - 1));
 }
 
 void QelUtilDataNodeSetByRef(QelNodeMap* map, LgIndex_t element, LgIndex_t corner, LgIndex_t node) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FakeElements.h"
+#include "FakeExtensions.h"
 #include "FakeTopology.h"
 
 #include "qelvane/Types.h"
@@ -20,11 +21,16 @@ enum class StoredType { Float, Double, Int32, Int16, Byte, Int64, Int8, UInt16, 
 
 /// The values of one variable in one zone, as typed bytes; zones that share it hold the same one.
 struct Storage {
-  Storage(StoredType storedType, std::int64_t valueCount);
+  Storage(StoredType storedType, std::int64_t valueCount, Layout valueLayout = {});
   double Get(std::int64_t index) const;        ///< from 0
   void Set(std::int64_t index, double value);  ///< from 0; rounds and clamps as the host does
+  unsigned char* At(std::int64_t index);
+  const unsigned char* At(std::int64_t index) const;
+  std::int64_t Stride() const;  ///< in bytes
+  bool AreGapsWhole() const;    ///< nothing was written between the values
   StoredType type;
   std::int64_t count;
+  Layout layout;
   std::vector<unsigned char> bytes;
 };
 

@@ -2,6 +2,7 @@
 
 #include "qelvane/Types.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
@@ -14,11 +15,18 @@ namespace fakehost {
 /// stamp stays the same.
 std::uint64_t NewStamp();
 
+/// How node numbers are kept.
+struct NodeForm {
+  std::int32_t width = 4;  ///< bytes, 4 or 8
+  std::int32_t base = 1;   ///< the number of the first node, 0 or 1
+};
+
 /// The nodes of elements of one type as one plain run, so that millions fit; reads like a vector of
-/// vectors. Nodes count from 1, elements and corners here from 0.
+/// vectors. Nodes count from 1, whatever form they are kept in; elements and corners here from 0.
 class ElementList {
  public:
   using Row = std::vector<LgIndex_t>;
+  static constexpr std::size_t kMostCorners = 8;
 
   class Iterator {
    public:
@@ -41,17 +49,31 @@ class ElementList {
   /// As many elements of that many corners, all of them at one node.
   void Assign(std::size_t count, std::size_t corners, LgIndex_t node);
   void Reserve(std::size_t count, std::size_t corners);
-  /// Every row has as many nodes as the first; another number throws std::invalid_argument.
+  /// Every row has as many nodes as the first, at most 8; else throws std::invalid_argument.
   void push_back(const Row& row);
   void push_back(const LgIndex_t* nodes, std::size_t corners);
   void SetNode(std::size_t element, std::size_t corner, LgIndex_t node);
 
-  bool empty() const { return m_nodes.empty(); }
-  std::size_t size() const { return m_corners == 0 ? 0 : m_nodes.size() / m_corners; }
+  /// Keeps the nodes in another form from now on.
+  void Keep(NodeForm form);
+  const NodeForm& Form() const { return m_form; }
+  /// The first of all nodes where it lies, in the list's form.
+  void* First() const;
+
+  bool empty() const { return size() == 0; }
+  std::size_t size() const { return m_corners == 0 ? 0 : NumberCount() / m_corners; }
   std::size_t CornerCount() const { return m_corners; }
-  /// The element's nodes where they lie.
-  const LgIndex_t* NodesOf(std::size_t element) const { return &m_nodes[element * m_corners]; }
-  const LgIndex_t* data() const { return m_nodes.data(); }
+  LgIndex_t NodeAt(std::size_t element, std::size_t corner) const {
+    return NumberAt(element * m_corners + corner);
+  }
+  /// The element's nodes; the rest of the array means nothing.
+  std::array<LgIndex_t, kMostCorners> NodesOf(std::size_t element) const {
+    std::array<LgIndex_t, kMostCorners> nodes{};
+    for (std::size_t corner = 0; corner < m_corners; ++corner) {
+      nodes[corner] = NodeAt(element, corner);
+    }
+    return nodes;
+  }
   Row operator[](std::size_t element) const;
   Row front() const { return (*this)[0]; }
   Row back() const { return (*this)[size() - 1]; }
@@ -60,7 +82,17 @@ class ElementList {
   std::uint64_t Stamp() const { return m_stamp; }
 
  private:
-  std::vector<LgIndex_t> m_nodes;
+  bool IsWide() const { return m_form.width == 8; }
+  std::size_t NumberCount() const { return IsWide() ? m_wide.size() : m_narrow.size(); }
+  LgIndex_t NumberAt(std::size_t at) const {
+    const std::int64_t number = IsWide() ? m_wide[at] : m_narrow[at];
+    return static_cast<LgIndex_t>(number - m_form.base + 1);
+  }
+  void Append(LgIndex_t node);
+
+  NodeForm m_form;
+  std::vector<std::int32_t> m_narrow;  ///< the nodes, or none, by their width
+  std::vector<std::int64_t> m_wide;
   std::size_t m_corners = 0;
   std::uint64_t m_stamp = 0;
 };

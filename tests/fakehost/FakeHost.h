@@ -2,6 +2,7 @@
 
 #include "FakeControls.h"
 #include "FakeData.h"
+#include "FakeExtensions.h"
 
 #include "qelvane/QelGUI.h"
 #include "qelvane/QelUtil.h"
@@ -63,6 +64,12 @@ struct StyleCall {
 class FakeHost {
  public:
   void Reset();
+
+  // Services beyond the interface (FakeExtensions.cpp)
+  // ----------------------------------------------------------------
+  /// These and no others of the three. After a reset those that MARQUELL_FAKE_EXTENSIONS names,
+  /// none when it is not set; see ServicesNamed.
+  void OfferExtensions(const std::vector<Service>& services, const SpanVariant& variant = {});
 
   // Frames and data (FakeWorld.cpp)
   // ----------------------------------------------------------------
@@ -142,6 +149,10 @@ class FakeHost {
   bool IsBlankedCell(LgIndex_t zone, LgIndex_t cell);
   bool IsBlankedNode(LgIndex_t zone, LgIndex_t node);
   Point Project(const Point& point);
+  /// The same as a matrix, row-major.
+  std::array<double, 16> ProjectionMatrix();
+  /// Whether something was written between the values that lie interleaved.
+  bool HasDamagedGaps() const;
   bool IsDialogUp() const;
   /// One of no kind when there is no such control.
   const Control& At(LgIndex_t control) const;
@@ -174,6 +185,8 @@ class FakeHost {
   std::vector<StyleCall> styleCalls;                       ///< in their order
   std::function<bool(const std::string& line)> onExecute;  ///< what a host command does, if set
   std::map<std::string, const void*> extensions;
+  SpanVariant spans;                   ///< see OfferExtensions
+  std::vector<ProgressCall> progress;  ///< in their order
   std::vector<MenuOption> menu;
   std::vector<std::string> menuSeparators;
   std::vector<StateChangeNotice> notices;
@@ -201,6 +214,7 @@ class FakeHost {
   std::vector<std::string> currentStyleParams;
 
  private:
+  void OfferWhatTheEnvironmentSays();
   std::vector<std::string> misuse;
   std::string faultFunction;
   int faultCountdown = 0;

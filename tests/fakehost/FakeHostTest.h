@@ -20,6 +20,7 @@ class FakeHostTest : public ::testing::Test {
     host.Deliver(StateChange_NewLayout);
     // Work that was put off is over with its test.
     host.RunIdleQueue();
+    EXPECT_FALSE(host.HasDamagedGaps()) << "something was written between values";
     EXPECT_EQ(host.LockDepth(), 0) << "a lock was left open";
     EXPECT_EQ(host.dataLoadDepth, 0) << "a data-load bracket was left open";
     EXPECT_THAT(host.waitMessages, ::testing::IsEmpty()) << "a wait message was left on show";

@@ -1,5 +1,6 @@
 #include "FakeData.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -9,6 +10,9 @@
 namespace fakehost {
 
 namespace {
+
+/// Fills what lies between values.
+constexpr unsigned char kGap = 0xA5;
 
 template <class T>
 T Convert(double value) {
@@ -70,17 +74,42 @@ const TypeRow& RowOf(StoredType type) { return kTypes[static_cast<std::size_t>(t
 
 }  // namespace
 
-Storage::Storage(StoredType storedType, std::int64_t valueCount)
+Storage::Storage(StoredType storedType, std::int64_t valueCount, Layout valueLayout)
     : type(storedType),
       count(valueCount),
-      bytes(static_cast<std::size_t>(valueCount) * SizeOf(storedType)) {}
-
-double Storage::Get(std::int64_t index) const {
-  return RowOf(type).get(bytes.data() + static_cast<std::size_t>(index) * SizeOf(type));
+      layout(valueLayout),
+      bytes(static_cast<std::size_t>(valueCount * Stride())) {
+  if (layout.lanes == 1) return;
+  std::fill(bytes.begin(), bytes.end(), kGap);
+  for (std::int64_t index = 0; index < count; ++index) std::fill_n(At(index), SizeOf(type), 0);
 }
 
-void Storage::Set(std::int64_t index, double value) {
-  RowOf(type).set(bytes.data() + static_cast<std::size_t>(index) * SizeOf(type), value);
+double Storage::Get(std::int64_t index) const { return RowOf(type).get(At(index)); }
+
+void Storage::Set(std::int64_t index, double value) { RowOf(type).set(At(index), value); }
+
+unsigned char* Storage::At(std::int64_t index) {
+  return bytes.data() + index * Stride() + layout.lane * static_cast<std::int64_t>(SizeOf(type));
+}
+
+const unsigned char* Storage::At(std::int64_t index) const {
+  return const_cast<Storage*>(this)->At(index);
+}
+
+std::int64_t Storage::Stride() const {
+  return layout.lanes * static_cast<std::int64_t>(SizeOf(type));
+}
+
+bool Storage::AreGapsWhole() const {
+  if (layout.lanes == 1) return true;
+  for (std::int64_t index = 0; index < count; ++index) {
+    const unsigned char* const first = bytes.data() + index * Stride();
+    for (const unsigned char* at = first; at != first + Stride(); ++at) {
+      const bool isOfValue = at >= At(index) && at < At(index) + SizeOf(type);
+      if (!isOfValue && *at != kGap) return false;
+    }
+  }
+  return true;
 }
 
 QelFieldDataType_e CodeOf(StoredType type) { return RowOf(type).code; }

@@ -67,10 +67,10 @@ NumberLists AroundNodesOfElements(const Mesh& mesh) {
   const std::size_t corners = mesh.elements.CornerCount();
   const auto forEach = [&](const auto& take) {
     for (std::size_t element = 0; element < mesh.elements.size(); ++element) {
-      const LgIndex_t* const nodes = mesh.elements.NodesOf(element);
+      const auto nodes = mesh.elements.NodesOf(element);
       for (std::size_t corner = 0; corner < corners; ++corner) {
         const LgIndex_t node = nodes[corner];
-        if (node < 1 || node > mesh.NodeCount() || !IsFirstAt(nodes, corner)) continue;
+        if (node < 1 || node > mesh.NodeCount() || !IsFirstAt(nodes.data(), corner)) continue;
         take(node, static_cast<LgIndex_t>(element + 1));
       }
     }
@@ -186,16 +186,17 @@ LgIndex_t FaceNeighbourCount(const Mesh& mesh, LgIndex_t element, LgIndex_t face
   const auto nodesOf = [&mesh](LgIndex_t of) {
     return mesh.elements.NodesOf(static_cast<std::size_t>(of - 1));
   };
-  const FaceNodes wanted(table, face, nodesOf(element));
+  const FaceNodes wanted(table, face, nodesOf(element).data());
   if (wanted.count < std::min<LgIndex_t>(table.cornersPerFace, 3)) return 1;
   LgIndex_t count = 0;
   const NumberLists& around = mesh.Derived().cellsAroundNodes;
   const LgIndex_t* const last = around.end(wanted.nodes[0]);
   for (const LgIndex_t* other = around.begin(wanted.nodes[0]); other != last; ++other) {
-    if (*other == element || !HasAll(wanted, nodesOf(*other), mesh.elements.CornerCount()))
-      continue;
+    if (*other == element) continue;
+    const auto nodes = nodesOf(*other);
+    if (!HasAll(wanted, nodes.data(), mesh.elements.CornerCount())) continue;
     for (LgIndex_t theirs = 1; theirs <= table.faceCount; ++theirs) {
-      if (!(FaceNodes(table, theirs, nodesOf(*other)) == wanted)) continue;
+      if (!(FaceNodes(table, theirs, nodes.data()) == wanted)) continue;
       ++count;
       break;
     }

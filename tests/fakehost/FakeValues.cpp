@@ -57,18 +57,21 @@ bool IsInRange(const QelFieldData* ref, LgIndex_t offset, const char* function) 
 
 double RawGet(const QelFieldData* ref, LgIndex_t offset) {
   constexpr char kName[] = "the raw getter";
+  if (IsCalledByBody(kName)) return 0.0;
   if (!IsUsable(ref, kName) || !IsInRange(ref, offset, kName)) return 0.0;
   return ref->storage->Get(offset);
 }
 
 void RawSet(QelFieldData* ref, LgIndex_t offset, double value) {
   constexpr char kName[] = "the raw setter";
+  if (IsCalledByBody(kName)) return;
   if (!IsUsable(ref, kName) || !IsInRange(ref, offset, kName)) return;
   if (!ref->isWritable) {
     Host().Report("the raw setter got a reference that is for reading");
     return;
   }
   ref->storage->Set(offset, value);
+  SpoilBits();
 }
 
 /// Each node's mean over the cells around it.
@@ -99,7 +102,13 @@ LgIndex_t ShareCount(const Values& values, LgIndex_t var) {
 
 }  // namespace
 
+FieldBehind FieldOf(const QelFieldData* ref, const char* function) {
+  if (!IsUsable(ref, function)) return {};
+  return {ref->storage.get(), ref->zone, ref->var};
+}
+
 void InvalidateReferences(QelUniqueID_t zone, LgIndex_t var) {
+  SpoilBits();
   for (const auto& reference : TheReferences().all) {
     if (reference->zone == zone && reference->var == var) reference->isStale = true;
   }
@@ -196,8 +205,11 @@ void QelUtilDataValueArraySetByRef(QelFieldData* dest, LgIndex_t destOffset, LgI
     return;
   }
   const std::size_t size = SizeOf(dest->storage->type);
-  std::memcpy(dest->storage->bytes.data() + static_cast<std::size_t>(destOffset - 1) * size, source,
-              static_cast<std::size_t>(count) * size);
+  const auto* from = static_cast<const unsigned char*>(source);
+  for (LgIndex_t i = 0; i < count; ++i, from += size) {
+    std::memcpy(dest->storage->At(destOffset - 1 + i), from, size);
+  }
+  SpoilBits();
 }
 
 QelFieldGet_pf QelUtilDataValueRefGetGetFunc(const QelFieldData* ref) {

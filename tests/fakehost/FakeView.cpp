@@ -33,17 +33,35 @@ bool IsLayer(const char* layer) {
 
 }  // namespace
 
-Point FakeHost::Project(const Point& point) {
+std::array<double, 16> FakeHost::ProjectionMatrix() {
   const ViewState& view = ActiveFrame().view;
-  const Point p{point.x - view.origin.x, point.y - view.origin.y, point.z - view.origin.z};
-  const double a = view.alpha * kRadians;
-  const double x1 = std::cos(a) * p.x - std::sin(a) * p.y;
-  const double y1 = std::sin(a) * p.x + std::cos(a) * p.y;
-  const double s = view.psi * kRadians;
-  const double y2 = std::cos(s) * y1 + std::sin(s) * p.z;
-  const double z2 = -std::sin(s) * y1 + std::cos(s) * p.z;
-  const double t = view.theta * kRadians;
-  return {std::cos(t) * x1 + std::sin(t) * y2, -std::sin(t) * x1 + std::cos(t) * y2, z2};
+  const double cosA = std::cos(view.alpha * kRadians);
+  const double sinA = std::sin(view.alpha * kRadians);
+  const double cosS = std::cos(view.psi * kRadians);
+  const double sinS = std::sin(view.psi * kRadians);
+  const double cosT = std::cos(view.theta * kRadians);
+  const double sinT = std::sin(view.theta * kRadians);
+  const Point& o = view.origin;
+  const auto row = [&o](double* m, double x, double y, double z) {
+    m[0] = x;
+    m[1] = y;
+    m[2] = z;
+    m[3] = 0.0 - (x * o.x + y * o.y + z * o.z);
+  };
+  std::array<double, 16> m{};
+  row(&m[0], cosT * cosA + sinT * cosS * sinA, sinT * cosS * cosA - cosT * sinA, sinT * sinS);
+  row(&m[4], cosT * cosS * sinA - sinT * cosA, sinT * sinA + cosT * cosS * cosA, cosT * sinS);
+  row(&m[8], 0.0 - sinS * sinA, 0.0 - sinS * cosA, cosS);
+  m[15] = 1.0;
+  return m;
+}
+
+Point FakeHost::Project(const Point& point) {
+  const std::array<double, 16> m = ProjectionMatrix();
+  const auto row = [&](std::size_t r) {
+    return m[4 * r] * point.x + m[4 * r + 1] * point.y + m[4 * r + 2] * point.z + m[4 * r + 3];
+  };
+  return {row(0), row(1), row(2)};
 }
 
 }  // namespace fakehost

@@ -11,10 +11,10 @@ std::int64_t CountFor(const Mesh& mesh, QelValueLocation_e location) {
   return location == ValueLocation_CellCentered ? mesh.CellCount() : mesh.NodeCount();
 }
 
-Values CoordinateValues(const Mesh& mesh, double Point::*axis, StoredType type) {
+Values CoordinateValues(const Mesh& mesh, double Point::*axis, StoredType type, Layout layout) {
   Values values;
   values.typeWhenAllocated = type;
-  values.storage = std::make_shared<Storage>(type, mesh.NodeCount());
+  values.storage = std::make_shared<Storage>(type, mesh.NodeCount(), layout);
   for (LgIndex_t node = 0; node < mesh.NodeCount(); ++node) {
     values.storage->Set(node, mesh.points[static_cast<std::size_t>(node)].*axis);
   }
@@ -90,9 +90,10 @@ LgIndex_t FakeHost::AddZone(Mesh mesh, const std::array<StoredType, 3>& coordina
     const LgIndex_t var = frame.axisVars[axis];
     if (var < 1 || var > static_cast<LgIndex_t>(zone.vars.size())) continue;
     zone.vars[static_cast<std::size_t>(var - 1)] =
-        CoordinateValues(mesh, kAxes[axis], coordinateTypes[axis]);
+        CoordinateValues(mesh, kAxes[axis], coordinateTypes[axis], LayoutOf(spans, var));
   }
   zone.mesh = std::move(mesh);
+  zone.mesh.elements.Keep({spans.isWide ? 8 : 4, spans.startsAtZero ? 0 : 1});
   data.zones.push_back(std::move(zone));
   return static_cast<LgIndex_t>(data.zones.size());
 }
@@ -102,11 +103,13 @@ LgIndex_t FakeHost::AddVariable(const std::string& name, QelValueLocation_e loca
                                 const std::function<double(LgIndex_t, LgIndex_t)>& value) {
   DataSet& data = *ActiveData();
   data.varNames.push_back(name);
+  const Layout layout = LayoutOf(spans, static_cast<LgIndex_t>(data.varNames.size()));
   for (std::size_t zone = 0; zone < data.zones.size(); ++zone) {
     Values values;
     values.location = location;
     values.typeWhenAllocated = type;
-    values.storage = std::make_shared<Storage>(type, CountFor(data.zones[zone].mesh, location));
+    values.storage =
+        std::make_shared<Storage>(type, CountFor(data.zones[zone].mesh, location), layout);
     for (std::int64_t i = 0; i < values.storage->count; ++i) {
       values.storage->Set(i,
                           value(static_cast<LgIndex_t>(zone + 1), static_cast<LgIndex_t>(i + 1)));
