@@ -58,7 +58,7 @@ void RotationTransform::Set(const Point3d& centre, double rxDeg, double ryDeg, d
 
 Point3d RotationTransform::Apply(const Point3d& point) const {
   const auto row = [this, &point](std::size_t n) {
-    const std::array<double, 4>& m = m_matrix[n];
+    const MatrixRow& m = m_matrix[n];
     return m[0] * point.x + m[1] * point.y + m[2] * point.z + m[3];
   };
   return {row(0), row(1), row(2)};
@@ -100,6 +100,13 @@ bool CClippingCube::IsInside(double x, double y, double z) const {
   const Box3d& box = m_unrotatedBox;
   return IsBetween(point.x, box.min.x, box.max.x) && IsBetween(point.y, box.min.y, box.max.y) &&
          IsBetween(point.z, box.min.z, box.max.z);
+}
+
+std::uint64_t CClippingCube::InsideOf(const PointBlock& points, std::uint64_t wanted) const {
+  if (!m_isRotated) return wanted;
+  const auto& [low, high] = m_unrotatedBox;
+  return PointsInTurnedBox(points, m_inverse.Rows(),
+                           {{{low.x, high.x}, {low.y, high.y}, {low.z, high.z}}});
 }
 
 LgIndex_t CClippingCube::GetZoneNum() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "PickBoundary3d.h"
+#include "ShapeKernels.h"
 
 #include <array>
 
@@ -13,9 +14,11 @@ class RotationTransform {
   void Set(const Point3d& centre, double rxDeg, double ryDeg, double rzDeg);
   Point3d Apply(const Point3d& point) const;
 
+  /// What Apply makes of x, y and z, row by row.
+  std::array<MatrixRow, 3> Rows() const { return {m_matrix[0], m_matrix[1], m_matrix[2]}; }
+
  private:
-  std::array<std::array<double, 4>, 4> m_matrix{
-      {{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}};
+  std::array<MatrixRow, 4> m_matrix{{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}};
 };
 
 /// A box given by its lowest corner and its size, turned about that corner by three angles; shown
@@ -32,6 +35,8 @@ class CClippingCube : public CPickBoundary3d {
   /// Turns the point back by the negated angles. That is the exact inverse for one angle alone;
   /// with two or three it is not, and journals rely on the answers that it gives.
   bool IsInside(double x, double y, double z) const override;
+  bool FillsItsBox() const override { return !m_isRotated; }
+  std::uint64_t InsideOf(const PointBlock& points, std::uint64_t wanted) const override;
   void Update() override;
 
  private:

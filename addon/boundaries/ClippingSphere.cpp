@@ -5,6 +5,7 @@
 #include "HostLock.h"
 #include "HostOwned.h"
 #include "NumberAttributes.h"
+#include "ShapeKernels.h"
 #include "Utilities.h"
 
 #include "qelvane/QelUtil.h"
@@ -35,6 +36,10 @@ bool CClippingSphere::IsInside(double x, double y, double z) const {
   const double dz = z - m_anchor.z;
   const double radiusSquared = m_shape[1];
   return !(dy * dy + dx * dx + dz * dz > radiusSquared);
+}
+
+std::uint64_t CClippingSphere::InsideOf(const PointBlock& points, std::uint64_t) const {
+  return PointsInSphere(points, {m_anchor.x, m_anchor.y, m_anchor.z}, m_shape[1]);
 }
 
 LgIndex_t CClippingSphere::GetZoneNum() const {

@@ -15,6 +15,7 @@ class CClippingSphere : public CPickBoundary3d {
   bool SetFromMacro(const MacroCommand& command) override;
   LgIndex_t GetZoneNum() const override;
   bool IsInside(double x, double y, double z) const override;
+  std::uint64_t InsideOf(const PointBlock& points, std::uint64_t wanted) const override;
   void Update() override;
 
  private:

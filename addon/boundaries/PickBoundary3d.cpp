@@ -3,6 +3,9 @@
 #include "HostCheck.h"
 #include "HostLock.h"
 #include "HostOwned.h"
+#include "NodeColumn.h"
+#include "NodeWords.h"
+#include "PointColumns.h"
 
 #include "qelvane/Keywords.h"
 #include "qelvane/QelUtil.h"
@@ -189,8 +192,15 @@ void CPickBoundary3d::Nudge(int parameter, bool increase, double& value) {
   Update();
 }
 
+std::uint64_t CPickBoundary3d::InsideOf(const PointBlock& points, std::uint64_t wanted) const {
+  return BitsWhere(wanted, [&](int bit) {
+    const auto point = static_cast<std::size_t>(bit);
+    return IsInside(points[0][point], points[1][point], points[2][point]);
+  });
+}
+
 void CPickBoundary3d::MarkInside(LgIndex_t zoneNum, LgIndex_t xVar, LgIndex_t yVar, LgIndex_t zVar,
-                                 InsideSet& inside) const {
+                                 InsideSet& inside, const HostServices& services) const {
   const HostLock lock;
   const QelFieldData* fieldX = nullptr;
   const QelFieldData* fieldY = nullptr;
@@ -205,18 +215,22 @@ void CPickBoundary3d::MarkInside(LgIndex_t zoneNum, LgIndex_t xVar, LgIndex_t yV
   HOST_CHECK(getYFunction = QelUtilDataValueRefGetGetFunc(fieldY));
   HOST_CHECK(getZFunction = QelUtilDataValueRefGetGetFunc(fieldZ));
 
-  const Box3d box = m_boundingBox;
-  MarkNodes(inside, [&](std::int64_t node) {
-    const auto offset = static_cast<LgIndex_t>(node);
-    // Asked so that a coordinate that is no number goes on to the shape's own test.
-    const double x = getXFunction(fieldX, offset);
-    if (x > box.max.x || x < box.min.x) return false;
-    const double y = getYFunction(fieldY, offset);
-    if (y > box.max.y || y < box.min.y) return false;
-    const double z = getZFunction(fieldZ, offset);
-    if (z > box.max.z || z < box.min.z) return false;
-    return IsInside(x, y, z);
-  });
+  const std::int64_t nodeCount = inside.NodeCount();
+  const PointColumns columns(NodeColumn(fieldX, getXFunction, nodeCount, services.bulk),
+                             NodeColumn(fieldY, getYFunction, nodeCount, services.bulk),
+                             NodeColumn(fieldZ, getZFunction, nodeCount, services.bulk), nodeCount);
+  const Point3d& low = m_boundingBox.min;
+  const Point3d& high = m_boundingBox.max;
+  const PointBox box({{{low.x, high.x}, {low.y, high.y}, {low.z, high.z}}});
+  const bool isItsBox = FillsItsBox();
+  MarkWords(columns.CallsHost() ? nullptr : services.parallel, inside,
+            [&](std::int64_t word, PointBlock& scratch) {
+              if (isItsBox) return columns.InBox(word, box, scratch);
+              return columns.InShape(word, box, scratch,
+                                     [this](const PointBlock& points, std::uint64_t wanted) {
+                                       return InsideOf(points, wanted);
+                                     });
+            });
 }
 
 }  // namespace qelvane::qelutiltools

@@ -1,11 +1,15 @@
 #pragma once
 
 #include "CMacroEngine.h"
+#include "HostServices.h"
 #include "InsideSet.h"
+#include "PointBlock.h"
+#include "RangeKernels.h"
 
 #include "qelvane/Types.h"
 
 #include <array>
+#include <cstdint>
 #include <functional>
 
 namespace qelvane::qelutiltools {
@@ -53,6 +57,13 @@ class CPickBoundary3d {
   /// Whether a point of the bounding box is inside.
   virtual bool IsInside(double x, double y, double z) const = 0;
 
+  /// Whether all points of the bounding box are.
+  virtual bool FillsItsBox() const { return false; }
+
+  /// IsInside for 64 points at once, the first in the lowest bit. Only the bits in `wanted` count,
+  /// whose points lie in the bounding box.
+  virtual std::uint64_t InsideOf(const PointBlock& points, std::uint64_t wanted) const;
+
   /// Follows a change of the shape; the zone follows when the host is idle.
   virtual void Update() = 0;
 
@@ -74,10 +85,11 @@ class CPickBoundary3d {
   void Nudge(int parameter, bool increase, double& value);
 
   /// Sets the bits of the zone's nodes that are inside; inside has one bit per node of the zone.
+  /// The services make it faster and change nothing else.
   ///
   /// throws  std::runtime_error when a coordinate cannot be read
   void MarkInside(LgIndex_t zoneNum, LgIndex_t xVar, LgIndex_t yVar, LgIndex_t zVar,
-                  InsideSet& inside) const;
+                  InsideSet& inside, const HostServices& services = {}) const;
 
   /// Whether there is a shape to pick with: false until it has been placed or given.
   bool IsGeometryValid() const { return m_isGeometryValid; }

@@ -1,7 +1,9 @@
 #include "PolyBoundary.h"
 
+#include "Bits.h"
 #include "HostLock.h"
 #include "NumberAttributes.h"
+#include "ShapeKernels.h"
 
 #include "qelvane/QelUtil.h"
 
@@ -9,6 +11,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <limits>
 #include <string>
 
 namespace qelvane::qelutiltools {
@@ -261,7 +264,24 @@ bool CPolyBoundary::IsInside(double x, double y) const {
     const double dy = y - m_centreY;
     return !(dy * dy + dx * dx > m_radiusSquared);
   }
-  if (m_isRectangle) return true;
+  return m_isRectangle || IsInsidePolygon(x, y);
+}
+
+std::uint64_t CPolyBoundary::InsideOf(const PointBlock& points, std::uint64_t wanted) const {
+  if (m_isCircle) return PointsInCircle(points, {m_centreX, m_centreY}, m_radiusSquared);
+  if (m_isRectangle) return wanted;
+  return BitsWhere(wanted, [&](int bit) {
+    const auto point = static_cast<std::size_t>(bit);
+    return IsInsidePolygon(points[0][point], points[1][point]);
+  });
+}
+
+Ranges3<double> CPolyBoundary::BoundingBox() const {
+  constexpr double kFree = std::numeric_limits<double>::infinity();
+  return {{{m_xMin, m_xMax}, {m_yMin, m_yMax}, {-kFree, kFree}}};
+}
+
+bool CPolyBoundary::IsInsidePolygon(double x, double y) const {
   if (!IsInsideHull(x, y)) return false;
   if (m_hullCount >= m_cornerCount) return true;
   for (std::size_t i = 0; i + 2 < m_pockets.size(); i += 3) {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "CMacroEngine.h"
+#include "PointBlock.h"
+#include "RangeKernels.h"
 
 #include "qelvane/Types.h"
 
@@ -47,6 +49,13 @@ class CPolyBoundary {
   /// Edges of rectangles and circles are inside; those of polygons and of their pockets are not.
   bool IsInside(double x, double y) const;
 
+  /// IsInside for 64 points at once, the first in the lowest bit. Only the bits in `wanted` count,
+  /// whose points lie in the bounding box.
+  std::uint64_t InsideOf(const PointBlock& points, std::uint64_t wanted) const;
+
+  /// The box to look at first, a range for x and one for y; z is free.
+  Ranges3<double> BoundingBox() const;
+
   /// Whether the point lies in the triangle or on its edge.
   static bool IsInsideTriangle(double x, double y, const Point2d& a, const Point2d& b,
                                const Point2d& c);
@@ -80,6 +89,7 @@ class CPolyBoundary {
 
  private:
   void SetEmptyBox();
+  bool IsInsidePolygon(double x, double y) const;
   bool IsInsideHull(double x, double y) const;
   bool SetFromPolyline(QelGeomID_t geom, double anchorX, double anchorY);
 

@@ -1,3 +1,4 @@
+#include "AreaMarking.h"
 #include "CMacroEngine.h"
 #include "GeometryChoice.h"
 #include "HostCheck.h"
@@ -35,56 +36,6 @@ class DataLoad {
   DataLoad(const DataLoad&) = delete;
   DataLoad& operator=(const DataLoad&) = delete;
 };
-
-/// One coordinate of a zone's nodes, read through the host's accessor.
-class NodeCoordinate {
- public:
-  NodeCoordinate(LgIndex_t zoneNum, LgIndex_t varNum) {
-    if (QelUtilDataValueIsPassive(zoneNum, varNum)) return;
-    HOST_CHECK(m_field = QelUtilDataValueGetReadableNLRef(zoneNum, varNum));
-    HOST_CHECK(m_get = QelUtilDataValueRefGetGetFunc(m_field));
-  }
-
-  /// The node counts from 0; a passive coordinate is 0 everywhere.
-  double At(std::int64_t node) const {
-    return m_get == nullptr ? 0.0 : m_get(m_field, static_cast<LgIndex_t>(node));
-  }
-
- private:
-  const QelFieldData* m_field = nullptr;
-  QelFieldGet_pf m_get = nullptr;
-};
-
-/// Inside as seen in a 2D frame. A circle is round on paper, where its own numbers live.
-void MarkPlanar(const CPolyBoundary& boundary, LgIndex_t zone, LgIndex_t xVar, LgIndex_t yVar,
-                InsideSet& inside) {
-  const NodeCoordinate xs(zone, xVar);
-  const NodeCoordinate ys(zone, yVar);
-  if (boundary.IsCircle()) {
-    MarkNodes(inside, [&](std::int64_t node) {
-      return boundary.IsInside(QelUtilConvertXPosition(CoordSys_Grid, CoordSys_Paper, xs.At(node)),
-                               QelUtilConvertYPosition(CoordSys_Grid, CoordSys_Paper, ys.At(node)));
-    });
-  } else {
-    MarkNodes(inside,
-              [&](std::int64_t node) { return boundary.IsInside(xs.At(node), ys.At(node)); });
-  }
-}
-
-/// Inside as seen in a 3D frame: each node is projected into the plane of the geometries.
-void MarkProjected(const CPolyBoundary& boundary, LgIndex_t zone, LgIndex_t xVar, LgIndex_t yVar,
-                   LgIndex_t zVar, InsideSet& inside) {
-  const NodeCoordinate xs(zone, xVar);
-  const NodeCoordinate ys(zone, yVar);
-  const NodeCoordinate zs(zone, zVar);
-  MarkNodes(inside, [&](std::int64_t node) {
-    double gridX = 0.0;
-    double gridY = 0.0;
-    double gridZ = 0.0;
-    QelUtilConvert3DPositionToGrid(xs.At(node), ys.At(node), zs.At(node), &gridX, &gridY, &gridZ);
-    return boundary.IsInside(gridX, gridY);
-  });
-}
 
 }  // namespace
 
@@ -159,8 +110,8 @@ bool Selvane::Apply3d(const CPickBoundary3d& boundary) {
   const LgIndex_t xVar = QelUtilVarGetNumByAssignment('X');
   const LgIndex_t yVar = QelUtilVarGetNumByAssignment('Y');
   const LgIndex_t zVar = QelUtilVarGetNumByAssignment('Z');
-  return ApplyToZones([&](LgIndex_t zone, InsideSet& inside) {
-    boundary.MarkInside(zone, xVar, yVar, zVar, inside);
+  return ApplyToZones([&](LgIndex_t zone, const HostServices& services, InsideSet& inside) {
+    boundary.MarkInside(zone, xVar, yVar, zVar, inside, services);
   });
 }
 
@@ -170,15 +121,15 @@ bool Selvane::ApplyForPlotType(QelPlotType_e plotType) {
   const LgIndex_t xVar = QelUtilVarGetNumByAssignment('X');
   const LgIndex_t yVar = QelUtilVarGetNumByAssignment('Y');
   if (plotType == PlotType_Cartesian2D) {
-    return ApplyToZones([&](LgIndex_t zone, InsideSet& inside) {
-      MarkPlanar(m_polyBoundary, zone, xVar, yVar, inside);
+    return ApplyToZones([&](LgIndex_t zone, const HostServices& services, InsideSet& inside) {
+      MarkPlanar(m_polyBoundary, zone, xVar, yVar, services, inside);
     });
   }
   if (plotType == PlotType_Cartesian3D) {
     const LgIndex_t zVar = QelUtilVarGetNumByAssignment('Z');
     HOST_CHECK(QelUtilSetupTransformations());
-    return ApplyToZones([&](LgIndex_t zone, InsideSet& inside) {
-      MarkProjected(m_polyBoundary, zone, xVar, yVar, zVar, inside);
+    return ApplyToZones([&](LgIndex_t zone, const HostServices& services, InsideSet& inside) {
+      MarkProjected(m_polyBoundary, zone, xVar, yVar, zVar, services, inside);
     });
   }
   return false;
@@ -189,12 +140,12 @@ bool Selvane::ApplyToZones(const InsideFiller& fillInside) {
   // All of them before the first write, so that no zone sees another's change.
   UnshareTargets(zones);
 
-  const ProgressReport progress;
-  const QelBulkAccess_s* const bulk = BulkAccess();
+  const HostServices services = AskHostServices();
+  const ProgressReport progress(services);
   bool areApplied = true;
   std::size_t doneCount = 0;
   for (const LgIndex_t zone : zones) {
-    areApplied = ApplyToZone(zone, fillInside, progress, bulk) && areApplied;
+    areApplied = ApplyToZone(zone, fillInside, services) && areApplied;
     progress.Done(++doneCount, zones.size());
   }
   return areApplied;
@@ -223,23 +174,23 @@ void Selvane::UnshareTargets(const std::vector<LgIndex_t>& zones) const {
 
 /// False when a surface pick's seed is not on the zone's surface; nothing is changed then.
 bool Selvane::ApplyToZone(LgIndex_t zone, const InsideFiller& fillInside,
-                          const ProgressReport& progress, const QelBulkAccess_s* bulk) {
+                          const HostServices& services) {
   const ZoneSize size = SizeOfZone(zone);
   if (size.nodeCount < 1 || size.cellCount < 1) return !m_isSurfaceOnly;
   const std::optional<FieldWriter> writer = OpenForWriting(zone, OnNoReference::Throw);
   if (!writer) return true;
 
   InsideSet inside(size.nodeCount);
-  fillInside(zone, inside);
+  fillInside(zone, services, inside);
   if (m_isSurfaceOnly && !SearchSurface(zone, m_seedElement, inside)) return false;
 
   const bool skipBlanked = !m_isBlankMode && QelUtilBlankingIsActive();
   const TakenItems taken = writer->isCellCentred
-                               ? TakenCells(zone, m_pickRule, inside, skipBlanked, bulk)
-                               : TakenNodes(zone, m_pickRule, inside, skipBlanked, bulk);
-  const std::int64_t writtenCount = AlterTaken(*writer, m_lastApplied, taken);
+                               ? TakenCells(zone, m_pickRule, inside, skipBlanked, services)
+                               : TakenNodes(zone, m_pickRule, inside, skipBlanked, services);
+  const std::int64_t writtenCount = AlterTaken(*writer, m_lastApplied, taken, services);
   FinishZone(*writer, writtenCount);
-  progress.Changed(*writer, writtenCount);
+  ProgressReport(services).Changed(*writer, writtenCount);
   return true;
 }
 

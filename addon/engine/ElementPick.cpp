@@ -75,7 +75,7 @@ void Selvane::AlterElement(const FieldWriter& writer, LgIndex_t element) {
   m_pickedElement = element;
   m_pickedZone = writer.zone;
   FinishZone(writer, 1);
-  ProgressReport().Changed(writer, 1);
+  ProgressReport(AskHostServices()).Changed(writer, 1);
 }
 
 }  // namespace qelvane::qelutiltools

@@ -101,17 +101,18 @@ void Selvane::ResetPickBlanks() {
   if (blankVar < 1) return;
   const std::vector<LgIndex_t> zones = ZonesToChange();
   UnshareTargets(zones);
-  for (const LgIndex_t zone : zones) ResetZone(zone, blankVar);
+  const HostServices services = AskHostServices();
+  for (const LgIndex_t zone : zones) ResetZone(zone, blankVar, services);
 }
 
 /// What is set to 0 is the target of the current mode, what is reported is the blanking variable:
 /// in alter mode these differ, and journals rely on both.
-void Selvane::ResetZone(LgIndex_t zone, LgIndex_t blankVar) {
+void Selvane::ResetZone(LgIndex_t zone, LgIndex_t blankVar, const HostServices& services) {
   const std::optional<FieldWriter> writer = OpenForWriting(zone, OnNoReference::Refuse);
   if (!writer) return;
   SetAllToZeroAtOnce(writer->field);
   NotifyVarsAltered(zone, blankVar);
-  ProgressReport().Changed(*writer, QelUtilDataValueGetCountByRef(writer->field));
+  ProgressReport(services).Changed(*writer, QelUtilDataValueGetCountByRef(writer->field));
 }
 
 }  // namespace qelvane::qelutiltools

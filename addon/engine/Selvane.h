@@ -2,6 +2,7 @@
 
 #include "ClippingCube.h"
 #include "ClippingSphere.h"
+#include "HostServices.h"
 #include "InsideSet.h"
 #include "PickTypes.h"
 #include "PolyBoundary.h"
@@ -19,7 +20,8 @@
 namespace qelvane::qelutiltools {
 
 /// Sets the bits of the nodes of a zone that lie inside the boundary in hand.
-using InsideFiller = std::function<void(LgIndex_t zone, InsideSet& inside)>;
+using InsideFiller =
+    std::function<void(LgIndex_t zone, const HostServices& services, InsideSet& inside)>;
 
 /// The pick session of one data set: what the user has chosen, and the operations that pick and
 /// write with it. Every operation takes the host's lock for its whole run.
@@ -189,15 +191,14 @@ class Selvane {
   void AlterElement(const FieldWriter& writer, LgIndex_t element);
 
   // PickBlanking.cpp
-  void ResetZone(LgIndex_t zone, LgIndex_t blankVar);
+  void ResetZone(LgIndex_t zone, LgIndex_t blankVar, const HostServices& services);
 
   // AreaPick.cpp
   bool Apply3d(const CPickBoundary3d& boundary);
   bool ApplyInBoundary3d(CPickBoundary3d& boundary);
   bool ApplyForPlotType(QelPlotType_e plotType);
   bool ApplyToZones(const InsideFiller& fillInside);
-  bool ApplyToZone(LgIndex_t zone, const InsideFiller& fillInside, const ProgressReport& progress,
-                   const QelBulkAccess_s* bulk);
+  bool ApplyToZone(LgIndex_t zone, const InsideFiller& fillInside, const HostServices& services);
   std::vector<LgIndex_t> ZonesToChange();
   void UnshareTargets(const std::vector<LgIndex_t>& zones) const;
 

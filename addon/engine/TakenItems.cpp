@@ -1,11 +1,16 @@
 #include "TakenItems.h"
 
+#include "Bits.h"
 #include "CornerRule.h"
 #include "HostCheck.h"
+#include "NodeSpanCells.h"
+#include "OrderedCells.h"
+#include "Parallel.h"
 
-#include "qelvane/Extensions.h"
 #include "qelvane/QelUtil.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <memory>
 #include <vector>
 
@@ -33,47 +38,24 @@ OrderedGrid GridOfZone(LgIndex_t zone) {
 /// The host counts from 1, and in 32 bits.
 LgIndex_t HostIndex(std::int64_t index) { return static_cast<LgIndex_t>(index + 1); }
 
-/// Cells decided one by one.
+/// Cells decided one by one, for which the host is asked.
 template <class TakesItem>
 TakenItems CellByCell(std::int64_t cellCount, TakesItem takesItem) {
-  return {cellCount, [=](std::int64_t word) { return WordOf(word, cellCount, takesItem); }};
+  const auto decide = [=](std::int64_t firstWord, std::int64_t wordCount, std::uint64_t* words) {
+    for (std::int64_t n = 0; n < wordCount; ++n) {
+      words[n] = WordOf(firstWord + n, cellCount, takesItem);
+    }
+  };
+  return {cellCount, decide, true};
 }
 
-TakenItems OrderedCells(LgIndex_t zone, PickRule rule, const InsideSet& inside) {
+TakenItems CellsOfGrid(LgIndex_t zone, PickRule rule, const InsideSet& inside) {
   const OrderedGrid grid = GridOfZone(zone);
-  return CellByCell(grid.CellCount(), [grid, rule, &inside](std::int64_t cell) {
-    const OrderedCorners corners = CornersOfOrderedCell(grid, cell);
-    return TakesCell(rule, inside, [&corners](auto&& test) {
-      return AnyOfCorners(
-          corners.count,
-          [&corners](std::int64_t corner) {
-            return corners.nodes[static_cast<std::size_t>(corner)];
-          },
-          test);
-    });
-  });
-}
-
-/// Cells with a fixed number of corners; nodeAt(cell, corner) answers a node, all from 0.
-template <class NodeAt>
-TakenItems CornerCells(const ZoneDims& dims, PickRule rule, const InsideSet& inside,
-                       NodeAt nodeAt) {
-  return CellByCell(dims.j, [nodeAt, rule, &inside, cornerCount = dims.k](std::int64_t cell) {
-    return TakesCell(rule, inside, [&](auto&& test) {
-      return AnyOfCorners(
-          cornerCount, [&](std::int64_t corner) { return nodeAt(cell, corner); }, test);
-    });
-  });
-}
-
-/// The nodes of elements where the host keeps them.
-template <class Index>
-auto NodesOf(const QelNodeSpan_s& span) {
-  return
-      [first = static_cast<const Index*>(span.first), base = std::int64_t{span.indexBase},
-       cornerCount = std::int64_t{span.nodesPerElement}](std::int64_t cell, std::int64_t corner) {
-        return std::int64_t{first[cell * cornerCount + corner]} - base;
-      };
+  const OrderedCells cells(grid, CornerRule(rule), inside);
+  return {grid.CellCount(),
+          [cells](std::int64_t firstWord, std::int64_t wordCount, std::uint64_t* words) {
+            cells.Words(firstWord, wordCount, words);
+          }};
 }
 
 /// False unless the host shows the nodes of all the zone's elements.
@@ -88,14 +70,23 @@ TakenItems NodeMapCells(LgIndex_t zoneNum, PickRule rule, const InsideSet& insid
   const ZoneDims dims = DimsOfZone(zoneNum);
   const QelNodeMap* nodeMap = nullptr;
   HOST_CHECK(nodeMap = QelUtilDataNodeGetReadableRef(zoneNum));
+  const CornerRule cornerRule(rule);
   QelNodeSpan_s span{};
-  if (!HasNodeSpan(bulk, nodeMap, dims, span)) {
-    return CornerCells(dims, rule, inside, [nodeMap](std::int64_t cell, std::int64_t corner) {
-      return std::int64_t{QelUtilDataNodeGetByRef(nodeMap, HostIndex(cell), HostIndex(corner))} - 1;
-    });
+  if (HasNodeSpan(bulk, nodeMap, dims, span)) {
+    return {dims.j, [span, cornerRule, &inside](std::int64_t firstWord, std::int64_t wordCount,
+                                                std::uint64_t* words) {
+              DecideSpanCells(span, cornerRule, inside, firstWord, wordCount, words);
+            }};
   }
-  return span.indexWidth == 8 ? CornerCells(dims, rule, inside, NodesOf<std::int64_t>(span))
-                              : CornerCells(dims, rule, inside, NodesOf<std::int32_t>(span));
+  const auto takesCell = [nodeMap, cornerRule, &inside,
+                          cornerCount = std::int64_t{dims.k}](std::int64_t cell) {
+    const auto nodeAt = [&](std::int64_t corner) {
+      return std::int64_t{QelUtilDataNodeGetByRef(nodeMap, HostIndex(cell), HostIndex(corner))} - 1;
+    };
+    return TakesCell(cornerRule, inside,
+                     [&](auto&& test) { return AnyOfCorners(cornerCount, nodeAt, test); });
+  };
+  return CellByCell(dims.j, takesCell);
 }
 
 /// Visits the nodes of a cell's faces until the test holds for one. A node comes once for each face
@@ -120,8 +111,9 @@ TakenItems FaceBasedCells(LgIndex_t zoneNum, PickRule rule, const InsideSet& ins
   const QelFaceMap* faceMap = nullptr;
   HOST_CHECK(elemToFaceMap = QelUtilDataElemGetReadableRef(zoneNum));
   HOST_CHECK(faceMap = QelUtilDataFaceMapGetReadableRef(zoneNum));
-  return CellByCell(dims.j, [elemToFaceMap, faceMap, rule, &inside](std::int64_t cell) {
-    return TakesCell(rule, inside, [&](auto&& test) {
+  const CornerRule cornerRule(rule);
+  return CellByCell(dims.j, [elemToFaceMap, faceMap, cornerRule, &inside](std::int64_t cell) {
+    return TakesCell(cornerRule, inside, [&](auto&& test) {
       return AnyOfFaceNodes(elemToFaceMap, faceMap, HostIndex(cell), test);
     });
   });
@@ -129,42 +121,56 @@ TakenItems FaceBasedCells(LgIndex_t zoneNum, PickRule rule, const InsideSet& ins
 
 using BlankedBits = bool (*)(LgIndex_t zone, const std::uint64_t** bits, std::int64_t* count);
 
+using Words = std::vector<std::uint64_t>;
+
+TakenItems Decided(std::int64_t count, std::shared_ptr<const Words> taken) {
+  return {count, [taken](std::int64_t firstWord, std::int64_t wordCount, std::uint64_t* words) {
+            std::copy_n(taken->begin() + firstWord, wordCount, words);
+          }};
+}
+
+std::shared_ptr<Words> DecideAll(const TakenItems& taken, const QelParallel_s* parallel) {
+  const std::int64_t wordCount = WordsFor(taken.count);
+  auto words = std::make_shared<Words>(static_cast<std::size_t>(wordCount));
+  ForWords(taken.callsHost ? nullptr : parallel, wordCount,
+           [&](std::int64_t first, std::int64_t last) {
+             taken.decide(first, last - first, words->data() + first);
+           });
+  return words;
+}
+
 /// Leaves out what blanking hides, and decides about every item now: what is about to be altered
 /// may be what blanking goes by.
 ///
+/// blankedBits the host's answer for all items at once; null where it gives none
 /// isShown     asks the host about one item
-/// blankedBits the host's answer for all of them at once; null where it gives none
 template <class IsShown>
-TakenItems Shown(const TakenItems& taken, LgIndex_t zone, BlankedBits blankedBits,
-                 IsShown isShown) {
+TakenItems Shown(const TakenItems& taken, LgIndex_t zone, const QelParallel_s* parallel,
+                 BlankedBits blankedBits, IsShown isShown) {
   const std::uint64_t* blanked = nullptr;
   std::int64_t blankedCount = 0;
   const bool hasBits = blankedBits != nullptr && blankedBits(zone, &blanked, &blankedCount) &&
                        blankedCount == taken.count;
-  auto shown = std::make_shared<std::vector<std::uint64_t>>();
-  const std::int64_t wordCount = InsideSet::WordCount(taken.count);
-  shown->reserve(static_cast<std::size_t>(wordCount));
-  for (std::int64_t word = 0; word < wordCount; ++word) {
-    std::uint64_t bits = taken.word(word);
+  const std::shared_ptr<Words> shown = DecideAll(taken, parallel);
+  std::int64_t word = 0;
+  for (std::uint64_t& bits : *shown) {
     if (hasBits) {
       bits &= ~blanked[word];
-    } else if (bits != 0) {
-      bits &= WordOf(word, taken.count, [&](std::int64_t item) {
-        const bool isTaken = ((bits >> (item % InsideSet::kBitsPerWord)) & 1) != 0;
-        return isTaken && isShown(item);
-      });
+    } else {
+      const std::uint64_t existing = LowestBits(ItemsInWord(word, taken.count));
+      bits =
+          BitsWhere(bits & existing, [&](int bit) { return isShown(word * kBitsPerWord + bit); });
     }
-    shown->push_back(bits);
+    ++word;
   }
-  return {taken.count,
-          [shown](std::int64_t word) { return (*shown)[static_cast<std::size_t>(word)]; }};
+  return Decided(taken.count, shown);
 }
 
 TakenItems CellsOnSide(LgIndex_t zone, PickRule rule, const InsideSet& inside,
                        const QelBulkAccess_s* bulk) {
   switch (QelUtilZoneGetType(zone)) {
     case ZoneType_Ordered:
-      return OrderedCells(zone, rule, inside);
+      return CellsOfGrid(zone, rule, inside);
     case ZoneType_FETriangle:
     case ZoneType_FEQuad:
     case ZoneType_FETetra:
@@ -175,7 +181,7 @@ TakenItems CellsOnSide(LgIndex_t zone, PickRule rule, const InsideSet& inside,
     case ZoneType_FEPolyhedron:
       return FaceBasedCells(zone, rule, inside);
     default:
-      return {0, [](std::int64_t) { return std::uint64_t{0}; }};
+      return {0, [](std::int64_t, std::int64_t, std::uint64_t*) {}};
   }
 }
 
@@ -186,11 +192,6 @@ bool IsCellShown(LgIndex_t zone, bool isOrdered, std::int64_t cell) {
 }
 
 }  // namespace
-
-const QelBulkAccess_s* BulkAccess() {
-  if (QelUtilExtensionGet == nullptr) return nullptr;
-  return static_cast<const QelBulkAccess_s*>(QelUtilExtensionGet(QEL_EXTENSION_BULK_ACCESS));
-}
 
 ZoneSize SizeOfZone(LgIndex_t zone) {
   if (QelUtilZoneGetType(zone) == ZoneType_Ordered) {
@@ -203,22 +204,28 @@ ZoneSize SizeOfZone(LgIndex_t zone) {
 }
 
 TakenItems TakenNodes(LgIndex_t zone, PickRule rule, const InsideSet& inside, bool skipBlanked,
-                      const QelBulkAccess_s* bulk) {
+                      const HostServices& services) {
   const std::uint64_t flip = TakesOutside(rule) ? ~std::uint64_t{0} : 0;
-  const TakenItems taken{inside.NodeCount(),
-                         [&inside, flip](std::int64_t word) { return inside.Word(word) ^ flip; }};
+  const TakenItems taken{
+      inside.NodeCount(),
+      [&inside, flip](std::int64_t firstWord, std::int64_t wordCount, std::uint64_t* words) {
+        const std::uint64_t* const first = inside.Words() + firstWord;
+        for (std::int64_t n = 0; n < wordCount; ++n) words[n] = first[n] ^ flip;
+      }};
   if (!skipBlanked) return taken;
   return Shown(
-      taken, zone, bulk == nullptr ? nullptr : bulk->blankedNodes,
+      taken, zone, services.parallel,
+      services.bulk == nullptr ? nullptr : services.bulk->blankedNodes,
       [zone](std::int64_t node) { return QelUtilBlankingCheckDataPoint(zone, HostIndex(node)); });
 }
 
 TakenItems TakenCells(LgIndex_t zone, PickRule rule, const InsideSet& inside, bool skipBlanked,
-                      const QelBulkAccess_s* bulk) {
-  const TakenItems taken = CellsOnSide(zone, rule, inside, bulk);
+                      const HostServices& services) {
+  const TakenItems taken = CellsOnSide(zone, rule, inside, services.bulk);
   if (!skipBlanked) return taken;
   const bool isOrdered = QelUtilZoneGetType(zone) == ZoneType_Ordered;
-  return Shown(taken, zone, bulk == nullptr ? nullptr : bulk->blankedCells,
+  return Shown(taken, zone, services.parallel,
+               services.bulk == nullptr ? nullptr : services.bulk->blankedCells,
                [zone, isOrdered](std::int64_t cell) { return IsCellShown(zone, isOrdered, cell); });
 }
 

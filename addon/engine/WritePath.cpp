@@ -1,13 +1,17 @@
 #include "WritePath.h"
 
-#include "CornerRule.h"
+#include "Bits.h"
 #include "HostCheck.h"
+#include "Parallel.h"
 #include "Selvane.h"
+#include "SpanWriter.h"
 #include "Utilities.h"
 
 #include "qelvane/QelUtil.h"
 
 #include <algorithm>
+#include <array>
+#include <atomic>
 
 namespace qelvane::qelutiltools {
 
@@ -21,12 +25,68 @@ void SetAllToZero(QelFieldData* field) {
   for (LgIndex_t index = 1; index <= count; ++index) QelUtilDataValueSetByRef(field, index, 0.0);
 }
 
-}  // namespace
-
-ProgressReport::ProgressReport() {
-  if (QelUtilExtensionGet == nullptr) return;
-  m_progress = static_cast<const QelProgress_s*>(QelUtilExtensionGet(QEL_EXTENSION_PROGRESS));
+/// Decides about words first to last and hands them on, some at a time: alter(firstWord, wordCount,
+/// words). Bits past valueCount are 0 there. Returns how many bits were set.
+template <class Alter>
+std::int64_t AlterWords(const TakenItems& taken, std::int64_t valueCount, std::int64_t first,
+                        std::int64_t last, const Alter& alter) {
+  constexpr std::int64_t kWordsAtOnce = 256;
+  std::array<std::uint64_t, kWordsAtOnce> words;
+  std::int64_t takenCount = 0;
+  for (std::int64_t word = first; word < last; word += kWordsAtOnce) {
+    const std::int64_t wordCount = std::min(kWordsAtOnce, last - word);
+    taken.decide(word, wordCount, words.data());
+    const std::int64_t end = word + wordCount;
+    if (end == WordsFor(valueCount)) {
+      words[static_cast<std::size_t>(wordCount - 1)] &=
+          LowestBits(ItemsInWord(end - 1, valueCount));
+    }
+    for (std::int64_t n = 0; n < wordCount; ++n) {
+      takenCount += __builtin_popcountll(words[static_cast<std::size_t>(n)]);
+    }
+    alter(word, wordCount, words.data());
+  }
+  return takenCount;
 }
+
+std::int64_t AlterInSpan(const SpanWriter& writer, const TakenItems& taken, std::int64_t valueCount,
+                         const QelParallel_s* parallel) {
+  std::atomic<std::int64_t> takenCount{0};
+  ForWords(parallel, WordsFor(valueCount), [&](std::int64_t first, std::int64_t last) {
+    takenCount +=
+        AlterWords(taken, valueCount, first, last,
+                   [&](std::int64_t word, std::int64_t wordCount, const std::uint64_t* words) {
+                     writer.Alter(word, wordCount, words);
+                   });
+  });
+  return takenCount;
+}
+
+/// Calls visit(item) for every item whose bit is set.
+template <class Visit>
+void VisitItems(std::int64_t firstWord, std::int64_t wordCount, const std::uint64_t* words,
+                const Visit& visit) {
+  for (std::int64_t n = 0; n < wordCount; ++n) {
+    const auto first = static_cast<LgIndex_t>((firstWord + n) * kBitsPerWord);
+    VisitBits(words[n], [&](int bit) { visit(first + bit); });
+  }
+}
+
+/// get may be null for =, which does not ask what the value was.
+std::int64_t AlterThroughHost(QelFieldData* field, QelFieldGet_pf get, QelFieldSet_pf set,
+                              const ValueModifier& modifier, const TakenItems& taken,
+                              std::int64_t valueCount) {
+  const auto alter = [=](LgIndex_t item) {
+    const double current = get == nullptr ? 0.0 : get(field, item);
+    set(field, item, ApplyModifier(modifier, current));
+  };
+  return AlterWords(taken, valueCount, 0, WordsFor(valueCount),
+                    [&](std::int64_t word, std::int64_t wordCount, const std::uint64_t* words) {
+                      VisitItems(word, wordCount, words, alter);
+                    });
+}
+
+}  // namespace
 
 void ProgressReport::Changed(const FieldWriter& writer, std::int64_t writtenCount) const {
   if (m_progress == nullptr) return;
@@ -45,25 +105,26 @@ void AlterValue(const FieldWriter& writer, const ValueModifier& modifier, LgInde
 }
 
 std::int64_t AlterTaken(const FieldWriter& writer, const ValueModifier& modifier,
-                        const TakenItems& taken) {
+                        const TakenItems& taken, const HostServices& services) {
   QelFieldSet_pf set = nullptr;
   HOST_CHECK(set = QelUtilDataValueRefGetSetFunc(writer.field));
 
   // The accessors check nothing, so a field shorter than its zone must not be run over.
   const std::int64_t valueCount =
       std::min<std::int64_t>(taken.count, QelUtilDataValueGetCountByRef(writer.field));
-  QelFieldData* const field = writer.field;
-  if (modifier.op == ValueModifier::kAssign) {
-    return VisitTaken(valueCount, taken.word, [=](std::int64_t item) {
-      set(field, static_cast<LgIndex_t>(item), modifier.value);
-    });
-  }
   QelFieldGet_pf get = nullptr;
-  HOST_CHECK(get = QelUtilDataValueRefGetGetFunc(writer.field));
-  return VisitTaken(valueCount, taken.word, [=](std::int64_t item) {
-    const auto offset = static_cast<LgIndex_t>(item);
-    set(field, offset, ApplyModifier(modifier, get(field, offset)));
-  });
+  if (modifier.op != ValueModifier::kAssign) {
+    HOST_CHECK(get = QelUtilDataValueRefGetGetFunc(writer.field));
+  }
+  QelFieldSpan_s span{};
+  if (services.bulk != nullptr && services.bulk->fieldSpan(writer.field, &span)) {
+    const SpanWriter spanWriter(span, modifier);
+    if (spanWriter.CanWrite(valueCount)) {
+      const QelParallel_s* const parallel = taken.callsHost ? nullptr : services.parallel;
+      return AlterInSpan(spanWriter, taken, valueCount, parallel);
+    }
+  }
+  return AlterThroughHost(writer.field, get, set, modifier, taken, valueCount);
 }
 
 std::optional<FieldWriter> Selvane::OpenForWriting(LgIndex_t zoneNum, OnNoReference onNoReference) {

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "HostServices.h"
 #include "TakenItems.h"
 #include "ValueModifier.h"
 
-#include "qelvane/Extensions.h"
 #include "qelvane/Types.h"
 
 #include <cstddef>
@@ -23,23 +23,24 @@ struct FieldWriter {
 };
 
 /// Tells a host that shows operations how far this one is; nothing where the host does not ask for
-/// it. Made once an operation, since that is when the host is asked.
+/// it.
 class ProgressReport {
  public:
-  ProgressReport();
+  explicit ProgressReport(const HostServices& services) : m_progress(services.progress) {}
   void Changed(const FieldWriter& writer, std::int64_t writtenCount) const;
   void Done(std::size_t zoneCount, std::size_t ofZones) const;
 
  private:
-  const QelProgress_s* m_progress = nullptr;
+  const QelProgress_s* m_progress;
 };
 
 /// Changes one value; element counts from 1. An element that the field does not have is left to
 /// the host, which ignores it.
 void AlterValue(const FieldWriter& writer, const ValueModifier& modifier, LgIndex_t element);
 
-/// Changes the value of every taken item and returns how many that were.
+/// Changes the value of every taken item and returns how many that were. The services make it
+/// faster and change nothing else.
 std::int64_t AlterTaken(const FieldWriter& writer, const ValueModifier& modifier,
-                        const TakenItems& taken);
+                        const TakenItems& taken, const HostServices& services);
 
 }  // namespace qelvane::qelutiltools

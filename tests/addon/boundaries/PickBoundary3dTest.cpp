@@ -415,6 +415,11 @@ class Asked : public Cube {
     asked.push_back(x);
     return x != 0.5;
   }
+  bool FillsItsBox() const override { return false; }
+  std::uint64_t InsideOf(const qelvane::qelutiltools::PointBlock& points,
+                         std::uint64_t wanted) const override {
+    return CPickBoundary3d::InsideOf(points, wanted);
+  }
   mutable std::vector<double> asked;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <algorithm>
+#include "Bits.h"
+
 #include <cstdint>
 #include <vector>
 
@@ -10,12 +11,10 @@ namespace qelvane::qelutiltools {
 class InsideSet {
  public:
   explicit InsideSet(std::int64_t nodeCount)
-      : m_nodeCount(nodeCount), m_words(static_cast<std::size_t>(WordCount(nodeCount)), 0) {}
+      : m_nodeCount(nodeCount), m_words(static_cast<std::size_t>(WordCount(nodeCount)) + 1, 0) {}
 
-  static constexpr std::int64_t kBitsPerWord = 64;
-  static constexpr std::int64_t WordCount(std::int64_t bitCount) {
-    return (bitCount + kBitsPerWord - 1) / kBitsPerWord;
-  }
+  static constexpr std::int64_t kBitsPerWord = qelutiltools::kBitsPerWord;
+  static constexpr std::int64_t WordCount(std::int64_t bitCount) { return WordsFor(bitCount); }
 
   std::int64_t NodeCount() const { return m_nodeCount; }
 
@@ -39,24 +38,22 @@ class InsideSet {
   /// Nodes 64 * index and up, the lowest bit first; bits past the last node are 0.
   std::uint64_t Word(std::int64_t index) const { return m_words[static_cast<std::size_t>(index)]; }
 
+  /// Nodes first, first + 1, ..., the lowest bit first; first must be one of the zone's.
+  std::uint64_t BitsFrom(std::int64_t first) const {
+    const auto word = static_cast<std::size_t>(first / kBitsPerWord);
+    const auto shift = static_cast<int>(first % kBitsPerWord);
+    return m_words[word] >> shift | m_words[word + 1] << 1 << (kBitsPerWord - 1 - shift);
+  }
+
+  /// All of them, WordCount(NodeCount()) words.
+  const std::uint64_t* Words() const { return m_words.data(); }
+
  private:
   std::int64_t m_nodeCount;
-  std::vector<std::uint64_t> m_words;
+  std::vector<std::uint64_t> m_words;  ///< and a word of zeros after the last
 };
 
-/// The word of a decision made item by item. Asks only for items that exist.
-template <class IsTaken>
-std::uint64_t WordOf(std::int64_t word, std::int64_t itemCount, IsTaken&& isTaken) {
-  const std::int64_t first = word * InsideSet::kBitsPerWord;
-  const std::int64_t count = std::min(InsideSet::kBitsPerWord, itemCount - first);
-  std::uint64_t taken = 0;
-  for (std::int64_t bit = 0; bit < count; ++bit) {
-    taken |= std::uint64_t{isTaken(first + bit)} << bit;
-  }
-  return taken;
-}
-
-/// Fills the set with the nodes for which the test holds.
+/// Fills the set with the nodes for which the test holds, asked in order.
 template <class IsInside>
 void MarkNodes(InsideSet& inside, IsInside&& isInside) {
   const std::int64_t nodeCount = inside.NodeCount();
