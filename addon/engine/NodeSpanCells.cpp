@@ -2,6 +2,8 @@
 
 #include "Bits.h"
 
+#include <type_traits>
+
 namespace qelvane::qelutiltools {
 
 namespace {
@@ -9,7 +11,7 @@ namespace {
 struct Nodes {
   const void* first;
   std::int64_t cornerCount;  ///< of each cell
-  std::uint64_t base;
+  std::int64_t base;
 };
 
 constexpr std::int64_t kAnyCount = 0;
@@ -21,18 +23,26 @@ constexpr std::int64_t kAnyCount = 0;
 template <class Index, std::int64_t kCorners, bool kDecisiveSide>
 std::uint64_t DecidedCells(const Nodes& nodes, std::int64_t firstCell, int cellCount,
                            const InsideSet& inside) {
+  using Unsigned = std::make_unsigned_t<Index>;
   const std::int64_t corners = kCorners == kAnyCount ? nodes.cornerCount : kCorners;
   const auto* corner = static_cast<const Index*>(nodes.first) + firstCell * corners;
   const std::uint64_t* const words = inside.Words();
-  const auto nodeCount = static_cast<std::uint64_t>(inside.NodeCount());
+  const auto base = static_cast<Unsigned>(nodes.base);
+  const auto nodeCount = static_cast<Unsigned>(inside.NodeCount());
+  const auto isDecisive = [&](Index index) {
+    // Without a sign, as wide as the host counts, below 0 is past the last node too.
+    const Unsigned node = static_cast<Unsigned>(index) - base;
+    const bool isInside = node < nodeCount && ((words[node / 64] >> (node % 64)) & 1) != 0;
+    return isInside == kDecisiveSide;
+  };
   std::uint64_t decided = 0;
   for (int bit = 0; bit < cellCount; ++bit, corner += corners) {
     bool isDecided = false;
-    for (std::int64_t n = 0; n < corners && !isDecided; ++n) {
-      // Sign-extended first: below 0 is far past the last node too.
-      const std::uint64_t node = static_cast<std::uint64_t>(std::int64_t{corner[n]}) - nodes.base;
-      const bool isInside = node < nodeCount && ((words[node / 64] >> (node % 64)) & 1) != 0;
-      isDecided = isInside == kDecisiveSide;
+    for (std::int64_t n = 0; n < corners; ++n) {
+      if (isDecisive(corner[n])) {
+        isDecided = true;
+        break;
+      }
     }
     decided |= std::uint64_t{isDecided} << bit;
   }
@@ -66,7 +76,7 @@ DecideWord WithCorners(std::int64_t cornerCount, bool decisiveSide) {
 
 void DecideSpanCells(const QelNodeSpan_s& span, const CornerRule& rule, const InsideSet& inside,
                      std::int64_t firstWord, std::int64_t wordCount, std::uint64_t* words) {
-  const Nodes nodes{span.first, span.nodesPerElement, static_cast<std::uint64_t>(span.indexBase)};
+  const Nodes nodes{span.first, span.nodesPerElement, span.indexBase};
   const DecideWord decide = span.indexWidth == 8
                                 ? WithCorners<std::int64_t>(nodes.cornerCount, rule.decisiveSide)
                                 : WithCorners<std::int32_t>(nodes.cornerCount, rule.decisiveSide);

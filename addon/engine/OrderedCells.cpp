@@ -48,9 +48,10 @@ void OrderedCells::NextRow(Cell& cell) const {
 
 /// For 64 lowest nodes from one on: whether any corner is decisive. Bits whose corners the zone
 /// does not have say nothing.
+template <std::size_t kCorners>
 std::uint64_t OrderedCells::AnyDecisive(std::int64_t node) const {
   std::uint64_t decisive = 0;
-  for (std::size_t corner = 0; corner < m_cornerCount; ++corner) {
+  for (std::size_t corner = 0; corner < kCorners; ++corner) {
     decisive |= m_inside.BitsFrom(node + m_cornerSteps[corner]) ^ m_decisiveFlip;
   }
   return decisive;
@@ -58,6 +59,21 @@ std::uint64_t OrderedCells::AnyDecisive(std::int64_t node) const {
 
 void OrderedCells::Words(std::int64_t firstWord, std::int64_t wordCount,
                          std::uint64_t* words) const {
+  switch (m_cornerCount) {
+    case 8:
+      return WordsOf<8>(firstWord, wordCount, words);
+    case 4:
+      return WordsOf<4>(firstWord, wordCount, words);
+    case 2:
+      return WordsOf<2>(firstWord, wordCount, words);
+    default:
+      return WordsOf<1>(firstWord, wordCount, words);
+  }
+}
+
+template <std::size_t kCorners>
+void OrderedCells::WordsOf(std::int64_t firstWord, std::int64_t wordCount,
+                           std::uint64_t* words) const {
   const std::int64_t firstCell = firstWord * kBitsPerWord;
   Cell cell{firstCell % m_iCells, firstCell / m_iCells % m_jCells, firstCell / m_iCells / m_jCells};
   for (std::int64_t word = 0; word < wordCount; ++word) {
@@ -66,7 +82,7 @@ void OrderedCells::Words(std::int64_t firstWord, std::int64_t wordCount,
     for (int done = 0; done < cellCount;) {
       const int count =
           static_cast<int>(std::min<std::int64_t>(m_iCells - cell.i, cellCount - done));
-      const std::uint64_t piece = AnyDecisive(LowestNode(cell)) ^ m_takenFlip;
+      const std::uint64_t piece = AnyDecisive<kCorners>(LowestNode(cell)) ^ m_takenFlip;
       taken |= (piece & LowestBits(count)) << done;
       done += count;
       cell.i += count;

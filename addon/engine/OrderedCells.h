@@ -43,7 +43,10 @@ class OrderedCells {
   };
   std::int64_t LowestNode(const Cell& cell) const;
   void NextRow(Cell& cell) const;
+  template <std::size_t kCorners>
   std::uint64_t AnyDecisive(std::int64_t node) const;
+  template <std::size_t kCorners>
+  void WordsOf(std::int64_t firstWord, std::int64_t wordCount, std::uint64_t* words) const;
 
   // Dimensions of one node are left out, so that the rows are as long as can be.
   std::int64_t m_iNodes = 1;

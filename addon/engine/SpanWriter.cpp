@@ -18,13 +18,16 @@ T Stored(double value) {
     return static_cast<T>(value);
   } else {
     if (std::isnan(value)) return 0;
-    const double rounded = std::round(value);  // halves away from zero
     // The limit of 64 bits is no double and rounds up to one that no longer fits.
     constexpr auto kLowest = static_cast<double>(std::numeric_limits<T>::min());
     constexpr auto kHighest = static_cast<double>(std::numeric_limits<T>::max());
-    if (rounded <= kLowest) return std::numeric_limits<T>::min();
-    if (rounded >= kHighest) return std::numeric_limits<T>::max();
-    return static_cast<T>(rounded);
+    if (value <= kLowest) return std::numeric_limits<T>::min();
+    if (value >= kHighest) return std::numeric_limits<T>::max();
+    // Rounded here because the library's function costs as much as all the rest. What is cut off is
+    // exact, so halves are seen.
+    const auto whole = static_cast<std::int64_t>(value);
+    const double rest = value - static_cast<double>(whole);
+    return static_cast<T>(whole + (rest >= 0.5 ? 1 : 0) - (rest <= -0.5 ? 1 : 0));
   }
 }
 
@@ -35,8 +38,8 @@ std::int64_t SizeOf() {
 
 template <class T, std::uint32_t kOperator>
 void AlterOne(char* at, double operand) {
-  T stored{};
-  if constexpr (kOperator != ValueModifier::kAssign) std::memcpy(&stored, at, sizeof stored);
+  T stored;
+  std::memcpy(&stored, at, sizeof stored);
   const ValueModifier modifier{kOperator, operand};
   stored = Stored<T>(ApplyModifier(modifier, static_cast<double>(stored)));
   std::memcpy(at, &stored, sizeof stored);
@@ -46,6 +49,11 @@ void AlterOne(char* at, double operand) {
 template <class T, std::uint32_t kOperator, bool kIsRun>
 void AlterRun(char* first, std::int64_t stride, double operand, std::int64_t count) {
   const std::int64_t step = kIsRun ? SizeOf<T>() : stride;
+  if constexpr (kOperator == ValueModifier::kAssign) {
+    const T stored = Stored<T>(operand);
+    for (std::int64_t n = 0; n < count; ++n) std::memcpy(first + n * step, &stored, sizeof stored);
+    return;
+  }
   for (std::int64_t n = 0; n < count; ++n) AlterOne<T, kOperator>(first + n * step, operand);
 }
 

@@ -2,6 +2,8 @@
 
 #include "Bits.h"
 
+#include <algorithm>
+
 namespace qelvane::qelutiltools {
 
 PointColumns::PointColumns(const std::array<FieldColumn, 3>& columns, std::size_t axisCount,
@@ -10,6 +12,8 @@ PointColumns::PointColumns(const std::array<FieldColumn, 3>& columns, std::size_
       m_axisCount(axisCount),
       m_pointCount(pointCount),
       m_isInterleaved(axisCount == 3 && columns[0].IsFirstOfPoints(columns[1], columns[2])),
+      m_isRuns(std::all_of(columns.begin(), columns.begin() + axisCount,
+                           [](const FieldColumn& column) { return column.IsRun(); })),
       m_kernels(&BestRangeKernels()) {}
 
 bool PointColumns::CallsHost() const {
@@ -26,6 +30,16 @@ std::uint64_t PointColumns::Candidates(std::int64_t word, const PointBox& box, P
   const std::int64_t first = word * kBitsPerWord;
   if (m_isInterleaved && isWhole) {
     return m_columns[0].PointsInRange(first, box.Ranges(), box.FloatRanges(), *m_kernels);
+  }
+  if (m_isRuns && isWhole) {
+    // All axes in any case: leaving some out as they are ruled out costs more, by branches that
+    // nobody foresees, than reading them.
+    std::uint64_t candidates = ~std::uint64_t{0};
+    for (std::size_t axis = 0; axis < m_axisCount; ++axis) {
+      candidates &= m_columns[axis].RunInRange(first, box.Ranges()[axis], box.FloatRanges()[axis],
+                                               *m_kernels);
+    }
+    return candidates;
   }
   std::uint64_t candidates = LowestBits(count);
   for (std::size_t axis = 0; axis < m_axisCount && candidates != 0; ++axis) {

@@ -72,6 +72,7 @@ class PointColumns {
   std::size_t m_axisCount;
   std::int64_t m_pointCount;
   bool m_isInterleaved;
+  bool m_isRuns;
   const RangeKernels* m_kernels;
 };
 

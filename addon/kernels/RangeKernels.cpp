@@ -95,6 +95,8 @@ QEL_AVX2 std::uint64_t ValuesInRangeAvx2(const T* values, const Range<T>& range)
   for (int n = 0; n < kCount; n += Lanes::kLanes) {
     word |= std::uint64_t{Lanes::InRange(values + n, low, high)} << n;
   }
+  // What comes after is built for 128 bits and would drag the upper halves along.
+  _mm256_zeroupper();
   return word;
 }
 
@@ -146,6 +148,7 @@ QEL_AVX2 std::uint64_t PointsInRangeAvx2(const T* values, const Ranges3<T>& rang
                Lanes::InRange(step + Lanes::kLanes, low1, high1) << Lanes::kLanes |
                Lanes::InRange(step + 2 * Lanes::kLanes, low2, high2) << (2 * Lanes::kLanes);
   }
+  _mm256_zeroupper();
   std::uint64_t bits[kAxes] = {};
   for (int n = 0; n < kCount / Lanes::kLanes; ++n) {
     const int at = kStep * n;
