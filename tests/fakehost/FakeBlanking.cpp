@@ -26,10 +26,11 @@ bool Compares(LgIndex_t relOp, double a, double b) {
   }
 }
 
-/// A passive variable reads as 0.
+/// A passive variable reads as 0, and so does an item that the zone does not have.
 double ValueAt(LgIndex_t zone, LgIndex_t var, LgIndex_t index) {
   const Values& values = *Host().ValuesAt(zone, var);
-  return values.storage == nullptr ? 0.0 : values.storage->Get(index - 1);
+  if (values.storage == nullptr || index < 1 || index > values.storage->count) return 0.0;
+  return values.storage->Get(index - 1);
 }
 
 bool IsCellCentred(LgIndex_t zone, LgIndex_t var) {

@@ -37,6 +37,7 @@ bool FieldSpan(const QelFieldData* ref, QelFieldSpan_s* span) {
   if (field.storage == nullptr || RefusesField(field)) return false;
   Storage& storage = *field.storage;
   if (CodeOf(storage.type) == FieldDataType_Invalid) return false;
+  ++Host().spansShown;
   *span = {storage.At(0), CodeOf(storage.type), storage.Stride(), storage.count};
   return true;
 }

@@ -95,6 +95,7 @@ void ForRange(std::int64_t first, std::int64_t last, std::int64_t grain, Body bo
     Host().Report("forRange got no body or no grain");
     return;
   }
+  ++Host().rangeRuns;
   isRangeRunning = true;
   RunAll(Scrambled(first, last, grain), body, context);
   isRangeRunning = false;

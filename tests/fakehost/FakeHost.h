@@ -187,6 +187,8 @@ class FakeHost {
   std::map<std::string, const void*> extensions;
   SpanVariant spans;                   ///< see OfferExtensions
   std::vector<ProgressCall> progress;  ///< in their order
+  int spansShown = 0;                  ///< of values
+  int rangeRuns = 0;                   ///< calls of forRange
   std::vector<MenuOption> menu;
   std::vector<std::string> menuSeparators;
   std::vector<StateChangeNotice> notices;

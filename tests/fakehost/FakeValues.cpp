@@ -80,6 +80,7 @@ std::shared_ptr<Storage> AveragedToNodes(const Mesh& mesh, const Storage& cells)
   std::vector<int> counts(mesh.points.size());
   for (LgIndex_t cell = 1; cell <= mesh.CellCount(); ++cell) {
     for (const LgIndex_t node : mesh.Corners(cell)) {
+      if (node < 1 || node > mesh.NodeCount()) continue;
       nodes->Set(node - 1, nodes->Get(node - 1) + cells.Get(cell - 1));
       ++counts[static_cast<std::size_t>(node - 1)];
     }
