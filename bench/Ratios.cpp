@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <string>
 
 int main(int argc, char* argv[]) {
   benchmark::Initialize(&argc, argv);
@@ -25,6 +26,7 @@ int main(int argc, char* argv[]) {
     marquell::bench::Scene scene(argv[1], edge);
     marquell::bench::RegisterPickRatios(scene);
     marquell::bench::RegisterLoopRatios(scene);
+    benchmark::AddCustomContext("cells_on_an_edge", std::to_string(edge));
     benchmark::RunSpecifiedBenchmarks();
   } catch (const std::exception& e) {
     std::fprintf(stderr, "bench_ratios: %s\n", e.what());
