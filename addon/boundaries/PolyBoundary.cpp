@@ -21,20 +21,6 @@ namespace {
 constexpr double kEmptyMin = 1e150;
 constexpr double kEmptyMax = -1e150;
 
-/// -1, 0 or +1; what is not a number counts as positive.
-std::int32_t Sign(double value) {
-  if (value < 0.0) return -1;
-  return value == 0.0 ? 0 : 1;
-}
-
-/// The area below the edge from p to q, doubled.
-double Trapezoid(const Point2d& p, const Point2d& q) { return (q.y + p.y) * (q.x - p.x); }
-
-/// The doubled area of a triangle, positive when its corners run clockwise.
-double TriangleSum(const Point2d& p, const Point2d& q, const Point2d& r) {
-  return Trapezoid(p, q) + Trapezoid(q, r) + Trapezoid(r, p);
-}
-
 std::int32_t OrientationOf(const std::vector<Point2d>& corners) {
   double sum = 0.0;
   const Point2d* previous = &corners.back();
@@ -42,7 +28,7 @@ std::int32_t OrientationOf(const std::vector<Point2d>& corners) {
     sum += Trapezoid(*previous, corner);
     previous = &corner;
   }
-  return Sign(sum);
+  return SignOf(sum);
 }
 
 /// The corners still active, as a ring in input order.
@@ -85,7 +71,7 @@ std::vector<Point2d> CutPockets(const std::vector<Point2d>& corners, std::int32_
       const Point2d& previous = corners[ring.Previous(v)];
       const Point2d& next = corners[ring.Next(v)];
       const double area = 0.5 * TriangleSum(previous, corners[v], next);
-      if (area != 0.0 && Sign(area) == orientation) continue;
+      if (area != 0.0 && SignOf(area) == orientation) continue;
       pockets.insert(pockets.end(), {previous, corners[v], next});
       ring.Remove(v);
       hasRemoved = true;
@@ -131,8 +117,9 @@ std::string TextOf(const std::vector<Point2d>& corners) {
 
 void CPolyBoundary::Reset() {
   m_corners.clear();
-  m_hull.clear();
-  m_pockets.clear();
+  m_outline = PolygonOutline();
+  m_grid.reset();
+  m_expectedCount = 0.0;
   m_isRectangle = false;
   m_isCircle = false;
   m_isDefined = false;
@@ -177,7 +164,6 @@ bool CPolyBoundary::SetPolygon(const double* xs, const double* ys, std::int32_t 
   const auto count = static_cast<std::size_t>(n);
   m_corners.reserve(count);
   for (std::size_t i = 0; i < count; ++i) m_corners.push_back({xs[i], ys[i]});
-  m_cornerCount = n;
 
   m_xMin = m_xMax = m_corners.back().x;
   m_yMin = m_yMax = m_corners.back().y;
@@ -188,17 +174,16 @@ bool CPolyBoundary::SetPolygon(const double* xs, const double* ys, std::int32_t 
     m_yMax = std::max(m_yMax, corner.y);
   }
 
-  m_orientation = OrientationOf(m_corners);
+  m_outline.orientation = OrientationOf(m_corners);
   CornerRing ring(count);
-  m_pockets = CutPockets(m_corners, m_orientation, ring);
-  m_hullCount = n - static_cast<std::int32_t>(m_pockets.size() / 3);
-  if (m_hullCount < 3) {
+  m_outline.pockets = CutPockets(m_corners, m_outline.orientation, ring);
+  if (count - m_outline.PocketCount() < 3) {
     SetEmptyBox();
     return false;
   }
 
   for (std::size_t i = 0; i < count; ++i) {
-    if (ring.IsActive(i)) m_hull.push_back(m_corners[i]);
+    if (ring.IsActive(i)) m_outline.hull.push_back(m_corners[i]);
   }
   m_isDefined = true;
   return true;
@@ -264,16 +249,23 @@ bool CPolyBoundary::IsInside(double x, double y) const {
     const double dy = y - m_centreY;
     return !(dy * dy + dx * dx > m_radiusSquared);
   }
-  return m_isRectangle || IsInsidePolygon(x, y);
+  return m_isRectangle || m_outline.Has({x, y});
 }
 
 std::uint64_t CPolyBoundary::InsideOf(const PointBlock& points, std::uint64_t wanted) const {
   if (m_isCircle) return PointsInCircle(points, {m_centreX, m_centreY}, m_radiusSquared);
   if (m_isRectangle) return wanted;
+  if (m_grid != nullptr) return m_grid->InsideOf(m_outline, points, wanted);
   return BitsWhere(wanted, [&](int bit) {
     const auto point = static_cast<std::size_t>(bit);
-    return IsInsidePolygon(points[0][point], points[1][point]);
+    return m_outline.Has({points[0][point], points[1][point]});
   });
+}
+
+void CPolyBoundary::ExpectPoints(std::int64_t count) const {
+  m_expectedCount += static_cast<double>(count);
+  if (m_grid != nullptr || !PolygonGrid::Pays(m_outline, m_expectedCount)) return;
+  m_grid = PolygonGrid::Make(m_outline, {m_xMin, m_xMax}, {m_yMin, m_yMax}, m_expectedCount);
 }
 
 Ranges3<double> CPolyBoundary::BoundingBox() const {
@@ -281,37 +273,9 @@ Ranges3<double> CPolyBoundary::BoundingBox() const {
   return {{{m_xMin, m_xMax}, {m_yMin, m_yMax}, {-kFree, kFree}}};
 }
 
-bool CPolyBoundary::IsInsidePolygon(double x, double y) const {
-  if (!IsInsideHull(x, y)) return false;
-  if (m_hullCount >= m_cornerCount) return true;
-  for (std::size_t i = 0; i + 2 < m_pockets.size(); i += 3) {
-    if (IsInsideTriangle(x, y, m_pockets[i], m_pockets[i + 1], m_pockets[i + 2])) return false;
-  }
-  return true;
-}
-
-bool CPolyBoundary::IsInsideHull(double x, double y) const {
-  if (m_hull.empty()) return false;
-  const Point2d* previous = &m_hull.back();
-  for (const Point2d& corner : m_hull) {
-    const double area =
-        0.5 * ((corner.y + previous->y) * (corner.x - previous->x) +
-               (previous->y + y) * (previous->x - x) + (x - corner.x) * (corner.y + y));
-    if (Sign(area) != m_orientation) return false;
-    previous = &corner;
-  }
-  return true;
-}
-
 bool CPolyBoundary::IsInsideTriangle(double x, double y, const Point2d& a, const Point2d& b,
                                      const Point2d& c) {
-  const Point2d p{x, y};
-  const std::int32_t orientation = Sign(TriangleSum(a, b, c));
-  const auto excludes = [orientation](double sum) {
-    return sum != 0.0 && Sign(sum) != orientation;
-  };
-  return !excludes(TriangleSum(a, b, p)) && !excludes(TriangleSum(b, c, p)) &&
-         !excludes(TriangleSum(c, a, p));
+  return IsInTriangle({x, y}, a, b, c);
 }
 
 CPolyBoundary::Shape CPolyBoundary::Definition() const {

@@ -2,22 +2,17 @@
 
 #include "CMacroEngine.h"
 #include "PointBlock.h"
+#include "PolygonGrid.h"
+#include "PolygonOutline.h"
 #include "RangeKernels.h"
 
 #include "qelvane/Types.h"
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 namespace qelvane::qelutiltools {
-
-/// A point of the plane in which the frame's geometries are drawn.
-struct Point2d {
-  double x = 0.0;
-  double y = 0.0;
-};
-
-inline bool operator==(const Point2d& a, const Point2d& b) { return a.x == b.x && a.y == b.y; }
 
 /// The 2D area of an area pick: a rectangle, a circle or a polygon.
 ///
@@ -52,6 +47,10 @@ class CPolyBoundary {
   /// IsInside for 64 points at once, the first in the lowest bit. Only the bits in `wanted` count,
   /// whose points lie in the bounding box.
   std::uint64_t InsideOf(const PointBlock& points, std::uint64_t wanted) const;
+
+  /// Says that so many points more are going to be asked about, so that what makes that faster is
+  /// made when it pays. Not while another thread asks.
+  void ExpectPoints(std::int64_t count) const;
 
   /// The box to look at first, a range for x and one for y; z is free.
   Ranges3<double> BoundingBox() const;
@@ -89,16 +88,10 @@ class CPolyBoundary {
 
  private:
   void SetEmptyBox();
-  bool IsInsidePolygon(double x, double y) const;
-  bool IsInsideHull(double x, double y) const;
   bool SetFromPolyline(QelGeomID_t geom, double anchorX, double anchorY);
 
   std::vector<Point2d> m_corners;  ///< as given, in input order
-  std::vector<Point2d> m_hull;     ///< the convex corners, in input order
-  std::vector<Point2d> m_pockets;  ///< triangles: previous, removed, next corner
-  std::int32_t m_orientation = 0;  ///< sign of the trapezoid sum, +1 clockwise
-  std::int32_t m_cornerCount = 0;
-  std::int32_t m_hullCount = 0;
+  PolygonOutline m_outline;
   double m_xMin = 1e150;
   double m_xMax = -1e150;
   double m_yMin = 1e150;
@@ -109,6 +102,10 @@ class CPolyBoundary {
   bool m_isRectangle = false;
   bool m_isCircle = false;
   bool m_isDefined = false;
+
+  // Made for the points to come; copies may share it because it is never changed.
+  mutable std::shared_ptr<const PolygonGrid> m_grid;
+  mutable double m_expectedCount = 0.0;
 };
 
 }  // namespace qelvane::qelutiltools

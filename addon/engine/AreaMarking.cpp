@@ -62,6 +62,7 @@ std::uint64_t InsideOfPlane(const CPolyBoundary& boundary, const Ranges3<double>
 
 void MarkByRows(const CPolyBoundary& boundary, const PlaneRows& rows, const PointColumns& columns,
                 const QelParallel_s* parallel, InsideSet& inside) {
+  boundary.ExpectPoints(inside.NodeCount());
   const Ranges3<double> box = boundary.BoundingBox();
   MarkWords(columns.CallsHost() ? nullptr : parallel, inside,
             [&](std::int64_t word, PointBlock& scratch) {
@@ -88,6 +89,7 @@ void MarkPlanar(const CPolyBoundary& boundary, LgIndex_t zone, LgIndex_t xVar, L
     });
     return;
   }
+  boundary.ExpectPoints(nodeCount);
   const PointBox box(boundary.BoundingBox());
   MarkWords(columns.CallsHost() ? nullptr : services.parallel, inside,
             [&](std::int64_t word, PointBlock& scratch) {
