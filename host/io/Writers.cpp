@@ -84,7 +84,8 @@ void SetEncoding(vtkXMLWriter* writer, const FileEncoding& encoding, vtkDataSet*
   const bool wide = encoding.wideHeader || block->GetActualMemorySize() >= kMostKilobytes;
   writer->SetHeaderType(wide ? vtkXMLWriter::UInt64 : vtkXMLWriter::UInt32);
   writer->SetByteOrder(encoding.bigEndian ? vtkXMLWriter::BigEndian : vtkXMLWriter::LittleEndian);
-  writer->SetIdType(encoding.wideIds ? vtkXMLWriter::Int64 : vtkXMLWriter::Int32);
+  // Of arrays of ids alone: those that a file had narrower were read as plain integers.
+  writer->SetIdType(vtkXMLWriter::Int64);
 }
 
 /// The reason of a failed write: the system's, when the disk is full.

@@ -1,7 +1,9 @@
 #include "XmlText.h"
 
+#include <algorithm>
 #include <charconv>
 #include <iterator>
+#include <string_view>
 
 namespace qelhost {
 
@@ -24,6 +26,27 @@ std::string Escaped(const std::string& text) {
       default:
         result += c;
     }
+  }
+  return result;
+}
+
+std::optional<std::string> Unescaped(const std::string& text) {
+  constexpr struct {
+    std::string_view entity;
+    char character;
+  } kEntities[] = {{"&amp;", '&'}, {"&lt;", '<'}, {"&gt;", '>'}, {"&quot;", '"'}, {"&apos;", '\''}};
+  std::string result;
+  for (std::size_t at = 0; at < text.size();) {
+    if (text[at] != '&') {
+      result += text[at++];
+      continue;
+    }
+    const auto* const known = std::find_if(
+        std::begin(kEntities), std::end(kEntities),
+        [&](const auto& row) { return text.compare(at, row.entity.size(), row.entity) == 0; });
+    if (known == std::end(kEntities)) return std::nullopt;
+    result += known->character;
+    at += known->entity.size();
   }
   return result;
 }

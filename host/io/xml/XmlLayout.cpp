@@ -11,6 +11,7 @@
 #include <set>
 
 #include "../FileError.h"
+#include "../XmlText.h"
 
 namespace qelhost {
 namespace {
@@ -105,7 +106,9 @@ class LayoutReader {
     XmlArray array;
     array.section = m_section;
     array.part = m_part;
-    array.name = tag.Value("Name");
+    const std::optional<std::string> name = Unescaped(tag.Value("Name"));
+    if (!name) return false;
+    array.name = *name;
     array.vtkType = tag.name == "DataArray" ? VtkTypeOf(tag) : 0;
     const XmlAttribute* const components = tag.Find("NumberOfComponents");
     const auto count = components == nullptr ? 1 : NumberIn(components->value).value_or(0);

@@ -41,7 +41,7 @@ class PendingXmlArray : public PendingArray {
 bool IsPlainVariable(const XmlArray& array) {
   if (array.vtkType == 0 || array.name.empty() || array.hasOtherKeys) return false;
   for (const XmlAttribute& attribute : array.tag.attributes) {
-    if (attribute.value.find('&') != std::string::npos) return false;
+    if (attribute.name != "Name" && attribute.value.find('&') != std::string::npos) return false;
   }
   return true;
 }
