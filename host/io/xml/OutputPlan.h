@@ -21,8 +21,7 @@ class OutputPlan {
   void Refer(const char* bytes, std::int64_t count);
 
   /// Writes all parts in parallel, source to target without passing them through the process where
-  /// the system can. Throws FileError, which names the target or, when that is to blame, the
-  /// source; WriteCancelled.
+  /// the system can. Throws FileError, which names the file to blame, and WriteCancelled.
   void Write(const std::string& path) const;
 
  private:

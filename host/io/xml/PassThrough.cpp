@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "../FileError.h"
 #include "../XmlText.h"
 #include "EncodedArray.h"
 #include "OutputPlan.h"
@@ -257,10 +258,16 @@ class PassThroughWriter {
 
 bool WritePassingThrough(const XmlSource& source, vtkDataSet* block,
                          const std::set<vtkDataArray*>& touched, const std::string& path) {
-  PassThroughWriter writer(source, block);
-  if (!writer.Plan(touched)) return false;
-  writer.Write(path);
-  return true;
+  try {
+    PassThroughWriter writer(source, block);
+    if (!writer.Plan(touched)) return false;
+    writer.Write(path);
+    return true;
+  } catch (const FileError& error) {
+    // Of the two files the source is to blame: whoever writes takes other errors for the target's.
+    if (error.File() == source.file->Path()) throw ValuesError(error.what());
+    throw;
+  }
 }
 
 }  // namespace qelhost

@@ -292,7 +292,7 @@ TEST_F(PassThroughFile, RefusesASourceThatShrankMeanwhile) {
     EXPECT_THAT(error.what(), HasSubstr(m_source));
     EXPECT_THAT(error.what(), HasSubstr("changed"));
   }
-  EXPECT_THROW(WriteDataSet(*data, m_target), qelhost::FileError);
+  EXPECT_THROW(WriteDataSet(*data, m_target), ValuesError);
   EXPECT_FALSE(fs::exists(m_target));
 }
 
@@ -300,7 +300,7 @@ TEST_F(PassThroughFile, RefusesToMixWithWhatSomebodyElseWrote) {
   SaveSource(vtkXMLWriter::Appended, vtkXMLWriter::NONE);
   const DataSetPtr data = ReadDataSet(m_source);
   fs::last_write_time(m_source, fs::file_time_type::clock::now() + std::chrono::hours(1));
-  EXPECT_THROW(WriteDataSet(*data, m_target), qelhost::FileError);
+  EXPECT_THROW(WriteDataSet(*data, m_target), ValuesError);
 }
 
 TEST_F(PassThroughFile, GoesOnWithASourceThatLostItsName) {
