@@ -22,6 +22,11 @@ enum class StoredType { Float, Double, Int32, Int16, Byte, Int64, Int8, UInt16, 
 /// The values of one variable in one zone, as typed bytes; zones that share it hold the same one.
 struct Storage {
   Storage(StoredType storedType, std::int64_t valueCount, Layout valueLayout = {});
+  /// One axis of points, whose coordinates lie side by side; the others' storages hold the same.
+  Storage(StoredType storedType, std::int64_t valueCount, std::int64_t axis,
+          std::shared_ptr<std::vector<unsigned char>> coordinates);
+  Storage(const Storage& other);
+  Storage& operator=(const Storage& other) = delete;
   double Get(std::int64_t index) const;        ///< from 0
   void Set(std::int64_t index, double value);  ///< from 0; rounds and clamps as the host does
   unsigned char* At(std::int64_t index);
@@ -31,7 +36,8 @@ struct Storage {
   StoredType type;
   std::int64_t count;
   Layout layout;
-  std::vector<unsigned char> bytes;
+  std::vector<unsigned char> bytes;  ///< none for points
+  std::shared_ptr<std::vector<unsigned char>> points;
 };
 
 QelFieldDataType_e CodeOf(StoredType type);

@@ -35,11 +35,9 @@ const ServiceRow& RowNamed(const std::string& name) {
 
 void Choose(const std::string& word, SpanVariant& variant) {
   static const std::map<std::string, bool SpanVariant::*> kWords = {
-      {"interleaved", &SpanVariant::isInterleaved},
-      {"partial", &SpanVariant::isPartial},
-      {"wide", &SpanVariant::isWide},
-      {"zero", &SpanVariant::startsAtZero},
-      {"bent", &SpanVariant::isBent}};
+      {"interleaved", &SpanVariant::isInterleaved}, {"points", &SpanVariant::hasPoints},
+      {"partial", &SpanVariant::isPartial},         {"wide", &SpanVariant::isWide},
+      {"zero", &SpanVariant::startsAtZero},         {"bent", &SpanVariant::isBent}};
   const auto known = kWords.find(word);
   if (known == kWords.end()) {
     throw std::invalid_argument("no variant of spans is called \"" + word + "\"");

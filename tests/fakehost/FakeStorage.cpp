@@ -6,6 +6,7 @@
 #include <limits>
 #include <stdexcept>
 #include <type_traits>
+#include <utility>
 
 namespace fakehost {
 
@@ -84,12 +85,24 @@ Storage::Storage(StoredType storedType, std::int64_t valueCount, Layout valueLay
   for (std::int64_t index = 0; index < count; ++index) std::fill_n(At(index), SizeOf(type), 0);
 }
 
+Storage::Storage(StoredType storedType, std::int64_t valueCount, std::int64_t axis,
+                 std::shared_ptr<std::vector<unsigned char>> coordinates)
+    : type(storedType), count(valueCount), layout{3, axis}, points(std::move(coordinates)) {}
+
+Storage::Storage(const Storage& other)
+    : type(other.type), count(other.count), layout(other.layout), bytes(other.bytes) {
+  if (other.points != nullptr) {
+    points = std::make_shared<std::vector<unsigned char>>(*other.points);
+  }
+}
+
 double Storage::Get(std::int64_t index) const { return RowOf(type).get(At(index)); }
 
 void Storage::Set(std::int64_t index, double value) { RowOf(type).set(At(index), value); }
 
 unsigned char* Storage::At(std::int64_t index) {
-  return bytes.data() + index * Stride() + layout.lane * static_cast<std::int64_t>(SizeOf(type));
+  unsigned char* const first = points == nullptr ? bytes.data() : points->data();
+  return first + index * Stride() + layout.lane * static_cast<std::int64_t>(SizeOf(type));
 }
 
 const unsigned char* Storage::At(std::int64_t index) const {
@@ -101,7 +114,7 @@ std::int64_t Storage::Stride() const {
 }
 
 bool Storage::AreGapsWhole() const {
-  if (layout.lanes == 1) return true;
+  if (layout.lanes == 1 || points != nullptr) return true;
   for (std::int64_t index = 0; index < count; ++index) {
     const unsigned char* const first = bytes.data() + index * Stride();
     for (const unsigned char* at = first; at != first + Stride(); ++at) {

@@ -11,14 +11,30 @@ std::int64_t CountFor(const Mesh& mesh, QelValueLocation_e location) {
   return location == ValueLocation_CellCentered ? mesh.CellCount() : mesh.NodeCount();
 }
 
-Values CoordinateValues(const Mesh& mesh, double Point::*axis, StoredType type, Layout layout) {
+constexpr std::array<double Point::*, 3> kAxes = {&Point::x, &Point::y, &Point::z};
+
+Values CoordinateValues(const Mesh& mesh, std::size_t axis, std::shared_ptr<Storage> storage) {
   Values values;
-  values.typeWhenAllocated = type;
-  values.storage = std::make_shared<Storage>(type, mesh.NodeCount(), layout);
+  values.typeWhenAllocated = storage->type;
+  values.storage = std::move(storage);
   for (LgIndex_t node = 0; node < mesh.NodeCount(); ++node) {
-    values.storage->Set(node, mesh.points[static_cast<std::size_t>(node)].*axis);
+    values.storage->Set(node, mesh.points[static_cast<std::size_t>(node)].*kAxes[axis]);
   }
   return values;
+}
+
+using Coordinates = std::shared_ptr<std::vector<unsigned char>>;
+
+/// Room for all coordinates of a zone's nodes; null where they are not kept together.
+Coordinates RoomForPoints(const SpanVariant& variant, const std::array<LgIndex_t, 3>& axisVars,
+                          const std::array<StoredType, 3>& types, LgIndex_t nodeCount) {
+  const bool isOneType = types[0] == types[1] && types[1] == types[2];
+  const auto hasVar = [](LgIndex_t var) { return var >= 1; };
+  if (!variant.hasPoints || !isOneType || !std::all_of(axisVars.begin(), axisVars.end(), hasVar)) {
+    return nullptr;
+  }
+  return std::make_shared<std::vector<unsigned char>>(
+      axisVars.size() * static_cast<std::size_t>(nodeCount) * SizeOf(types[0]));
 }
 
 }  // namespace
@@ -85,12 +101,17 @@ LgIndex_t FakeHost::AddZone(Mesh mesh, const std::array<StoredType, 3>& coordina
   zone.id = NewUniqueId();
   zone.name = "zone " + std::to_string(data.zones.size() + 1);
   zone.vars.resize(data.varNames.size());
-  constexpr std::array<double Point::*, 3> kAxes = {&Point::x, &Point::y, &Point::z};
+  const LgIndex_t nodeCount = mesh.NodeCount();
+  const Coordinates room = RoomForPoints(spans, frame.axisVars, coordinateTypes, nodeCount);
   for (std::size_t axis = 0; axis < kAxes.size(); ++axis) {
     const LgIndex_t var = frame.axisVars[axis];
     if (var < 1 || var > static_cast<LgIndex_t>(zone.vars.size())) continue;
-    zone.vars[static_cast<std::size_t>(var - 1)] =
-        CoordinateValues(mesh, kAxes[axis], coordinateTypes[axis], LayoutOf(spans, var));
+    const StoredType type = coordinateTypes[axis];
+    auto storage =
+        room == nullptr
+            ? std::make_shared<Storage>(type, nodeCount, LayoutOf(spans, var))
+            : std::make_shared<Storage>(type, nodeCount, static_cast<std::int64_t>(axis), room);
+    zone.vars[static_cast<std::size_t>(var - 1)] = CoordinateValues(mesh, axis, storage);
   }
   zone.mesh = std::move(mesh);
   zone.mesh.elements.Keep({spans.isWide ? 8 : 4, spans.startsAtZero ? 0 : 1});

@@ -29,6 +29,7 @@ struct Tally {
 SpanVariant RandomVariant(Random& random) {
   SpanVariant variant;
   variant.isInterleaved = random.Flip();
+  variant.hasPoints = random.Flip();
   variant.isPartial = random.Below(3) == 0;
   variant.isWide = random.Flip();
   variant.startsAtZero = random.Flip();
@@ -140,11 +141,14 @@ std::vector<std::string> LargeLines() {
 TEST_P(LargeSessions, ComeOutTheSameOnThreads) {
   SpanVariant scattered;
   scattered.isInterleaved = scattered.isWide = scattered.startsAtZero = true;
+  SpanVariant points;
+  points.hasPoints = true;
   SpanVariant partial;
   partial.isPartial = true;
   const std::vector<Offer> offers = {
       {{Service::Bulk, Service::Parallel}, {}},
       {{Service::Bulk, Service::Parallel, Service::Progress}, scattered},
+      {{Service::Bulk, Service::Parallel}, points},
       {{Service::Bulk, Service::Parallel}, partial}};
   const auto& cells = GetParam().cells;
   const Mesh mesh = MakeLattice(GetParam().type, cells[0], cells[1], cells[2]);

@@ -457,6 +457,7 @@ std::string Offer::Name() const {
   std::string name = "with";
   if (Has(Service::Bulk)) name += " bulk";
   if (variant.isInterleaved) name += " interleaved";
+  if (variant.hasPoints) name += " points";
   if (variant.isPartial) name += " partial";
   if (variant.isWide) name += " wide";
   if (variant.startsAtZero) name += " zero";

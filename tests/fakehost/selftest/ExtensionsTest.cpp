@@ -109,6 +109,7 @@ TEST(ExtensionNames, SayServicesAndHowSpansAreKept) {
   EXPECT_FALSE(variant.isPartial || variant.isWide || variant.isBent);
   EXPECT_THAT(fakehost::ServicesNamed("").first, IsEmpty());
   EXPECT_TRUE(fakehost::ServicesNamed("bulk:partial").second.isPartial);
+  EXPECT_TRUE(fakehost::ServicesNamed("bulk:points").second.hasPoints);
   EXPECT_TRUE(fakehost::ServicesNamed("bulk:wide").second.isWide);
   EXPECT_TRUE(fakehost::ServicesNamed("bulk:bent").second.isBent);
   for (const char* text : {"bulky", "bulk:broad", "parallel:wide", "bulk;parallel"}) {
@@ -153,6 +154,28 @@ TEST_F(Extensions, SpansShowWhatGettersAnswerInEveryTypeThatHasACode) {
     }
     EXPECT_FALSE(host.HasDamagedGaps());
   }
+}
+
+TEST_F(Extensions, PointsLieSideBySideAndAreCopiedWhole) {
+  SpanVariant points;
+  points.hasPoints = true;
+  Show(points);
+  std::array<QelFieldSpan_s, 3> spans{};
+  for (std::size_t axis = 0; axis < spans.size(); ++axis) {
+    QelFieldData* const field =
+        QelUtilDataValueGetWritableNativeRef(1, static_cast<LgIndex_t>(axis) + 1);
+    ASSERT_TRUE(Bulk().fieldSpan(field, &spans[axis]));
+    EXPECT_EQ(spans[axis].stride, 24);
+    EXPECT_EQ(spans[axis].first, static_cast<double*>(spans[0].first) + axis);
+  }
+  const fakehost::Point& last = host.ZoneAt(1)->mesh.points.back();
+  EXPECT_EQ(ValueAt(spans[0], spans[0].count - 1), last.x);
+  EXPECT_EQ(ValueAt(spans[1], spans[1].count - 1), last.y);
+  EXPECT_EQ(ValueAt(spans[2], spans[2].count - 1), last.z);
+  const fakehost::Storage copy = *host.ValuesAt(1, 2)->storage;
+  host.ValuesAt(1, 2)->storage->Set(0, 8.0);
+  EXPECT_EQ(ValueAt(spans[1], 0), 8.0);
+  EXPECT_EQ(copy.Get(0), 0.0);
 }
 
 TEST_F(Extensions, WritingBetweenValuesIsFound) {
