@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Builds everything and runs every test; the add-on's tests once more under sanitizers.
+# Builds everything and runs every test; the add-on's tests once more under sanitizers. Small pieces
+# of work are held against their budgets of instructions.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
@@ -12,7 +13,8 @@ build asan
   { cat "$root/build-asan/ctest.log"; die "tests failed under the sanitizers"; }
 echo "Under the sanitizers: $(grep 'tests passed' "$root/build-asan/ctest.log")"
 
-configure release -DMARQUELL_BUILD_TESTS=ON
+configure release -DMARQUELL_BUILD_TESTS=ON -DMARQUELL_BUILD_BENCH=ON
 build release
+"$root/scripts/instructions.sh"
 cd "$root"
 ctest --preset release -j "$(nproc)"
