@@ -65,6 +65,27 @@ bool HasNodeSpan(const QelBulkAccess_s* bulk, const QelNodeMap* nodeMap, const Z
          span.count == dims.j && (span.indexWidth == 4 || span.indexWidth == 8);
 }
 
+/// Cells whose nodes the host is asked for, one by one until one decides. The side is a constant
+/// and what the set holds is looked up once: millions of calls leave little time between them.
+template <bool kDecisiveSide>
+TakenItems CellsAskedFor(const QelNodeMap* nodeMap, const ZoneDims& dims, const CornerRule& rule,
+                         const InsideSet& inside) {
+  const auto takesCell = [nodeMap, cornerCount = dims.k, needsAll = rule.needsAll,
+                          words = inside.Words(),
+                          nodeCount = inside.NodeCount()](std::int64_t cell) {
+    const LgIndex_t element = HostIndex(cell);
+    for (LgIndex_t corner = 1; corner <= cornerCount; ++corner) {
+      const auto node = static_cast<std::uint64_t>(
+          std::int64_t{QelUtilDataNodeGetByRef(nodeMap, element, corner)} - 1);
+      const bool isInside = node < static_cast<std::uint64_t>(nodeCount) &&
+                            ((words[node / 64] >> (node % 64)) & 1) != 0;
+      if (isInside == kDecisiveSide) return !needsAll;
+    }
+    return needsAll;
+  };
+  return CellByCell(dims.j, takesCell);
+}
+
 TakenItems NodeMapCells(LgIndex_t zoneNum, PickRule rule, const InsideSet& inside,
                         const QelBulkAccess_s* bulk) {
   const ZoneDims dims = DimsOfZone(zoneNum);
@@ -78,15 +99,8 @@ TakenItems NodeMapCells(LgIndex_t zoneNum, PickRule rule, const InsideSet& insid
               DecideSpanCells(span, cornerRule, inside, firstWord, wordCount, words);
             }};
   }
-  const auto takesCell = [nodeMap, cornerRule, &inside,
-                          cornerCount = std::int64_t{dims.k}](std::int64_t cell) {
-    const auto nodeAt = [&](std::int64_t corner) {
-      return std::int64_t{QelUtilDataNodeGetByRef(nodeMap, HostIndex(cell), HostIndex(corner))} - 1;
-    };
-    return TakesCell(cornerRule, inside,
-                     [&](auto&& test) { return AnyOfCorners(cornerCount, nodeAt, test); });
-  };
-  return CellByCell(dims.j, takesCell);
+  return cornerRule.decisiveSide ? CellsAskedFor<true>(nodeMap, dims, cornerRule, inside)
+                                 : CellsAskedFor<false>(nodeMap, dims, cornerRule, inside);
 }
 
 /// Visits the nodes of a cell's faces until the test holds for one. A node comes once for each face
