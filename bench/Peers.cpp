@@ -102,7 +102,6 @@ vtkIdType Calculate(vtkUnstructuredGrid* grid) {
   calculator->AddScalarVariable("k", "k");
   calculator->SetFunction("k*1.4");
   calculator->SetResultArrayName("result");
-  calculator->SetResultArrayType(VTK_FLOAT);
   calculator->Update();
   return vtkDataSet::SafeDownCast(calculator->GetOutput())->GetNumberOfCells();
 }

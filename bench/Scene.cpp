@@ -35,13 +35,17 @@ void AddPositions(vtkUnstructuredGrid* grid, const std::array<const char*, 3>& n
   }
 }
 
-vtkSmartPointer<vtkUnstructuredGrid> BareCopy(vtkUnstructuredGrid* grid) {
+/// The same mesh with arrays of its own: the host's change.
+vtkSmartPointer<vtkUnstructuredGrid> CopyForPeers(vtkUnstructuredGrid* grid) {
   auto copy = vtkSmartPointer<vtkUnstructuredGrid>::New();
   copy->SetPoints(grid->GetPoints());
   copy->SetCells(VTK_HEXAHEDRON, grid->GetCells());
-  vtkNew<vtkFloatArray> values;  // its own: the host's change
-  values->DeepCopy(grid->GetCellData()->GetArray("k"));
-  copy->GetCellData()->AddArray(values);
+  vtkNew<vtkFloatArray> atNodes;
+  atNodes->DeepCopy(grid->GetPointData()->GetArray("p"));
+  copy->GetPointData()->AddArray(atNodes);
+  vtkNew<vtkFloatArray> atCells;
+  atCells->DeepCopy(grid->GetCellData()->GetArray("k"));
+  copy->GetCellData()->AddArray(atCells);
   return copy;
 }
 
@@ -50,8 +54,8 @@ vtkSmartPointer<vtkUnstructuredGrid> BareCopy(vtkUnstructuredGrid* grid) {
 Scene::Scene(const std::string& addOn, int edge)
     : m_edge(edge), m_player(qelhost::Host::Instance()) {
   const vtkSmartPointer<vtkUnstructuredGrid> grid = MakeGrid(edge);
-  for (const char* name : {"p", "T", "U"}) grid->GetPointData()->RemoveArray(name);
-  m_peerGrid = BareCopy(grid);
+  for (const char* name : {"T", "U"}) grid->GetPointData()->RemoveArray(name);
+  m_peerGrid = CopyForPeers(grid);
   AddPositions<vtkFloatArray>(grid, {"x", "y", "z"});
   AddPositions<vtkDoubleArray>(grid, {"xd", "yd", "zd"});
 
