@@ -21,7 +21,7 @@ enum class Service { Bulk, Parallel, Progress };
 struct SpanVariant {
   bool isInterleaved = false;  ///< one value in three places; what lies between is watched
   bool hasPoints = false;      ///< coordinates of one type lie as x, y, z, x, y, z, ...
-  bool isPartial = false;      ///< refuses some fields, the nodes and bits of every other zone
+  bool isPartial = false;      ///< refuses some fields, and the nodes and bits of zones 2, 4, ...
   bool isWide = false;         ///< node numbers of 8 bytes, not 4
   bool startsAtZero = false;   ///< node numbers count from 0
   bool isBent = false;         ///< keeps its projection to itself

@@ -4,6 +4,7 @@
 
 #include "qelvane/Extensions.h"
 
+#include <algorithm>
 #include <array>
 #include <limits>
 
@@ -34,9 +35,15 @@ bool HasPlace(const void* answer, const char* function) {
 bool FieldSpan(const QelFieldData* ref, QelFieldSpan_s* span) {
   if (Fails("fieldSpan", ref) || !HasPlace(span, "fieldSpan")) return false;
   const FieldBehind field = FieldOf(ref, "fieldSpan");
-  if (field.storage == nullptr || RefusesField(field)) return false;
+  if (field.storage == nullptr) return false;
   Storage& storage = *field.storage;
   if (CodeOf(storage.type) == FieldDataType_Invalid) return false;
+  if (RefusesField(field)) {
+    // Who takes this for an answer reads the values from the last to the first.
+    const std::int64_t last = storage.count > 0 ? storage.count - 1 : 0;
+    *span = {storage.At(last), CodeOf(storage.type), -storage.Stride(), storage.count};
+    return false;
+  }
   ++Host().spansShown;
   *span = {storage.At(0), CodeOf(storage.type), storage.Stride(), storage.count};
   return true;
@@ -45,16 +52,20 @@ bool FieldSpan(const QelFieldData* ref, QelFieldSpan_s* span) {
 bool NodeMapSpan(const QelNodeMap* map, QelNodeSpan_s* span) {
   if (Fails("nodeMapSpan", map) || !HasPlace(span, "nodeMapSpan")) return false;
   const NodesBehind nodes = NodesOfMap(map, "nodeMapSpan");
-  if (nodes.mesh == nullptr || RefusesZone(NumberOf(nodes.zone))) return false;
+  if (nodes.mesh == nullptr) return false;
   const ElementList& elements = nodes.mesh->elements;
-  *span = {elements.First(), elements.Form().width, elements.Form().base,
+  const bool isRefused = RefusesZone(NumberOf(nodes.zone));
+  // What is refused is off by a node.
+  const std::int32_t base = isRefused ? 1 - elements.Form().base : elements.Form().base;
+  *span = {elements.First(), elements.Form().width, base,
            static_cast<std::int32_t>(elements.CornerCount()),
            static_cast<std::int64_t>(elements.size())};
-  return true;
+  return !isRefused;
 }
 
 bool ShowProjection(double m[16]) {
   if (Fails("projection") || !HasPlace(m, "projection")) return false;
+  std::fill(m, m + 16, 1.0);
   if (!Host().HasFrame() || Host().spans.isBent) return false;
   const std::array<double, 16> matrix = Host().ProjectionMatrix();
   std::copy(matrix.begin(), matrix.end(), m);

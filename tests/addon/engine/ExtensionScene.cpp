@@ -57,8 +57,10 @@ double StrangeCoordinate(Random& random) {
 void MovePoints(Random& random, Mesh& mesh) {
   const bool isRegular = random.Below(4) == 0;
   const int strangeIn = random.Below(3) == 0 ? 12 : 0;
+  const double offset = random.Below(3) == 0 ? -4.0 : 0.0;
   for (Point& point : mesh.points) {
     for (double Point::*axis : {&Point::x, &Point::y, &Point::z}) {
+      point.*axis += offset;
       if (!isRegular) point.*axis += PartOfAStep(random);
       if (strangeIn > 0 && random.Below(strangeIn) == 0) point.*axis = StrangeCoordinate(random);
     }
@@ -95,13 +97,19 @@ int DimensionsOf(Random& random, QelZoneType_e type) {
   }
 }
 
-/// Most zones fill some words of 64 items and a part of another.
+/// Most zones fill some words of 64 items and a part of another; one in five fills whole words with
+/// its nodes.
 Mesh SmallLattice(Random& random, QelZoneType_e type) {
-  const int dimensions = DimensionsOf(random, type);
+  const auto dimensions = static_cast<std::size_t>(DimensionsOf(random, type));
   constexpr int kMost[] = {300, 18, 6};
+  constexpr std::array<LgIndex_t, 3> kWholeWords[] = {{63, 0, 0}, {15, 7, 0}, {7, 7, 2}};
   const int most = kMost[dimensions - 1];
-  return MakeLattice(type, 1 + random.Below(most), dimensions > 1 ? 1 + random.Below(most) : 0,
-                     dimensions > 2 ? 1 + random.Below(most) : 0);
+  const bool isWhole = random.Below(5) == 0;
+  std::array<LgIndex_t, 3> cells = kWholeWords[dimensions - 1];
+  for (std::size_t axis = 0; axis < dimensions && !isWhole; ++axis) {
+    cells[axis] = 1 + random.Below(most);
+  }
+  return MakeLattice(type, cells[0], cells[1], cells[2]);
 }
 
 Mesh RandomZone(Random& random, QelZoneType_e type) {
@@ -112,10 +120,9 @@ Mesh RandomZone(Random& random, QelZoneType_e type) {
 }
 
 StoredType CoordinateType(Random& random) {
-  constexpr StoredType kTypes[] = {StoredType::Float,  StoredType::Float,  StoredType::Float,
-                                   StoredType::Double, StoredType::Double, StoredType::Double,
-                                   StoredType::Int32,  StoredType::Int8};
-  return OneOf(random, kTypes);
+  constexpr int kStoredTypes = 10;
+  if (random.Below(4) == 0) return static_cast<StoredType>(random.Below(kStoredTypes));
+  return random.Flip() ? StoredType::Float : StoredType::Double;
 }
 
 // Values ---------------------------------------------------------------------------------------
@@ -203,7 +210,10 @@ void MakeRandomScene(Random& random, QelZoneType_e type) {
   ShareAndSpare(random, zoneCount, areAlike);
   HideAtRandom(random);
   // At times another variable is drawn along an axis, even one of the cells.
-  if (random.Below(8) == 0) Host().ActiveFrame().axisVars[1] = RandomVariable(random);
+  if (random.Below(6) == 0) {
+    const auto axis = static_cast<std::size_t>(random.Below(3));
+    Host().ActiveFrame().axisVars[axis] = RandomVariable(random);
+  }
 }
 
 // Steps of a session ---------------------------------------------------------------------------
@@ -228,7 +238,7 @@ double Place(Random& random, int from, int to) {
 Boundary AnyBoundary(Random& random, int reach) {
   Boundary boundary;
   boundary.shape = static_cast<Shape>(random.Below(5));
-  const auto at = [&] { return Place(random, -1, std::max(1, reach / 2)); };
+  const auto at = [&] { return Place(random, random.Flip() ? -1 : -5, std::max(1, reach / 2)); };
   const auto length = [&] { return Place(random, random.Below(8) == 0 ? -3 : 0, reach + 2); };
   boundary.anchor = {at(), at(), at()};
   boundary.size = {length(), length(), length()};
@@ -502,6 +512,8 @@ Outcome PlayLines(const Mesh& mesh, StoredType coordinates, StoredType values,
                   const std::vector<std::string>& lines, const Offer& offer) {
   StartHost(offer);
   Host().AddFrame(PlotType_Cartesian3D).view.psi = 20.0;
+  // The second zone of a frame is one whose nodes a host may refuse.
+  Host().AddZone(MakeLattice(mesh.type, 1, 1, 1), coordinates);
   Host().AddZone(mesh, coordinates);
   const auto value = [](LgIndex_t, LgIndex_t index) { return index / 8.0; };
   Host().AddVariable("n", ValueLocation_Nodal, values, value);

@@ -35,8 +35,8 @@ struct Outcome {
 /// Plays the session of a seed on up to three small zones of a type.
 Outcome PlaySession(QelZoneType_e type, unsigned seed, const Offer& offer);
 
-/// Plays lines on one zone in a 3D frame, with a variable at the nodes, "n", and one at the cells,
-/// "c".
+/// Plays lines on a tiny zone and the given one in a 3D frame, with a variable at the nodes, "n",
+/// and one at the cells, "c".
 Outcome PlayLines(const fakehost::Mesh& mesh, fakehost::StoredType coordinates,
                   fakehost::StoredType values, const std::vector<std::string>& lines,
                   const Offer& offer);
