@@ -32,13 +32,32 @@ QelNodeMap* QelUtilDataNodeGetWritableRef(LgIndex_t zone) {
   return HandOutMap<QelNodeMap>(__func__, zone, [](Zone& z) { return z.WritableNodeMap(); });
 }
 
-// Asked for every corner of every cell; nothing in it can throw, so nothing is guarded.
-LgIndex_t QelUtilDataNodeGetByRef(const QelNodeMap* map, LgIndex_t element, LgIndex_t corner) {
+namespace {
+
+LgIndex_t NodeOfKnownMap(const QelNodeMap* map, LgIndex_t element, LgIndex_t corner) {
+  return static_cast<LgIndex_t>(map->Node(element - 1, corner - 1) + 1);
+}
+
+LgIndex_t SearchMapAndNode(const QelNodeMap* map, LgIndex_t element, LgIndex_t corner) {
   if (!IsKnown(map) || !IsNumber(element, map->elementCount) ||
       !IsNumber(corner, map->nodesPerElement)) {
     return 0;
   }
-  return static_cast<LgIndex_t>(map->Node(element - 1, corner - 1) + 1);
+  return NodeOfKnownMap(map, element, corner);
+}
+
+}  // namespace
+
+// Asked for every corner of every cell: what is asked for most is answered without another call,
+// the rest by functions that take this one's place. Nothing in it can throw, so nothing is guarded.
+LgIndex_t QelUtilDataNodeGetByRef(const QelNodeMap* map, LgIndex_t element, LgIndex_t corner) {
+  if (!TheHandles().references.IsLatest(map)) return SearchMapAndNode(map, element, corner);
+  if (!IsNumber(element, map->elementCount) || !IsNumber(corner, map->nodesPerElement)) return 0;
+  if (!map->plain) return NodeOfKnownMap(map, element, corner);
+  const std::int64_t slot = (std::int64_t{element} - 1) * map->nodesPerElement + corner - 1;
+  const std::int64_t node = map->wide ? static_cast<const std::int64_t*>(map->nodes)[slot]
+                                      : static_cast<const std::int32_t*>(map->nodes)[slot];
+  return static_cast<LgIndex_t>(node + 1);
 }
 
 void QelUtilDataNodeSetByRef(QelNodeMap* map, LgIndex_t element, LgIndex_t corner, LgIndex_t node) {

@@ -65,10 +65,11 @@ class ReferenceTable {
     if (map != nullptr) Keep(map, {data, zone, false});
     return map;
   }
-  /// Inline, for the reference asked for last: a pick asks for the same one millions of times.
-  bool Has(const void* reference) const {
-    return (reference == m_latest && m_latest != nullptr && !m_latestOwner->data.expired()) ||
-           Search(reference);
+  bool Has(const void* reference) const { return IsLatest(reference) || Search(reference); }
+  /// Whether it is the one that was asked for last, and is good: a pick asks for the same one
+  /// millions of times. Inline, and calls nothing.
+  bool IsLatest(const void* reference) const {
+    return reference == m_latest && m_latest != nullptr && !m_latestOwner->data.expired();
   }
   /// Forgets those fields of a zone that it no longer holds, after its storage changed.
   void ForgetReplacedFields(const Zone& zone);
