@@ -46,12 +46,13 @@ void OrderedCells::NextRow(Cell& cell) const {
   ++cell.k;
 }
 
-/// For 64 lowest nodes from one on: whether any corner is decisive. Bits whose corners the zone
-/// does not have say nothing.
+/// For 64 lowest nodes from one on: whether any corner is decisive. Bits that are not needed say
+/// nothing. Far from the boundary the lowest nodes alone often decide all.
 template <std::size_t kCorners>
-std::uint64_t OrderedCells::AnyDecisive(std::int64_t node) const {
-  std::uint64_t decisive = 0;
-  for (std::size_t corner = 0; corner < kCorners; ++corner) {
+std::uint64_t OrderedCells::AnyDecisive(std::int64_t node, std::uint64_t needed) const {
+  std::uint64_t decisive = m_inside.BitsFrom(node) ^ m_decisiveFlip;
+  if ((decisive & needed) == needed) return decisive;
+  for (std::size_t corner = 1; corner < kCorners; ++corner) {
     decisive |= m_inside.BitsFrom(node + m_cornerSteps[corner]) ^ m_decisiveFlip;
   }
   return decisive;
@@ -82,8 +83,9 @@ void OrderedCells::WordsOf(std::int64_t firstWord, std::int64_t wordCount,
     for (int done = 0; done < cellCount;) {
       const int count =
           static_cast<int>(std::min<std::int64_t>(m_iCells - cell.i, cellCount - done));
-      const std::uint64_t piece = AnyDecisive<kCorners>(LowestNode(cell)) ^ m_takenFlip;
-      taken |= (piece & LowestBits(count)) << done;
+      const std::uint64_t needed = LowestBits(count);
+      const std::uint64_t piece = AnyDecisive<kCorners>(LowestNode(cell), needed) ^ m_takenFlip;
+      taken |= (piece & needed) << done;
       done += count;
       cell.i += count;
       if (cell.i == m_iCells) NextRow(cell);

@@ -44,7 +44,7 @@ class OrderedCells {
   std::int64_t LowestNode(const Cell& cell) const;
   void NextRow(Cell& cell) const;
   template <std::size_t kCorners>
-  std::uint64_t AnyDecisive(std::int64_t node) const;
+  std::uint64_t AnyDecisive(std::int64_t node, std::uint64_t needed) const;
   template <std::size_t kCorners>
   void WordsOf(std::int64_t firstWord, std::int64_t wordCount, std::uint64_t* words) const;
 

@@ -12,6 +12,11 @@ bool IsKnown(const void* map) { return TheHandles().references.Has(map); }
 
 bool IsNumber(LgIndex_t n, std::int64_t count) { return n >= 1 && n <= count; }
 
+/// The same in one comparison: what is below 1 becomes large.
+bool IsNumberUpTo(LgIndex_t n, LgIndex_t count) {
+  return static_cast<std::uint32_t>(n) - 1U < static_cast<std::uint32_t>(count);
+}
+
 /// Hands out what a member function of the zone answers. The contract has no const handles.
 template <class Map>
 Map* HandOutMap(const char* function, LgIndex_t zone, Map* (*mapOf)(Zone&)) {
@@ -52,7 +57,9 @@ LgIndex_t SearchMapAndNode(const QelNodeMap* map, LgIndex_t element, LgIndex_t c
 // the rest by functions that take this one's place. Nothing in it can throw, so nothing is guarded.
 LgIndex_t QelUtilDataNodeGetByRef(const QelNodeMap* map, LgIndex_t element, LgIndex_t corner) {
   if (!TheHandles().references.IsLatest(map)) return SearchMapAndNode(map, element, corner);
-  if (!IsNumber(element, map->elementCount) || !IsNumber(corner, map->nodesPerElement)) return 0;
+  if (!IsNumberUpTo(element, map->elementCount) || !IsNumberUpTo(corner, map->nodesPerElement)) {
+    return 0;
+  }
   if (!map->plain) return NodeOfKnownMap(map, element, corner);
   const std::int64_t slot = (std::int64_t{element} - 1) * map->nodesPerElement + corner - 1;
   const std::int64_t node = map->wide ? static_cast<const std::int64_t*>(map->nodes)[slot]
