@@ -13,8 +13,6 @@ std::string OneLine(std::string text) {
 }  // namespace
 
 FileError::FileError(const std::string& file, const std::string& reason)
-    : std::runtime_error(OneLine(file + ": " + reason)),
-      m_file(file),
-      m_reason(OneLine(reason)) {}
+    : std::runtime_error(OneLine(file + ": " + reason)), m_file(file), m_reason(OneLine(reason)) {}
 
 }  // namespace qelhost
