@@ -99,12 +99,14 @@ bool ShowBits(const char* function, LgIndex_t zone, LgIndex_t (Mesh::*countOf)()
   if (Fails(function, zone) || !HasPlace(bits, function) || !HasPlace(count, function))
     return false;
   const Zone* const found = Host().ZoneAt(zone);
-  if (found == nullptr || RefusesZone(zone)) return false;
+  if (found == nullptr) return false;
   const LgIndex_t itemCount = (found->mesh.*countOf)();
   FillBits(shownBits[place], zone, itemCount, isBlanked);
   *bits = shownBits[place].words.data();
   *count = itemCount;
-  return true;
+  if (!RefusesZone(zone)) return true;
+  SpoilBits();
+  return false;
 }
 
 bool BlankedCells(LgIndex_t zone, const std::uint64_t** bits, std::int64_t* count) {

@@ -509,7 +509,7 @@ Outcome PlaySession(QelZoneType_e type, unsigned seed, const Offer& offer) {
 }
 
 Outcome PlayLines(const Mesh& mesh, StoredType coordinates, StoredType values,
-                  const std::vector<std::string>& lines, const Offer& offer) {
+                  const std::vector<std::string>& lines, bool hides, const Offer& offer) {
   StartHost(offer);
   Host().AddFrame(PlotType_Cartesian3D).view.psi = 20.0;
   // The second zone of a frame is one whose nodes a host may refuse.
@@ -518,6 +518,10 @@ Outcome PlayLines(const Mesh& mesh, StoredType coordinates, StoredType values,
   const auto value = [](LgIndex_t, LgIndex_t index) { return index / 8.0; };
   Host().AddVariable("n", ValueLocation_Nodal, values, value);
   Host().AddVariable("c", ValueLocation_CellCentered, values, value);
+  fakehost::Blanking& blanking = Host().ActiveFrame().blanking;
+  blanking.include = hides;
+  blanking.constraints[1] = {true,  4, 0, BlankRelOp_GreaterThan, ConstraintOp2Mode_UseConstant,
+                             9000.0};
   InitQelAddOn113();
   Outcome outcome;
   const std::vector<std::vector<unsigned char>> before = AllValues();

@@ -37,8 +37,10 @@ Outcome PlaySession(QelZoneType_e type, unsigned seed, const Offer& offer);
 
 /// Plays lines on a tiny zone and the given one in a 3D frame, with a variable at the nodes, "n",
 /// and one at the cells, "c".
+///
+/// hides  cells and nodes with large values are blanked
 Outcome PlayLines(const fakehost::Mesh& mesh, fakehost::StoredType coordinates,
-                  fakehost::StoredType values, const std::vector<std::string>& lines,
+                  fakehost::StoredType values, const std::vector<std::string>& lines, bool hides,
                   const Offer& offer);
 
 }  // namespace extension
