@@ -10,7 +10,6 @@
 
 #include "../FileError.h"
 #include "../WriteCancel.h"
-#include "Parallel.h"
 
 namespace qelhost {
 namespace {
@@ -145,16 +144,15 @@ std::vector<OutputPlan::Part> OutputPlan::Pieces() const {
 
 void OutputPlan::Write(const std::string& path) const {
   Target target(path);
-  const std::vector<Part> pieces = Pieces();
-  ForEachInParallel(static_cast<std::int64_t>(pieces.size()), 1, [&](std::int64_t n) {
+  // One after the other: writers of one file only wait for each other.
+  for (const Part& piece : Pieces()) {
     StopIfCancelled();
-    const Part& piece = pieces[static_cast<std::size_t>(n)];
     if (piece.sourcePlace >= 0) {
       target.CopyAt(piece.place, m_source, piece.sourcePlace, piece.count);
     } else {
       target.WriteAt(piece.place, piece.memory, piece.count);
     }
-  });
+  }
   target.Close();
 }
 

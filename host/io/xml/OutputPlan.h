@@ -20,8 +20,8 @@ class OutputPlan {
   /// Bytes that must outlive Write.
   void Refer(const char* bytes, std::int64_t count);
 
-  /// Writes all parts in parallel, source to target without passing them through the process where
-  /// the system can. Throws FileError, which names the file to blame, and WriteCancelled.
+  /// Writes all parts, from file to file without passing them through the process where the system
+  /// can do that. Throws FileError, which names the file to blame, and WriteCancelled.
   void Write(const std::string& path) const;
 
  private:

@@ -160,7 +160,10 @@ class PassThroughWriter {
     edit.end = stored->Table().end;
     edit.payload = Encode(array, stored->Format(), stored.get());
     m_edits.push_back(std::move(edit));
-    if (place.keysBegin > 0) m_edits.push_back({place.keysBegin, place.closing, "", {}});
+    if (place.keysBegin > 0) {
+      const auto length = static_cast<std::size_t>(place.closing - place.keysBegin);
+      m_edits.push_back({place.keysBegin, place.closing, std::string(length, ' '), {}});
+    }
     ReplaceRange(place.tag, array);
     return true;
   }
@@ -174,8 +177,24 @@ class PassThroughWriter {
     for (int n = 0; n < 2; ++n) {
       const XmlAttribute* const attribute = tag.Find(keys[n]);
       if (attribute == nullptr) continue;
-      m_edits.push_back({attribute->begin, attribute->end, ShortestNumber(range[n]), {}});
+      ReplaceValue(*attribute, ShortestNumber(range[n]));
     }
+  }
+
+  /// VTK leaves blanks behind a value that may change. They make room here too: as long as no byte
+  /// behind it moves, whole pages of the file are copied.
+  void ReplaceValue(const XmlAttribute& attribute, const std::string& value) {
+    constexpr std::int64_t kMostBehind = 32;
+    const std::int64_t count = std::min(kMostBehind, m_source.file->Size() - attribute.end);
+    std::string behind(static_cast<std::size_t>(count), '\0');
+    m_source.file->ReadAt(attribute.end, behind.data(), count);
+    const std::size_t blanks = std::min(behind.find_first_not_of(' ', 1), behind.size()) - 1;
+    const std::int64_t end = attribute.end + 1 + static_cast<std::int64_t>(blanks);
+    std::string text = value + behind.front();  // its quote
+    // One blank at least stays between two attributes.
+    const std::size_t least = text.size() + std::min<std::size_t>(blanks, 1);
+    text.resize(std::max(least, static_cast<std::size_t>(end - attribute.begin)), ' ');
+    m_edits.push_back({attribute.begin, end, text, {}});
   }
 
   /// Behind the section's last array; its numbers behind all others.
@@ -244,7 +263,7 @@ class PassThroughWriter {
       }
       const XmlAttribute* const attribute = array.tag.Find("offset");
       if (offset == before) continue;
-      m_edits.push_back({attribute->begin, attribute->end, std::to_string(offset), {}});
+      ReplaceValue(*attribute, std::to_string(offset));
     }
   }
 
