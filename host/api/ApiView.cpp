@@ -125,13 +125,7 @@ bool QelUtilThreeDViewGetViewerAngle(double* psi, double* alpha, double* theta) 
 }
 
 bool QelUtilContourSetVariable(LgIndex_t var) {
-  return Guarded(__func__, false, [&](Host& host) {
-    const DataSetPtr data = ActiveData(host);
-    if (data == nullptr || data->FindVariable(var) == nullptr) return false;
-    host.frames.Active()->styles.contourVariable = var;
-    host.notices.SendStyle({"GLOBALCONTOUR", "VAR"});
-    return true;
-  });
+  return Guarded(__func__, false, [&](Host& host) { return SetContourVariable(host, var); });
 }
 
 bool QelUtilFieldLayerIsActive(const char* layer) {

@@ -177,6 +177,15 @@ bool SetLayerActive(Host& host, Layer layer, bool active) {
   return true;
 }
 
+bool SetContourVariable(Host& host, LgIndex_t variable) {
+  Frame* const frame = host.frames.Active();
+  if (frame == nullptr || frame->Data() == nullptr) return false;
+  if (frame->Data()->FindVariable(variable) == nullptr) return false;
+  frame->styles.contourVariable = variable;
+  host.notices.SendStyle({"GLOBALCONTOUR", "VAR"});
+  return true;
+}
+
 QelGeomID_t AddGeometry(Host& host, const Geometry& geometry) {
   Frame* const frame = host.frames.Active();
   if (frame == nullptr) return 0;

@@ -37,6 +37,7 @@ bool ActivateFrame(Host& host, QelUniqueID_t id);
 bool SetSolutionTime(Host& host, double time);
 bool SetZonesActive(Host& host, const std::vector<LgIndex_t>& zones, QelAssignOp_e op);
 bool SetLayerActive(Host& host, Layer layer, bool active);
+bool SetContourVariable(Host& host, LgIndex_t variable);
 
 /// 0 when there is no frame.
 QelGeomID_t AddGeometry(Host& host, const Geometry& geometry);
