@@ -1,9 +1,50 @@
 #include "Geometry.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace qelhost {
+
+namespace {
+
+using Outline = std::vector<std::array<double, 2>>;
+
+Outline EllipseAbout(double x, double y, double halfWidth, double halfHeight) {
+  constexpr int kSides = 96;
+  constexpr double kTurn = 6.283185307179586;
+  Outline outline;
+  for (int side = 0; side <= kSides; ++side) {
+    const double angle = kTurn * side / kSides;
+    outline.push_back({x + halfWidth * std::cos(angle), y + halfHeight * std::sin(angle)});
+  }
+  return outline;
+}
+
+}  // namespace
+
+Outline OutlineOf(const Geometry& geometry) {
+  const double x = geometry.anchor[0];
+  const double y = geometry.anchor[1];
+  const double width = geometry.size[0];
+  switch (geometry.type) {
+    case GeomType_Rectangle:
+    case GeomType_Square: {
+      const double height = geometry.type == GeomType_Square ? width : geometry.size[1];
+      return {{x, y}, {x + width, y}, {x + width, y + height}, {x, y + height}, {x, y}};
+    }
+    case GeomType_Circle:
+      return EllipseAbout(x, y, width, width);
+    case GeomType_Ellipse:
+      return EllipseAbout(x, y, 0.5 * width, 0.5 * geometry.size[1]);
+    default: {
+      Outline outline;
+      for (const auto& [px, py] : geometry.points) outline.push_back({x + px, y + py});
+      if (outline.size() > 2) outline.push_back(outline.front());
+      return outline;
+    }
+  }
+}
 
 namespace {
 

@@ -9,7 +9,8 @@ namespace qelhost {
 
 /// A figure drawn on a frame, in grid coordinates.
 ///
-/// size   rectangle and ellipse: width and height; square: its side; circle: its radius
+/// size   rectangle and ellipse: width and height; square: its side; circle: its radius. The
+///        anchor is a rectangle's or square's first corner, a circle's or ellipse's centre.
 /// points a polyline's, relative to the anchor
 struct Geometry {
   QelGeomID_t id = 0;
@@ -19,6 +20,10 @@ struct Geometry {
   std::array<double, 2> size{0.0, 0.0};
   std::vector<std::array<double, 2>> points;
 };
+
+/// The corners of the closed line that the geometry is drawn as, the first once more at the end;
+/// circles and ellipses have 96 sides, a polyline of fewer than three points stays open.
+std::vector<std::array<double, 2>> OutlineOf(const Geometry& geometry);
 
 /// The geometries of a frame in creation order. Ids are never reused within a process.
 class GeometryList {
