@@ -1,6 +1,7 @@
 // marquell run: plays a journal on data sets and writes the result.
 #include "DataSetFiles.h"
 #include "Host.h"
+#include "HostCommands.h"
 #include "Interrupt.h"
 #include "Journal.h"
 #include "Pictures.h"
@@ -183,6 +184,10 @@ int Run(const RunOptions& options) {
     Tell(options, record);
     return kLineFailed;
   }
+  // A copy of every field that is altered is worth its memory only where somebody goes back to it.
+  host.history.isKept = std::any_of(lines.begin(), lines.end(), [](const auto& line) {
+    return qelhost::NeedsHistory(line.text);
+  });
   const Stopwatch readWatch;
   const std::vector<qelhost::DataSetPtr> data = OpenInputs(host, options);
   record.readSeconds = readWatch.Seconds();

@@ -8,9 +8,12 @@
 #include <vtkSMPTools.h>
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 #include <cstring>
 #include <set>
 #include <string>
+#include <vector>
 
 using namespace qelhost;
 
@@ -93,8 +96,11 @@ void ForRange(std::int64_t first, std::int64_t last, std::int64_t grain,
 
 const QelParallel_s kParallel = {Workers, ForRange};
 
-/// The program shows its own progress, line by line, so the part of a line that is done is no news.
-void ReportNothing(double) {}
+void ReportProgress(double fraction) {
+  GuardedVoid("progress report", [&](Host& host) {
+    if (!std::isnan(fraction)) host.progress.Set(std::clamp(fraction, 0.0, 1.0));
+  });
+}
 
 void ReportAltered(LgIndex_t zone, LgIndex_t var, std::int64_t count) {
   GuardedVoid("progress changed", [&](Host& host) {
@@ -105,13 +111,77 @@ void ReportAltered(LgIndex_t zone, LgIndex_t var, std::int64_t count) {
   });
 }
 
-const QelProgress_s kProgress = {ReportNothing, ReportAltered};
+const QelProgress_s kProgress = {ReportProgress, ReportAltered};
 
 const QelCommandCheck_s kCommandCheck = {[](const char* addOnName, QelCommandCheck_pf check) {
   GuardedVoid("command-check offer", [&](Host& host) {
     if (addOnName != nullptr) host.addOns.SetCommandCheck(addOnName, check);
   });
 }};
+
+/// Adds a function that an add-on offers; offered twice it counts once.
+template <class Function>
+void TakeOffer(std::vector<Function>& offered, Function function) {
+  if (function == nullptr) return;
+  if (std::find(offered.begin(), offered.end(), function) != offered.end()) return;
+  offered.push_back(function);
+}
+
+const QelPickQuery_s kPickQuery = {[](QelPickQuery_pf query) {
+  GuardedVoid("pick-query offer", [&](Host& host) { TakeOffer(host.pickQueries, query); });
+}};
+
+const QelHistory_s kHistory = {[](void (*valuesRestored)()) {
+  GuardedVoid("history offer", [&](Host& host) { TakeOffer(host.valuesRestored, valuesRestored); });
+}};
+
+bool ReadThree(const double* numbers, std::array<double, 3>& target) {
+  if (numbers == nullptr) return false;
+  std::copy_n(numbers, target.size(), target.begin());
+  return std::all_of(target.begin(), target.end(), [](double x) { return std::isfinite(x); });
+}
+
+/// A sphere has one size and no direction, whatever else it is given.
+bool ReadShape(QelShape_e kind, const double* anchor, const double* size, const double* rotationDeg,
+               ShownShape& shape) {
+  shape.kind = kind;
+  if (kind == Shape_Box) {
+    return ReadThree(anchor, shape.anchor) && ReadThree(size, shape.size) &&
+           ReadThree(rotationDeg, shape.rotationDeg);
+  }
+  if (kind != Shape_Sphere || size == nullptr || !std::isfinite(size[0])) return false;
+  shape.size.fill(size[0]);
+  return ReadThree(anchor, shape.anchor);
+}
+
+bool IsSame(const ShownShape& a, const ShownShape& b) {
+  return a.isShown == b.isShown && a.kind == b.kind && a.anchor == b.anchor && a.size == b.size &&
+         a.rotationDeg == b.rotationDeg && a.changed == b.changed;
+}
+
+void ShowShape(QelShape_e kind, const double anchor[3], const double size[3],
+               const double rotationDeg[3], QelShapeChanged_pf changed) {
+  GuardedVoid("shape-handles show", [&](Host& host) {
+    ShownShape shape;
+    if (changed == nullptr || !ReadShape(kind, anchor, size, rotationDeg, shape)) return;
+    shape.isShown = true;
+    shape.changed = changed;
+    shape.version = host.shape.version + 1;
+    // What the add-on only repeats must not disturb the drag in hand.
+    if (!IsSame(shape, host.shape)) host.shape = shape;
+  });
+}
+
+void HideShape() {
+  GuardedVoid("shape-handles hide", [](Host& host) {
+    if (!host.shape.isShown) return;
+    const std::int64_t version = host.shape.version + 1;
+    host.shape = ShownShape();
+    host.shape.version = version;
+  });
+}
+
+const QelShapeHandles_s kShapeHandles = {ShowShape, HideShape};
 
 struct Extension {
   const char* id;
@@ -122,6 +192,9 @@ constexpr Extension kExtensions[] = {
     {QEL_EXTENSION_BULK_ACCESS, &kBulkAccess},
     {QEL_EXTENSION_PARALLEL, &kParallel},
     {QEL_EXTENSION_PROGRESS, &kProgress},
+    {QEL_EXTENSION_PICK_QUERY, &kPickQuery},
+    {QEL_EXTENSION_HISTORY, &kHistory},
+    {QEL_EXTENSION_SHAPE_HANDLES, &kShapeHandles},
     {QEL_EXTENSION_COMMAND_CHECK, &kCommandCheck},
 };
 

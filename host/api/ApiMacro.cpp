@@ -53,7 +53,7 @@ bool QelUtilDialogMessageBox(const char* message, QelMessageBox_e kind) {
 
 void QelUtilPleaseWait(const char* message, bool show) {
   GuardedVoid(__func__,
-              [&](Host& host) { host.messages.waitText = show ? TextOf(message) : std::string(); });
+              [&](Host& host) { host.messages.Wait(show ? TextOf(message) : std::string()); });
 }
 
 bool QelUtilRedraw(bool /*doFullDrawing*/) {

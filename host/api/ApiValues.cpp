@@ -121,6 +121,7 @@ QelFieldData* QelUtilDataValueGetWritableNativeRef(LgIndex_t zone, LgIndex_t var
     if (field != nullptr) {
       field->isOpenForWriting = true;
       host.watch.BeforeWriting(data, zone, var);
+      host.history.BeforeWriting(data, zone, var);
     } else {
       NoteComputedCoordinate(host, *data, zone, var);
     }

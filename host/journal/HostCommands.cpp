@@ -1,6 +1,7 @@
 #include "HostCommands.h"
 
 #include "GeometryCommands.h"
+#include "HistoryActions.h"
 #include "Host.h"
 #include "PlotActions.h"
 
@@ -198,9 +199,21 @@ CommandAction ParseOpen(const std::string& rest) {
   };
 }
 
-CommandAction ParseHistory(const std::string& rest) {
+void DemandStep(Host& host, bool isDone, const char* reason) {
+  if (isDone) return;
+  Demand(host.history.isKept, "no history is kept");
+  Demand(!host.history.IsAltering(), "values are being altered");
+  throw CommandError(reason);
+}
+
+CommandAction ParseUndo(const std::string& rest) {
   ParseCommandText(rest).Allow(0, {});
-  return [](Host&) { throw CommandError("a run without a window keeps no history"); };
+  return [](Host& host) { DemandStep(host, UndoValues(host), "there is nothing to undo"); };
+}
+
+CommandAction ParseRedo(const std::string& rest) {
+  ParseCommandText(rest).Allow(0, {});
+  return [](Host& host) { DemandStep(host, RedoValues(host), "there is nothing to redo"); };
 }
 
 struct HostCommand {
@@ -223,8 +236,8 @@ constexpr HostCommand kCommands[] = {
     {"FRAME", "n", ParseFrame},
     {"LAYER", "SHOWEDGE|SHOWMESH|SHOWSHADE|SHOWCONTOUR|SHOWSCATTER|SHOWVECTOR=YES|NO", ParseLayer},
     {"OPEN", "\"file\"", ParseOpen},
-    {"UNDO", "", ParseHistory},
-    {"REDO", "", ParseHistory},
+    {"UNDO", "", ParseUndo},
+    {"REDO", "", ParseRedo},
 };
 
 constexpr char kPrefix[] = "$!";
@@ -234,6 +247,13 @@ constexpr char kPrefix[] = "$!";
 bool IsHostCommand(const std::string& line) { return line.rfind(kPrefix, 0) == 0; }
 
 bool IsBlankingCommand(const std::string& line) { return line.rfind("$!BLANKING", 0) == 0; }
+
+bool NeedsHistory(const std::string& line) {
+  if (!IsHostCommand(line)) return false;
+  const std::string text = line.substr(0, line.find_first_of("\r\n \t"));
+  const std::string name = UpperCase(text.substr(sizeof kPrefix - 1));
+  return name == "UNDO" || name == "REDO";
+}
 
 CommandAction ParseHostCommand(const std::string& line) {
   const std::string text = line.substr(0, line.find_first_of("\r\n"));

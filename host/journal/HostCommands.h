@@ -19,6 +19,9 @@ bool IsHostCommand(const std::string& line);
 /// Whether the line sets value blanking.
 bool IsBlankingCommand(const std::string& line);
 
+/// Whether the line can be carried out only where a history is kept.
+bool NeedsHistory(const std::string& line);
+
 /// Understands one of the host's own commands without doing anything.
 ///
 /// throws  CommandError when there is no such command or its text is wrong

@@ -48,6 +48,7 @@ LineResult Player::Play(const std::string& line) {
   using Clock = std::chrono::steady_clock;
   const Clock::time_point start = Clock::now();
   LineResult result;
+  const HistoryOperation operation(m_host.history, line);
   if (m_isReporting) m_host.watch.Start();
   {
     const Playing playing(m_host, line, result);

@@ -22,7 +22,8 @@ struct LineCheck {
 };
 
 /// Plays a journal line by line: the host's own commands, and add-on lines ("NAME COMMAND"), which
-/// are handed over unchanged. After each line the idle queue runs.
+/// are handed over unchanged. After each line the idle queue runs. A line is one operation of the
+/// history.
 class Player {
  public:
   explicit Player(Host& host) : m_host(host) {}

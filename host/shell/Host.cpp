@@ -17,7 +17,10 @@ Host& Host::Instance() {
 
 Frame& Host::OpenFile(const std::string& path) {
   // Read first: a file that cannot be read leaves the frames as they are.
-  DataSetPtr data = ReadDataSet(path);
+  return ShowFile(ReadDataSet(path), path);
+}
+
+Frame& Host::ShowFile(DataSetPtr data, const std::string& path) {
   Frame& frame = ShowDataSet(std::move(data));
   frame.fileName = path;
   return frame;
@@ -40,6 +43,9 @@ Frame& Host::ShowDataSet(DataSetPtr data) {
 
 void Host::CloseAll() {
   const HostAction action(lock);
+  for (LgIndex_t n = 1; n <= frames.Count(); ++n) {
+    if (frames.At(n)->Data() != nullptr) history.Forget(frames.At(n)->Data()->Id());
+  }
   frames.Clear();
   notices.Send(StateChange_NewLayout);
   notices.Send(StateChange_FrameDeleted);

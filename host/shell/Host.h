@@ -3,13 +3,16 @@
 #include "AddOns.h"
 #include "DialogModel.h"
 #include "Frame.h"
+#include "History.h"
 #include "Interaction.h"
 #include "LockStack.h"
 #include "Menus.h"
 #include "Messages.h"
 #include "Notices.h"
 #include "Recorder.h"
+#include "ShownShape.h"
 #include "StringTable.h"
+#include "WorkProgress.h"
 
 #include <map>
 #include <optional>
@@ -79,6 +82,9 @@ class Host {
   /// throws  FileError
   Frame& OpenFile(const std::string& path);
 
+  /// What OpenFile does with a file that was read already.
+  Frame& ShowFile(DataSetPtr data, const std::string& path);
+
   /// Shows a data set in a new, active frame, and tells the add-ons.
   Frame& ShowDataSet(DataSetPtr data);
 
@@ -105,6 +111,15 @@ class Host {
   Interaction interaction;
   StringTable strings;
   AlterationWatch watch;
+  History history;
+  WorkProgress progress;
+
+  /// What add-ons answer when they are asked what their pick in hand would change.
+  std::vector<QelPickQuery_pf> pickQueries;
+  /// Called after undo or redo has put values back.
+  std::vector<void (*)()> valuesRestored;
+  /// What the user may drag, size and turn in the plot.
+  ShownShape shape;
 
   /// Why a writable reference was refused last, when the reason is one that the user should know;
   /// empty when none was since the player cleared it.

@@ -35,4 +35,22 @@ class HostAction {
   LockStack& m_lock;
 };
 
+/// Lets go of the lock that the host holds for its action while an add-on's function runs in it.
+class HostPause {
+ public:
+  explicit HostPause(LockStack& lock)
+      : m_lock(lock), m_isHeld(lock.Owner() == LockStack::kHostName) {
+    if (m_isHeld) m_lock.Pop(LockStack::kHostName);
+  }
+  ~HostPause() {
+    if (m_isHeld) m_lock.Push(LockStack::kHostName);
+  }
+  HostPause(const HostPause&) = delete;
+  HostPause& operator=(const HostPause&) = delete;
+
+ private:
+  LockStack& m_lock;
+  bool m_isHeld;
+};
+
 }  // namespace qelhost
