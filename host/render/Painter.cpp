@@ -10,10 +10,21 @@
 #include <numeric>
 
 #include "EglWindow.h"
-#include "Scene.h"
+#include "PlotScene.h"
 
 namespace qelhost {
 namespace {
+
+PlotLook LookOf(const PictureOptions& options) {
+  PlotLook look;
+  look.variable = options.variable;
+  look.min = options.min;
+  look.max = options.max;
+  look.caption = options.caption;
+  // Pictures have no window system to go by: all of one grows with it.
+  look.textSize = options.height / 40.0;
+  return look;
+}
 
 class EglPainter : public Painter {
  public:
@@ -22,9 +33,10 @@ class EglPainter : public Painter {
     if (!window->Open(options.width, options.height)) {
       throw PictureError("pictures cannot be drawn: no OpenGL without a window system (EGL)");
     }
-    const Scene scene = MakeScene(frame, options);
-    window->AddRenderer(scene.margin);
-    window->AddRenderer(scene.plot);
+    PlotScene scene;
+    scene.Update(frame, LookOf(options), options.width, options.height);
+    window->AddRenderer(scene.Margin());
+    window->AddRenderer(scene.Plot());
     window->Render();
     Picture picture{options.width, options.height, {}};
     const std::size_t row = 3 * static_cast<std::size_t>(options.width);
@@ -38,8 +50,8 @@ class EglPainter : public Painter {
       std::memcpy(picture.rgb.data() + row * static_cast<std::size_t>(options.height - 1 - y),
                   pixels->GetPointer(static_cast<vtkIdType>(row) * y), row);
     }
-    window->RemoveRenderer(scene.plot);
-    window->RemoveRenderer(scene.margin);
+    window->RemoveRenderer(scene.Plot());
+    window->RemoveRenderer(scene.Margin());
     return picture;
   }
 

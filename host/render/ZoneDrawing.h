@@ -1,0 +1,105 @@
+// One zone in the plot: its layers, brought up to date piece by piece.
+#pragma once
+
+#include <vtkActor.h>
+#include <vtkLookupTable.h>
+#include <vtkRenderer.h>
+#include <vtkSmartPointer.h>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "FaceEdges.h"
+#include "Frame.h"
+#include "PlotScene.h"
+#include "ZoneFaces.h"
+#include "ZoneSurface.h"
+
+namespace qelhost {
+
+/// What all zones of a plot are drawn with.
+struct DrawingLook {
+  LgIndex_t variable = 0;
+  ColourRange range;
+  vtkLookupTable* colours = nullptr;  ///< of places from 0 to 1
+  bool isLit = false;
+  int height = 1;  ///< of the window
+  double scale = 1.0;
+};
+
+/// The values of a variable in a zone at a moment. Holds the storage, so that no other one can be
+/// taken for it.
+struct ValuesStamp {
+  std::shared_ptr<Storage> storage;
+  std::int64_t writes = -1;
+  LgIndex_t variable = -1;
+
+  static ValuesStamp Of(const DataSet& data, LgIndex_t zone, LgIndex_t variable);
+  bool operator==(const ValuesStamp& other) const {
+    return storage == other.storage && writes == other.writes && variable == other.variable;
+  }
+};
+
+class ZoneDrawing {
+ public:
+  explicit ZoneDrawing(vtkRenderer* renderer) : m_renderer(renderer) {}
+  ~ZoneDrawing();
+  ZoneDrawing(const ZoneDrawing&) = delete;
+  ZoneDrawing& operator=(const ZoneDrawing&) = delete;
+
+  /// The zone's actors show it as it is; what did not change stays.
+  void Update(Frame& frame, LgIndex_t zoneNum, const DrawingLook& look);
+  /// Shows the faces, or fewer of them that look alike from afar.
+  void ShowRough(bool isRough);
+
+  LgIndex_t ZoneNum() const { return m_zoneNum; }
+  bool IsData() const { return m_isData; }
+  /// Counts the times that the surface was made.
+  std::int64_t SurfaceVersion() const { return m_surfaceVersion; }
+  const ZoneSurface& Surface() const { return *m_surface; }
+  const FaceEdges& Edges();
+  std::size_t TableBytes() const { return m_faces == nullptr ? 0 : m_faces->Bytes(); }
+
+ private:
+  /// The layers in the order in which they are drawn.
+  enum Part { kSurface, kMesh, kEdges, kIsolines, kScatter, kPartCount };
+
+  bool UpdateFaces(Frame& frame, Zone& zone);
+  bool UpdateColours(DataSet& data, const DrawingLook& look, bool isNewSurface);
+  void UpdateLayers(const Frame& frame, const FieldMap& map);
+  using MakeActor = vtkSmartPointer<vtkActor> (ZoneDrawing::*)();
+  void ShowPart(Part part, bool isShown, MakeActor make);
+  vtkSmartPointer<vtkActor> MakeSurface();
+  vtkSmartPointer<vtkActor> MakeMesh();
+  vtkSmartPointer<vtkActor> MakeEdges();
+  vtkSmartPointer<vtkActor> MakeIsolines();
+  vtkSmartPointer<vtkActor> MakeScatter();
+  void SetStyles(const FieldMap& map);
+  void DropPart(Part part);
+  /// The place on the colour map at each point; empty where nothing is coloured.
+  std::vector<float> PlacesAtPoints();
+  bool IsColoured() const { return m_isData && m_look.variable > 0; }
+
+  vtkRenderer* m_renderer;
+  LgIndex_t m_zoneNum = 0;
+  bool m_isData = true;
+
+  std::int64_t m_version = -1;  ///< of the zone
+  std::unique_ptr<ZoneFaces> m_faces;
+  bool m_isMasked = false;
+  ItemBits m_hidden;
+  std::array<ValuesStamp, 3> m_coordinates;
+  std::unique_ptr<ZoneSurface> m_surface;
+  std::int64_t m_surfaceVersion = 0;
+  std::unique_ptr<FaceEdges> m_edges;
+
+  DataSet* m_data = nullptr;
+  DrawingLook m_look;
+  ValuesStamp m_values;
+  ColourRange m_range;
+
+  std::array<vtkSmartPointer<vtkActor>, kPartCount> m_parts;
+};
+
+}  // namespace qelhost
