@@ -6,6 +6,8 @@ namespace qelhost {
 
 void PendingArray::Load() {
   if (m_isLoaded) return;
+  const std::lock_guard<std::mutex> lock(m_loading);
+  if (m_isLoaded) return;
   try {
     Fill();
   } catch (const std::bad_alloc&) {

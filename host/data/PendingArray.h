@@ -1,7 +1,9 @@
 // An array of a file that is read when its values are first needed.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
+#include <mutex>
 #include <stdexcept>
 
 namespace qelhost {
@@ -18,7 +20,8 @@ class PendingArray {
  public:
   virtual ~PendingArray() = default;
 
-  /// Fills the array, once. Throws ValuesError, and may be tried again.
+  /// Fills the array, once, whichever thread comes first. Throws ValuesError, and may be tried
+  /// again.
   void Load();
   bool IsLoaded() const { return m_isLoaded; }
   virtual std::int64_t TupleCount() const = 0;
@@ -26,7 +29,8 @@ class PendingArray {
  private:
   virtual void Fill() = 0;
 
-  bool m_isLoaded = false;
+  std::mutex m_loading;
+  std::atomic<bool> m_isLoaded{false};
 };
 
 }  // namespace qelhost

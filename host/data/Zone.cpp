@@ -12,6 +12,7 @@
 #include <vtkUnstructuredGrid.h>
 
 #include <algorithm>
+#include <atomic>
 #include <limits>
 #include <utility>
 
@@ -70,7 +71,7 @@ void CountCarried(CarriedCounts& counts, int vtkCellType) {
 }  // namespace
 
 std::int64_t NextZoneVersion() {
-  static std::int64_t last = 0;
+  static std::atomic<std::int64_t> last{0};
   return ++last;
 }
 

@@ -10,7 +10,8 @@
 namespace qelhost {
 
 /// Reads a data set; the format goes by the extension. Throws FileError: missing, damaged or
-/// foreign file, a piece that is not there, an unknown extension, no mesh inside.
+/// foreign file, a piece that is not there, an unknown extension, no mesh inside; and
+/// ReadCancelled. May run on any thread, on one at a time.
 DataSetPtr ReadDataSet(const std::string& path);
 
 /// What is done with the cells for which a cell array of the block holds 1.

@@ -10,6 +10,7 @@
 #include "FileError.h"
 #include "Formats.h"
 #include "IndexFiles.h"
+#include "ReadWatch.h"
 #include "VtkErrors.h"
 
 namespace qelhost {
@@ -83,6 +84,7 @@ FileNode ReadPiece(const std::string& file) {
     node.carriedFile = file;
     return node;
   }
+  TellRead(0.0);
   FileSource piece;
   piece.path = file;
   format->read(file, piece);
@@ -90,16 +92,35 @@ FileNode ReadPiece(const std::string& file) {
   return std::move(piece.steps[0].root);
 }
 
-FileNode NodeOf(const std::string& path, vtkXMLDataElement* element, int place) {
+/// How many of an index' files were read.
+struct PieceCount {
+  std::int64_t done = 0;
+  std::int64_t all = 0;
+};
+
+std::int64_t CountFiles(vtkXMLDataElement* element) {
+  std::int64_t count = Attribute(element, "file").empty() ? 0 : 1;
+  for (int i = 0; i < element->GetNumberOfNestedElements(); ++i) {
+    count += CountFiles(element->GetNestedElement(i));
+  }
+  return count;
+}
+
+FileNode NodeOf(const std::string& path, vtkXMLDataElement* element, int place,
+                PieceCount& pieces) {
   const std::string tag = element->GetName();
   const std::string file = Attribute(element, "file");
   FileNode node;
   if (tag == "DataSet") {
-    if (!file.empty()) node = ReadPiece(Beside(path, file));
+    if (!file.empty()) {
+      const ReadPart part(pieces.done, pieces.done + 1, pieces.all);
+      ++pieces.done;
+      node = ReadPiece(Beside(path, file));
+    }
   } else {
     node.isGroup = true;
     for (int i = 0; i < element->GetNumberOfNestedElements(); ++i) {
-      node.children.push_back(NodeOf(path, element->GetNestedElement(i), i));
+      node.children.push_back(NodeOf(path, element->GetNestedElement(i), i, pieces));
     }
   }
   node.tag = tag;
@@ -117,6 +138,7 @@ void ReadMultiBlock(const std::string& path, FileSource& source) {
   FileStep step;
   step.root.isGroup = true;
   step.root.name = StemOf(path);
+  PieceCount pieces{0, CountFiles(index)};
   const auto isBlock = [](vtkXMLDataElement* element) {
     const std::string tag = element->GetName();
     return tag == "Block" || tag == "Piece" || tag == "DataSet";
@@ -125,7 +147,7 @@ void ReadMultiBlock(const std::string& path, FileSource& source) {
     vtkXMLDataElement* element = index->GetNestedElement(i);
     if (isBlock(element)) {
       const int place = static_cast<int>(step.root.children.size());
-      step.root.children.push_back(NodeOf(path, element, place));
+      step.root.children.push_back(NodeOf(path, element, place, pieces));
     }
   }
   step.indexAttributes = AttributesOf(file);
@@ -149,6 +171,8 @@ void ReadCollection(const std::string& path, FileSource& source) {
     if (format == nullptr || ExtensionOf(pieceFile) == ".pvd") {
       throw FileError(pieceFile, "no mesh that a collection can hold");
     }
+    const ReadPart share(i, i + 1, index->GetNumberOfNestedElements());
+    TellRead(0.0);
     FileSource piece;
     piece.path = pieceFile;
     format->read(pieceFile, piece);

@@ -35,6 +35,7 @@
 #include "Formats.h"
 #include "LegacyCheck.h"
 #include "MeshCheck.h"
+#include "ReadWatch.h"
 #include "VtkErrors.h"
 
 namespace qelhost {
@@ -137,7 +138,7 @@ vtkSmartPointer<vtkDataSet> RunXmlReader(const std::string& path, const XmlOverv
     VtkErrorCapture errors;
     reader->SetFileName(path.c_str());
     if (source != nullptr && !LeaveArrays(reader, *source)) return nullptr;
-    reader->Update();
+    UpdateWatched(reader);
     vtkSmartPointer<vtkDataSet> block = reader->GetOutputAsDataSet();
     // A complete file of an empty block: VTK writes none of the sections that it then misses.
     const bool isEmpty = overview.countsKnown && overview.points == 0 && overview.cells == 0;
@@ -215,11 +216,15 @@ void TakeSteps(const std::string& path, vtkAlgorithm* reader, FileSource& source
   source.hasTimes = !times.empty();
   const std::size_t stepCount = std::max<std::size_t>(times.size(), 1);
   for (std::size_t i = 0; i < stepCount; ++i) {
-    if (times.empty()) {
-      reader->Update();
-    } else {
-      reader->UpdateTimeStep(times[i]);
-    }
+    const auto n = static_cast<std::int64_t>(i);
+    const ReadPart part(n, n + 1, static_cast<std::int64_t>(stepCount));
+    RunWatched(reader, [&] {
+      if (times.empty()) {
+        reader->Update();
+      } else {
+        reader->UpdateTimeStep(times[i]);
+      }
+    });
     RequireNoError(path, errors);
     vtkDataObject* output = reader->GetOutputDataObject(0);
     if (output == nullptr) throw FileError(path, "damaged or unreadable");
@@ -297,7 +302,7 @@ void ReadLegacy(const std::string& path, FileSource& source) {
   reader->ReadAllTCoordsOn();
   reader->ReadAllFieldsOn();
   VtkErrorCapture errors;
-  reader->Update();
+  UpdateWatched(reader);
   RequireNoError(path, errors);
   vtkDataObject* output = reader->GetOutputDataObject(0);
   if (output == nullptr || reader->GetErrorCode() != 0) {
@@ -376,7 +381,7 @@ void ReadStl(const std::string& path, FileSource& source) {
   vtkNew<vtkSTLReader> reader;
   VtkErrorCapture errors;
   reader->SetFileName(path.c_str());
-  reader->Update();
+  UpdateWatched(reader);
   RequireNoError(path, errors);
   if (reader->GetOutput()->GetNumberOfCells() == 0) throw FileError(path, "not an STL surface");
   WithOneBlock(source, reader->GetOutput(), {});
@@ -387,7 +392,7 @@ void ReadObj(const std::string& path, FileSource& source) {
   vtkNew<vtkOBJReader> reader;
   VtkErrorCapture errors;
   reader->SetFileName(path.c_str());
-  reader->Update();
+  UpdateWatched(reader);
   RequireNoError(path, errors);
   if (reader->GetOutput()->GetNumberOfCells() == 0) {
     throw FileError(path, "not a Wavefront surface");

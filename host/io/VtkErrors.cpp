@@ -16,12 +16,16 @@ class CapturingWindow : public vtkOutputWindow {
 
   void DisplayText(const char*) override {}
   void DisplayErrorText(const char* text) override {
+    if (IsMainThread() && !m_isOfMainThread) return;
     if (m_first.empty()) m_first = text != nullptr && *text != '\0' ? text : "unknown error";
   }
   void DisplayWarningText(const char*) override {}
   void DisplayGenericWarningText(const char*) override {}
   void DisplayDebugText(const char*) override {}
 
+  static bool IsMainThread() { return gettid() == getpid(); }
+
+  const bool m_isOfMainThread = IsMainThread();
   std::string m_first;
 
  protected:

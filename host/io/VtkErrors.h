@@ -8,7 +8,8 @@
 namespace qelhost {
 
 /// Takes what VTK would print while it lives. VTK's readers and writers print an error and go on,
-/// so a file is good only when nothing was printed. Nests; user-interface thread.
+/// so a file is good only when nothing was printed. Nests; one thread at a time. What the main
+/// thread draws while another one reads is not the file's fault, and is not taken.
 class VtkErrorCapture {
  public:
   VtkErrorCapture();

@@ -4,17 +4,28 @@
 #include <vtkCallbackCommand.h>
 #include <vtkNew.h>
 
+#include <utility>
+
 namespace qelhost {
 
 namespace {
 
 bool (*g_isCancelled)() = nullptr;
 
-bool IsCancelled() { return g_isCancelled != nullptr && g_isCancelled(); }
+FileProgress& Progress() {
+  thread_local FileProgress progress;
+  return progress;
+}
+
+bool IsCancelled() {
+  return Progress().isCancelled || (g_isCancelled != nullptr && g_isCancelled());
+}
 
 void AbortWhenCancelled(vtkObject* caller, unsigned long, void*, void*) {
   auto* const writer = vtkAlgorithm::SafeDownCast(caller);
-  if (writer != nullptr && IsCancelled()) writer->SetAbortExecute(1);
+  if (writer == nullptr) return;
+  Progress().Say(writer->GetProgress());
+  if (IsCancelled()) writer->SetAbortExecute(1);
 }
 
 }  // namespace
@@ -22,6 +33,17 @@ void AbortWhenCancelled(vtkObject* caller, unsigned long, void*, void*) {
 WriteCancelled::WriteCancelled() : std::runtime_error("writing was cancelled") {}
 
 void SetWriteCancel(bool (*isCancelled)()) { g_isCancelled = isCancelled; }
+
+WriteWatch::WriteWatch(std::function<bool(double)> tell) : m_told(Progress(), std::move(tell)) {}
+
+WritePart::WritePart(std::int64_t n, std::int64_t count)
+    : m_part(Progress(), static_cast<double>(n) / static_cast<double>(count),
+             static_cast<double>(n + 1) / static_cast<double>(count)) {}
+
+void TellWrite(double fraction) {
+  Progress().Say(fraction);
+  StopIfCancelled();
+}
 
 void StopIfCancelled() {
   if (IsCancelled()) throw WriteCancelled();

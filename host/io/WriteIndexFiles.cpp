@@ -6,6 +6,7 @@
 #include "Formats.h"
 #include "IndexFiles.h"
 #include "Staging.h"
+#include "WriteCancel.h"
 #include "Writers.h"
 #include "XmlText.h"
 
@@ -30,6 +31,7 @@ class BlockWriter {
         m_touched(touched) {}
 
   std::string Write(const FileStep& step) {
+    m_blockCount = CountBlocks(step.root);
     XmlAttributes attributes = step.indexAttributes;
     if (attributes.empty()) {
       attributes = {{"type", "vtkMultiBlockDataSet"},
@@ -49,6 +51,12 @@ class BlockWriter {
   }
 
  private:
+  static std::int64_t CountBlocks(const FileNode& node) {
+    std::int64_t count = node.block == nullptr && node.carriedFile.empty() ? 0 : 1;
+    for (const FileNode& child : node.children) count += CountBlocks(child);
+    return count;
+  }
+
   void WriteChildren(const FileNode& group, const std::string& indent) {
     for (std::size_t i = 0; i < group.children.size(); ++i) {
       WriteNode(group.children[i], i, indent);
@@ -83,6 +91,7 @@ class BlockWriter {
     const std::string path = m_folder + "/" + file;
     std::filesystem::create_directories(m_folder);
     if (node.block != nullptr) {
+      const WritePart part(m_count - 1, m_blockCount);
       WriteBlockFile(node, m_touched, path);
     } else {
       std::filesystem::copy_file(node.carriedFile, path);
@@ -94,6 +103,7 @@ class BlockWriter {
   const TouchedArrays& m_touched;
   std::ostringstream m_text;
   int m_count = 0;
+  std::int64_t m_blockCount = 0;
 };
 
 void WriteText(const std::string& path, const std::string& text) {
@@ -144,6 +154,8 @@ void WriteCollection(const FileSource& source, const TouchedArrays& touched,
       const bool isLeaf = !step.root.isGroup && step.root.block != nullptr;
       const std::string file = stem + (isLeaf ? ExtensionFor(step.root.block) : ".vtm");
       const std::string piece = target.FolderPath() + "/" + file;
+      const WritePart part(static_cast<std::int64_t>(i),
+                           static_cast<std::int64_t>(source.steps.size()));
       if (isLeaf) {
         WriteBlockFile(step.root, touched, piece);
       } else {

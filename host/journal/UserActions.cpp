@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 
 namespace qelhost {
 
@@ -58,7 +57,7 @@ std::string NameOfControl(const Host& host, LgIndex_t id) {
   return isField || control->text.empty() ? control->toolTip : control->text;
 }
 
-double SixDigits(double x) { return std::strtod(fmt::format("{:.6g}", x).c_str(), nullptr); }
+double SixDigits(double x) { return NumberOf(fmt::format("{:.6g}", x), "a number"); }
 
 std::array<double, 3> SixDigits(const std::array<double, 3>& numbers) {
   return {SixDigits(numbers[0]), SixDigits(numbers[1]), SixDigits(numbers[2])};

@@ -146,7 +146,7 @@ void OutputPlan::Write(const std::string& path) const {
   Target target(path);
   // One after the other: writers of one file only wait for each other.
   for (const Part& piece : Pieces()) {
-    StopIfCancelled();
+    TellWrite(static_cast<double>(piece.place) / static_cast<double>(m_size));
     if (piece.sourcePlace >= 0) {
       target.CopyAt(piece.place, m_source, piece.sourcePlace, piece.count);
     } else {

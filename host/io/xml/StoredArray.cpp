@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "../FileError.h"
+#include "../ReadWatch.h"
 #include "Parallel.h"
 
 namespace qelhost {
@@ -267,11 +268,24 @@ void StoredArray::DecodeBlock(const EncodedBytes& encoded, std::int64_t block, c
     SwapBytes(to, size, m_valueSize);
 }
 
+/// In parallel; by batches where somebody wants to know how far it is.
+template <class Body>
+void StoredArray::ForEachBlockNumber(const Body& body) const {
+  constexpr std::int64_t kBatchBytes = 16 << 20;
+  const std::int64_t count = m_table.BlockCount();
+  const std::int64_t batch =
+      IsReadWatched() ? std::max<std::int64_t>(kBatchBytes / m_table.blockSize, 1) : count;
+  for (std::int64_t first = 0; first < count; first += batch) {
+    TellRead(static_cast<double>(first) / static_cast<double>(count));
+    ForEachInParallel(std::min(batch, count - first), 1,
+                      [&body, first](std::int64_t n) { body(first + n); });
+  }
+}
+
 void StoredArray::ReadAll(char* to) const {
   const EncodedBytes encoded(*this);
-  ForEachInParallel(m_table.BlockCount(), 1, [&](std::int64_t block) {
-    DecodeBlock(encoded, block, to + block * m_table.blockSize);
-  });
+  ForEachBlockNumber(
+      [&](std::int64_t block) { DecodeBlock(encoded, block, to + block * m_table.blockSize); });
   if (m_format.IsSwapped() && m_table.blockSize % m_valueSize != 0) {
     SwapBytes(to, m_table.byteCount, m_valueSize);
   }
@@ -285,7 +299,7 @@ void StoredArray::ForEachBlock(const Take& take) const {
     return;
   }
   const EncodedBytes encoded(*this);
-  ForEachInParallel(m_table.BlockCount(), 1, [&](std::int64_t block) {
+  ForEachBlockNumber([&](std::int64_t block) {
     thread_local std::vector<char> decoded;
     decoded.resize(static_cast<std::size_t>(m_table.BlockBytes(block)));
     DecodeBlock(encoded, block, decoded.data());

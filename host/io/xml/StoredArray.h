@@ -82,6 +82,8 @@ class StoredArray {
   bool TakeLength(std::uint64_t length);
   bool TakeBlockSizes(const std::vector<std::uint64_t>& sizes);
   std::int64_t EncodedSize() const;
+  template <class Body>
+  void ForEachBlockNumber(const Body& body) const;
   void DecodeBlock(const EncodedBytes& encoded, std::int64_t block, char* to) const;
 
   std::shared_ptr<const ByteFile> m_file;

@@ -10,9 +10,11 @@
 #include <algorithm>
 #include <atomic>
 #include <cstring>
+#include <initializer_list>
 #include <limits>
 
 #include "../FileError.h"
+#include "../ReadWatch.h"
 #include "LargeMemory.h"
 #include "XmlSource.h"
 
@@ -110,6 +112,27 @@ vtkSmartPointer<vtkTypeInt32Array> MakeIndices(std::int64_t count) {
   return indices;
 }
 
+/// Reads the arrays one after the other, each as much of the whole as it has bytes.
+class MeshProgress {
+ public:
+  explicit MeshProgress(std::initializer_list<const StoredArray*> arrays) {
+    for (const StoredArray* array : arrays) m_all += BytesOf(*array);
+  }
+  template <class Read>
+  auto Of(const StoredArray& array, const Read& read) {
+    const std::int64_t from = m_done;
+    m_done += BytesOf(array);
+    const ReadPart part(from, m_done, m_all);
+    return read();
+  }
+
+ private:
+  static std::int64_t BytesOf(const StoredArray& array) { return array.Table().byteCount; }
+
+  std::int64_t m_done = 0;
+  std::int64_t m_all = 0;
+};
+
 }  // namespace
 
 vtkSmartPointer<vtkDataSet> ReadUnstructuredMesh(XmlSource& source) {
@@ -131,18 +154,22 @@ vtkSmartPointer<vtkDataSet> ReadUnstructuredMesh(XmlSource& source) {
   places->SetNumberOfComponents(3);
   places->SetNumberOfTuples(layout.points);
   PreferLargePages(places->GetVoidPointer(0), points->Table().byteCount);
-  points->ReadAll(static_cast<char*>(places->GetVoidPointer(0)));
+  MeshProgress progress({points.get(), nodes.get(), ends.get(), types.get()});
+  progress.Of(*points, [&] { points->ReadAll(static_cast<char*>(places->GetVoidPointer(0))); });
 
   const auto offsets = MakeIndices(layout.cells + 1);
   offsets->SetValue(0, 0);
   const auto connectivity = MakeIndices(nodes->ValueCount());
-  if (!ReadNarrow(*ends, offsets->GetPointer(1)) ||
-      !ReadNarrow(*nodes, connectivity->GetPointer(0))) {
+  const auto readIndices = [&progress](const StoredArray& stored, std::int32_t* to) {
+    return progress.Of(stored, [&] { return ReadNarrow(stored, to); });
+  };
+  if (!readIndices(*ends, offsets->GetPointer(1)) ||
+      !readIndices(*nodes, connectivity->GetPointer(0))) {
     throw FileError(source.file->Path(), "damaged: its cells refer to nodes that do not exist");
   }
   vtkNew<vtkUnsignedCharArray> cellTypes;
   cellTypes->SetNumberOfValues(layout.cells);
-  types->ReadAll(reinterpret_cast<char*>(cellTypes->GetPointer(0)));
+  progress.Of(*types, [&] { types->ReadAll(reinterpret_cast<char*>(cellTypes->GetPointer(0))); });
   const unsigned char* const firstType = cellTypes->GetPointer(0);
   const unsigned char* const typesEnd = firstType + layout.cells;
   if (std::find(firstType, typesEnd, VTK_POLYHEDRON) != typesEnd) return nullptr;
