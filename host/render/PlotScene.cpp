@@ -10,9 +10,11 @@
 #include <map>
 #include <utility>
 
+#include "HighlightDrawing.h"
 #include "Margin.h"
 #include "Overlay.h"
 #include "PlotCamera.h"
+#include "Probe.h"
 #include "ZoneDrawing.h"
 
 namespace qelhost {
@@ -52,13 +54,56 @@ class PlotScene::Parts {
     camera.Place(frame.plotType, frame.view, m_extent, box);
     camera.Apply(m_plotRenderer->GetActiveCamera());
     UpdateMargin(frame, look, width, height);
+    UpdateHighlights(look.scale);
     overlay.Update(frame.geometries, camera, std::max(look.scale, 0.3 * height / 100.0),
                    look.scale);
   }
 
+  std::optional<ProbeHit> HitAt(double x, double y) const {
+    const PixelBox& box = camera.Box();
+    if (m_data == nullptr || !(x >= box.x && x < box.x + box.width) ||
+        !(y >= box.y && y < box.y + box.height)) {
+      return {};
+    }
+    const auto [gridX, gridY] = camera.GridAt(x, y);
+    const ZoneDrawing* hitZone = nullptr;
+    FaceHit best;
+    for (const auto& [version, zone] : m_zones) {
+      if (!zone->IsData() || !zone->IsSeen()) continue;
+      const auto hit = FaceAt(zone->Surface(), camera.ToPlane(), gridX, gridY,
+                              kLineReach * m_scale * camera.GridPerPixel());
+      if (!hit.has_value() || (hitZone != nullptr && hit->depth < best.depth)) continue;
+      hitZone = zone.get();
+      best = *hit;
+    }
+    if (hitZone == nullptr) return {};
+    const std::int32_t cell = hitZone->Surface().Faces().cells[static_cast<std::size_t>(best.face)];
+    ProbeHit hit;
+    hit.zone = hitZone->ZoneNum();
+    hit.cell = cell + 1;
+    hit.position = camera.FromPlane(gridX, gridY, best.depth);
+    Zone& zone = *m_data->FindZone(hit.zone);
+    hit.node = static_cast<LgIndex_t>(NearestNode(zone, cell, hit.position)) + 1;
+    return hit;
+  }
+
+  void SetHighlight(std::vector<ZoneHighlight> highlights) {
+    m_highlights.clear();
+    for (ZoneHighlight& highlight : highlights) {
+      m_highlights.push_back(
+          std::make_unique<HighlightDrawing>(m_plotRenderer, std::move(highlight)));
+    }
+    UpdateHighlights(m_scale);
+  }
+
   PlotCamera camera;
+  bool isInteracting = false;
 
  private:
+  static constexpr double kLineReach = 4.0;  ///< pixels
+  /// Faces that are drawn fast enough to move.
+  static constexpr std::int64_t kMostFaces = 300000;
+
   vtkNew<vtkRenderer> m_plotRenderer;
   vtkNew<vtkRenderer> m_marginRenderer;
   MarginDrawing m_margin{m_marginRenderer};
@@ -78,7 +123,11 @@ class PlotScene::Parts {
     std::map<std::int64_t, std::unique_ptr<ZoneDrawing>> before = std::move(m_zones);
     m_zones.clear();
     m_extent = {};
-    if (frame.Data() == nullptr) return;
+    m_data = frame.Data();
+    m_scale = look.scale;
+    if (m_data == nullptr) return;
+    const bool isRough = isInteracting && m_faceCount > kMostFaces;
+    m_faceCount = 0;
     for (const LgIndex_t zoneNum : frame.ZonesAt(frame.solutionTime, false)) {
       const Zone& zone = *frame.Data()->FindZone(zoneNum);
       if (!zone.active) continue;
@@ -86,9 +135,20 @@ class PlotScene::Parts {
       const auto known = before.find(zone.Version());
       drawn = known != before.end() ? std::move(known->second)
                                     : std::make_unique<ZoneDrawing>(m_plotRenderer);
+      drawn->SetRough(isRough);
       drawn->Update(frame, zoneNum, drawing);
+      m_faceCount += drawn->Surface().Faces().Count();
       // By all of the zone, so that hiding cells does not move the rest.
       if (zone.IsFromFile()) m_extent.Add(BoxOf(*frame.Data(), zoneNum));
+    }
+  }
+
+  void UpdateHighlights(double scale) {
+    for (const auto& highlight : m_highlights) {
+      const auto zone = std::find_if(m_zones.begin(), m_zones.end(), [&](const auto& entry) {
+        return entry.second->ZoneNum() == highlight->ZoneNum();
+      });
+      highlight->Update(zone == m_zones.end() ? nullptr : zone->second.get(), scale);
     }
   }
 
@@ -112,7 +172,11 @@ class PlotScene::Parts {
   std::string m_colourMap;
   vtkSmartPointer<vtkLookupTable> m_colours;
   std::map<std::int64_t, std::unique_ptr<ZoneDrawing>> m_zones;  ///< by the zone's version
+  std::vector<std::unique_ptr<HighlightDrawing>> m_highlights;
   DataBox m_extent;
+  DataSetPtr m_data;
+  double m_scale = 1.0;
+  std::int64_t m_faceCount = 0;  ///< of all zones at the last update
 };
 
 PlotScene::PlotScene() : m_parts(std::make_unique<Parts>()) {}
@@ -125,7 +189,7 @@ void PlotScene::Update(Frame& frame, const PlotLook& look, int width, int height
   m_parts->Update(frame, look, std::max(1, width), std::max(1, height));
 }
 
-std::optional<ProbeHit> PlotScene::HitAt(double /*x*/, double /*y*/) const { return {}; }
+std::optional<ProbeHit> PlotScene::HitAt(double x, double y) const { return m_parts->HitAt(x, y); }
 
 std::array<double, 2> PlotScene::GridAt(double x, double y) const {
   return m_parts->camera.GridAt(x, y);
@@ -145,11 +209,13 @@ View PlotScene::ZoomedAt(const View& view, double x, double y, double factor) co
   return m_parts->camera.ZoomedAt(view, x, y, factor);
 }
 
-void PlotScene::SetHighlight(std::vector<ZoneHighlight> /*highlights*/) {}
+void PlotScene::SetHighlight(std::vector<ZoneHighlight> highlights) {
+  m_parts->SetHighlight(std::move(highlights));
+}
 void PlotScene::SetRubberBand(std::optional<Geometry> geometry) {
   m_parts->overlay.rubberBand = std::move(geometry);
 }
 void PlotScene::SetSelectedGeometry(QelGeomID_t id) { m_parts->overlay.selected = id; }
-void PlotScene::SetInteracting(bool /*isInteracting*/) {}
+void PlotScene::SetInteracting(bool isInteracting) { m_parts->isInteracting = isInteracting; }
 
 }  // namespace qelhost

@@ -8,10 +8,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <numeric>
 #include <utility>
 
 #include "Actors.h"
 #include "Isolines.h"
+#include "RoughFaces.h"
 
 namespace qelhost {
 namespace {
@@ -20,6 +23,7 @@ constexpr double kSharpCosine = 0.766044443118978;  // 40 degrees
 constexpr int kIsolineCount = 10;
 constexpr double kGhostOpacity = 0.35;  ///< of zones that add-ons draw with
 constexpr double kScatterSize = 4.0;
+constexpr int kRoughCubes = 300;  ///< along the longest side: about one for three pixels
 
 bool IsLayerShown(const Frame& frame, const FieldMap& map, Layer layer) {
   const auto place = static_cast<std::size_t>(layer);
@@ -61,6 +65,11 @@ ZoneDrawing::~ZoneDrawing() {
   for (int part = 0; part < kPartCount; ++part) DropPart(static_cast<Part>(part));
 }
 
+bool ZoneDrawing::IsSeen() const {
+  return std::any_of(m_parts.begin(), m_parts.end(),
+                     [](const auto& actor) { return actor != nullptr; });
+}
+
 void ZoneDrawing::Update(Frame& frame, LgIndex_t zoneNum, const DrawingLook& look) {
   m_zoneNum = zoneNum;
   m_data = frame.Data().get();
@@ -68,9 +77,14 @@ void ZoneDrawing::Update(Frame& frame, LgIndex_t zoneNum, const DrawingLook& loo
   m_isData = zone.IsFromFile();
   const bool isNewSurface = UpdateFaces(frame, zone);
   m_look = look;
-  if (UpdateColours(*m_data, look, isNewSurface)) {
+  if (UpdateColours(isNewSurface)) {
     DropPart(kIsolines);
     DropPart(kScatter);
+  }
+  if (m_isRough && m_rough == nullptr) {
+    m_rough = std::make_unique<ZoneSurface>(zone, RoughFaces(*m_surface, kRoughCubes),
+                                            m_surface->Middle());
+    ColourSurface(*m_rough);
   }
   UpdateLayers(frame, frame.styles.MapOf(zoneNum));
 }
@@ -94,6 +108,7 @@ bool ZoneDrawing::UpdateFaces(Frame& frame, Zone& zone) {
   m_hidden = blanked == nullptr ? ItemBits() : blanked->cells;
   m_coordinates = std::move(coordinates);
   for (int part = 0; part < kPartCount; ++part) DropPart(static_cast<Part>(part));
+  DropRough();
   m_edges.reset();
   m_surface = std::make_unique<ZoneSurface>(zone, m_faces->Shown(m_isMasked ? &m_hidden : nullptr),
                                             MiddleOf(data, m_zoneNum));
@@ -101,18 +116,25 @@ bool ZoneDrawing::UpdateFaces(Frame& frame, Zone& zone) {
   return true;
 }
 
-bool ZoneDrawing::UpdateColours(DataSet& data, const DrawingLook& look, bool isNewSurface) {
-  const LgIndex_t variable = m_isData ? look.variable : 0;
-  ValuesStamp values = ValuesStamp::Of(data, m_zoneNum, variable);
-  const bool isRangeSame = m_range.min == look.range.min && m_range.max == look.range.max;
+bool ZoneDrawing::UpdateColours(bool isNewSurface) {
+  const LgIndex_t variable = IsColoured() ? m_look.variable : 0;
+  ValuesStamp values = ValuesStamp::Of(*m_data, m_zoneNum, variable);
+  const bool isRangeSame = m_range.min == m_look.range.min && m_range.max == m_look.range.max;
   if (!isNewSurface && values == m_values && isRangeSame) return false;
-  const QelFieldData* const field = variable > 0 ? data.Readable(m_zoneNum, variable) : nullptr;
-  const QelValueLocation_e location =
-      field == nullptr ? ValueLocation_Nodal : data.FindField(m_zoneNum, variable)->location;
-  m_surface->Colour(field, location, look.range);
   m_values = std::move(values);
-  m_range = look.range;
+  m_range = m_look.range;
+  ColourSurface(*m_surface);
+  if (m_rough != nullptr) ColourSurface(*m_rough);
   return true;
+}
+
+void ZoneDrawing::ColourSurface(ZoneSurface& surface) const {
+  const QelFieldData* const field =
+      IsColoured() ? m_data->Readable(m_zoneNum, m_look.variable) : nullptr;
+  const QelValueLocation_e location = field == nullptr
+                                          ? ValueLocation_Nodal
+                                          : m_data->FindField(m_zoneNum, m_look.variable)->location;
+  surface.Colour(field, location, m_look.range);
 }
 
 const FaceEdges& ZoneDrawing::Edges() {
@@ -135,76 +157,100 @@ void ZoneDrawing::UpdateLayers(const Frame& frame, const FieldMap& map) {
   SetStyles(map);
 }
 
+void ZoneDrawing::SetLineStyle(vtkActor* actor, const LayerStyle& style, bool isInk) const {
+  if (actor == nullptr) return;
+  SetColour(actor, isInk ? kInk : IndexedColour(style.color));
+  actor->GetProperty()->SetLineWidth(Pixels(m_look, style.lineThickness));
+}
+
 void ZoneDrawing::SetStyles(const FieldMap& map) {
-  const auto setLines = [&](Part part, Layer layer, bool isInk) {
-    vtkActor* const actor = m_parts[part];
-    if (actor == nullptr) return;
-    const LayerStyle& style = StyleOf(map, layer);
-    SetColour(actor, isInk ? kInk : IndexedColour(style.color));
-    actor->GetProperty()->SetLineWidth(Pixels(m_look, style.lineThickness));
-  };
-  setLines(kMesh, Layer::Mesh, false);
-  setLines(kEdges, Layer::Edge, m_isData);
-  setLines(kIsolines, Layer::Contour, true);
-  if (vtkActor* const surface = m_parts[kSurface]) {
-    SetColour(surface, m_isData ? kGrey : IndexedColour(StyleOf(map, Layer::Shade).color));
-    surface->GetProperty()->SetOpacity(m_isData ? 1.0 : kGhostOpacity);
-    // A flat plot shows the colours themselves.
-    surface->GetProperty()->SetLighting(m_look.isLit);
-  }
-  if (vtkActor* const scatter = m_parts[kScatter]) {
-    SetColour(scatter, kInk);
-    scatter->GetProperty()->SetPointSize(static_cast<float>(kScatterSize * m_look.scale));
-  }
-  for (const Part part : {kSurface, kScatter}) {
-    if (m_parts[part] == nullptr) continue;
-    m_parts[part]->GetMapper()->SetScalarVisibility(IsColoured());
-    m_parts[part]->GetMapper()->SetLookupTable(m_look.colours);
+  SetLineStyle(m_parts[kEdges], StyleOf(map, Layer::Edge), m_isData);
+  SetLineStyle(m_parts[kIsolines], StyleOf(map, Layer::Contour), true);
+  for (const auto* parts : {&m_parts, &m_roughParts}) {
+    SetLineStyle((*parts)[kMesh], StyleOf(map, Layer::Mesh), false);
+    if (vtkActor* const surface = (*parts)[kSurface]) {
+      SetColour(surface, m_isData ? kGrey : IndexedColour(StyleOf(map, Layer::Shade).color));
+      surface->GetProperty()->SetOpacity(m_isData ? 1.0 : kGhostOpacity);
+      // A flat plot shows the colours themselves.
+      surface->GetProperty()->SetLighting(m_look.isLit);
+    }
+    if (vtkActor* const scatter = (*parts)[kScatter]) {
+      SetColour(scatter, kInk);
+      scatter->GetProperty()->SetPointSize(static_cast<float>(kScatterSize * m_look.scale));
+    }
+    for (const Part part : {kSurface, kScatter}) {
+      if ((*parts)[part] == nullptr) continue;
+      (*parts)[part]->GetMapper()->SetScalarVisibility(IsColoured());
+      (*parts)[part]->GetMapper()->SetLookupTable(m_look.colours);
+    }
   }
 }
 
 void ZoneDrawing::ShowPart(Part part, bool isShown, MakeActor make) {
   if (!isShown) {
     DropPart(part);
-  } else if (m_parts[part] == nullptr) {
-    m_parts[part] = (this->*make)();
-    const auto& [x, y, z] = m_surface->Middle();
-    m_parts[part]->SetPosition(x, y, z);
-    m_renderer->AddActor(m_parts[part]);
+    return;
   }
+  Show(m_parts[part], *m_surface, make);
+  const bool canBeRough =
+      std::find(std::begin(kRoughParts), std::end(kRoughParts), part) != std::end(kRoughParts);
+  const bool isRough = m_isRough && canBeRough;
+  m_parts[part]->SetVisibility(!isRough);
+  if (isRough) Show(m_roughParts[part], *m_rough, make);
+  if (m_roughParts[part] != nullptr) m_roughParts[part]->SetVisibility(isRough);
+}
+
+void ZoneDrawing::Show(vtkSmartPointer<vtkActor>& actor, const ZoneSurface& surface,
+                       MakeActor make) {
+  if (actor != nullptr) return;
+  actor = (this->*make)(surface);
+  const auto& [x, y, z] = surface.Middle();
+  actor->SetPosition(x, y, z);
+  m_renderer->AddActor(actor);
+}
+
+void ZoneDrawing::Drop(vtkSmartPointer<vtkActor>& actor) {
+  if (actor == nullptr) return;
+  m_renderer->RemoveActor(actor);
+  actor = nullptr;
 }
 
 void ZoneDrawing::DropPart(Part part) {
-  if (m_parts[part] == nullptr) return;
-  m_renderer->RemoveActor(m_parts[part]);
-  m_parts[part] = nullptr;
+  Drop(m_parts[part]);
+  Drop(m_roughParts[part]);
 }
 
-vtkSmartPointer<vtkActor> ZoneDrawing::MakeSurface() {
-  return MakeFacesActor(m_surface->Surface());
+void ZoneDrawing::DropRough() {
+  for (auto& actor : m_roughParts) Drop(actor);
+  m_rough.reset();
 }
 
-vtkSmartPointer<vtkActor> ZoneDrawing::MakeMesh() {
-  return MakeLinesActor(m_surface->Part(m_surface->Faces()));
+vtkSmartPointer<vtkActor> ZoneDrawing::MakeSurface(const ZoneSurface& surface) {
+  return MakeFacesActor(surface.Surface());
 }
 
-vtkSmartPointer<vtkActor> ZoneDrawing::MakeEdges() {
-  const EdgeList ends =
-      SharpEdges(m_surface->Faces(), Edges(), m_surface->Coordinates(), kSharpCosine);
-  return MakeLinesActor(m_surface->Lines(ends));
+vtkSmartPointer<vtkActor> ZoneDrawing::MakeMesh(const ZoneSurface& surface) {
+  return MakeLinesActor(surface.Part(surface.Faces()));
 }
 
-vtkSmartPointer<vtkActor> ZoneDrawing::MakeIsolines() {
+vtkSmartPointer<vtkActor> ZoneDrawing::MakeEdges(const ZoneSurface& surface) {
+  return MakeLinesActor(
+      surface.Lines(SharpEdges(surface.Faces(), Edges(), surface.Coordinates(), kSharpCosine)));
+}
+
+vtkSmartPointer<vtkActor> ZoneDrawing::MakeIsolines(const ZoneSurface& surface) {
   std::vector<float> levels;
   for (int n = 1; n <= kIsolineCount; ++n) {
     levels.push_back(static_cast<float>(n) / (kIsolineCount + 1));
   }
-  return MakeLinesActor(IsolinesOf(*m_surface, PlacesAtPoints(), levels));
+  return MakeLinesActor(IsolinesOf(surface, PlacesAtPoints(surface), levels));
 }
 
-vtkSmartPointer<vtkActor> ZoneDrawing::MakeScatter() {
-  const vtkSmartPointer<vtkPolyData> cloud = m_surface->PointCloud();
-  const std::vector<float> places = PlacesAtPoints();
+vtkSmartPointer<vtkActor> ZoneDrawing::MakeScatter(const ZoneSurface& surface) {
+  std::vector<std::int32_t> all(static_cast<std::size_t>(surface.PointCount()));
+  std::iota(all.begin(), all.end(), 0);
+  const vtkSmartPointer<vtkPolyData> cloud = surface.PointCloud(all);
+  const std::vector<float> places = PlacesAtPoints(surface);
   if (!places.empty()) {
     vtkNew<vtkFloatArray> scalars;
     scalars->SetName(kColours);
@@ -215,12 +261,12 @@ vtkSmartPointer<vtkActor> ZoneDrawing::MakeScatter() {
   return MakePointsActor(cloud);
 }
 
-std::vector<float> ZoneDrawing::PlacesAtPoints() {
+std::vector<float> ZoneDrawing::PlacesAtPoints(const ZoneSurface& surface) const {
   if (!IsColoured()) return {};
   const QelFieldData* const field = m_data->ReadableAtNodes(m_zoneNum, m_look.variable);
-  std::vector<float> places(static_cast<std::size_t>(m_surface->PointCount()));
+  std::vector<float> places(static_cast<std::size_t>(surface.PointCount()));
   for (std::size_t point = 0; point < places.size(); ++point) {
-    const std::int32_t node = m_surface->NodeOf(static_cast<std::int64_t>(point));
+    const std::int32_t node = surface.NodeOf(static_cast<std::int64_t>(point));
     places[point] = m_look.range.PlaceOf(field->get(field, node));
   }
   return places;

@@ -50,35 +50,44 @@ class ZoneDrawing {
 
   /// The zone's actors show it as it is; what did not change stays.
   void Update(Frame& frame, LgIndex_t zoneNum, const DrawingLook& look);
-  /// Shows the faces, or fewer of them that look alike from afar.
-  void ShowRough(bool isRough);
+  /// Whether fewer faces are shown that look alike from afar. Takes effect with the next update.
+  void SetRough(bool isRough) { m_isRough = isRough; }
 
   LgIndex_t ZoneNum() const { return m_zoneNum; }
   bool IsData() const { return m_isData; }
-  /// Counts the times that the surface was made.
-  std::int64_t SurfaceVersion() const { return m_surfaceVersion; }
+  /// Whether any layer shows the zone.
+  bool IsSeen() const;
   const ZoneSurface& Surface() const { return *m_surface; }
+  /// The surface that is drawn now, which may be the rough one; another number whenever it changes.
+  const ZoneSurface& SeenSurface() const { return m_isRough ? *m_rough : *m_surface; }
+  std::int64_t SeenVersion() const { return 2 * m_surfaceVersion + (m_isRough ? 1 : 0); }
   const FaceEdges& Edges();
-  std::size_t TableBytes() const { return m_faces == nullptr ? 0 : m_faces->Bytes(); }
 
  private:
   /// The layers in the order in which they are drawn.
   enum Part { kSurface, kMesh, kEdges, kIsolines, kScatter, kPartCount };
+  /// Layers that are drawn roughly while the view moves.
+  static constexpr Part kRoughParts[] = {kSurface, kMesh, kScatter};
 
   bool UpdateFaces(Frame& frame, Zone& zone);
-  bool UpdateColours(DataSet& data, const DrawingLook& look, bool isNewSurface);
+  bool UpdateColours(bool isNewSurface);
   void UpdateLayers(const Frame& frame, const FieldMap& map);
-  using MakeActor = vtkSmartPointer<vtkActor> (ZoneDrawing::*)();
+  using MakeActor = vtkSmartPointer<vtkActor> (ZoneDrawing::*)(const ZoneSurface& surface);
   void ShowPart(Part part, bool isShown, MakeActor make);
-  vtkSmartPointer<vtkActor> MakeSurface();
-  vtkSmartPointer<vtkActor> MakeMesh();
-  vtkSmartPointer<vtkActor> MakeEdges();
-  vtkSmartPointer<vtkActor> MakeIsolines();
-  vtkSmartPointer<vtkActor> MakeScatter();
-  void SetStyles(const FieldMap& map);
+  void Show(vtkSmartPointer<vtkActor>& actor, const ZoneSurface& surface, MakeActor make);
+  void Drop(vtkSmartPointer<vtkActor>& actor);
   void DropPart(Part part);
+  void DropRough();
+  vtkSmartPointer<vtkActor> MakeSurface(const ZoneSurface& surface);
+  vtkSmartPointer<vtkActor> MakeMesh(const ZoneSurface& surface);
+  vtkSmartPointer<vtkActor> MakeEdges(const ZoneSurface& surface);
+  vtkSmartPointer<vtkActor> MakeIsolines(const ZoneSurface& surface);
+  vtkSmartPointer<vtkActor> MakeScatter(const ZoneSurface& surface);
+  void SetStyles(const FieldMap& map);
+  void SetLineStyle(vtkActor* actor, const LayerStyle& style, bool isInk) const;
+  void ColourSurface(ZoneSurface& surface) const;
   /// The place on the colour map at each point; empty where nothing is coloured.
-  std::vector<float> PlacesAtPoints();
+  std::vector<float> PlacesAtPoints(const ZoneSurface& surface) const;
   bool IsColoured() const { return m_isData && m_look.variable > 0; }
 
   vtkRenderer* m_renderer;
@@ -93,6 +102,8 @@ class ZoneDrawing {
   std::unique_ptr<ZoneSurface> m_surface;
   std::int64_t m_surfaceVersion = 0;
   std::unique_ptr<FaceEdges> m_edges;
+  bool m_isRough = false;
+  std::unique_ptr<ZoneSurface> m_rough;
 
   DataSet* m_data = nullptr;
   DrawingLook m_look;
@@ -100,6 +111,7 @@ class ZoneDrawing {
   ColourRange m_range;
 
   std::array<vtkSmartPointer<vtkActor>, kPartCount> m_parts;
+  std::array<vtkSmartPointer<vtkActor>, kPartCount> m_roughParts;
 };
 
 }  // namespace qelhost

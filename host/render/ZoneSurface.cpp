@@ -113,13 +113,14 @@ void ZoneSurface::Colour(const QelFieldData* field, QelValueLocation_e location,
   }
 }
 
-vtkSmartPointer<vtkPolyData> ZoneSurface::PointCloud() const {
+vtkSmartPointer<vtkPolyData> ZoneSurface::PointCloud(
+    const std::vector<std::int32_t>& points) const {
+  vtkNew<vtkCellArray> one;
+  one->InsertNextCell(static_cast<int>(points.size()));
+  for (const std::int32_t point : points) one->InsertCellPoint(point);
   auto cloud = vtkSmartPointer<vtkPolyData>::New();
   cloud->SetPoints(m_points);
-  vtkNew<vtkCellArray> all;
-  all->InsertNextCell(static_cast<int>(PointCount()));
-  for (std::int64_t point = 0; point < PointCount(); ++point) all->InsertCellPoint(point);
-  cloud->SetVerts(all);
+  cloud->SetVerts(one);
   return cloud;
 }
 

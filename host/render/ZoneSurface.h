@@ -49,8 +49,8 @@ class ZoneSurface {
 
   vtkPoints* Points() const { return m_points; }
   vtkPolyData* Surface() const { return m_surface; }
-  /// The points alone, as things to draw.
-  vtkSmartPointer<vtkPolyData> PointCloud() const;
+  /// Some of the points as things to draw, without colours.
+  vtkSmartPointer<vtkPolyData> PointCloud(const std::vector<std::int32_t>& points) const;
   /// Some of the faces, or lines between points, two ends each. The list of faces must outlive what
   /// is made.
   vtkSmartPointer<vtkPolyData> Part(const FaceList& faces) const;
