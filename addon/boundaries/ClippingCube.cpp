@@ -215,6 +215,12 @@ void CClippingCube::Update() {
   isUpdatePending = true;
 }
 
+std::unique_ptr<const CPickBoundary3d> CClippingCube::Updated() const {
+  std::unique_ptr<CClippingCube> copy(new CClippingCube(*this));
+  copy->BuildTransforms();
+  return copy;
+}
+
 void CClippingCube::OnIdleUpdateCube(ArbParam_t clientData) {
   EntryPoint(nullptr, [clientData] {
     isUpdatePending = false;

@@ -38,8 +38,10 @@ class CClippingCube : public CPickBoundary3d {
   bool FillsItsBox() const override { return !m_isRotated; }
   std::uint64_t InsideOf(const PointBlock& points, std::uint64_t wanted) const override;
   void Update() override;
+  std::unique_ptr<const CPickBoundary3d> Updated() const override;
 
  private:
+  CClippingCube(const CClippingCube& other) = default;
   void BuildTransforms();
   void ComputeCorners();
   void PlaceByDefault();

@@ -88,6 +88,12 @@ void CClippingSphere::Update() {
   isUpdatePending = true;
 }
 
+std::unique_ptr<const CPickBoundary3d> CClippingSphere::Updated() const {
+  std::unique_ptr<CClippingSphere> copy(new CClippingSphere(*this));
+  copy->ComputeGeometry();
+  return copy;
+}
+
 void CClippingSphere::OnIdleUpdateSphere(ArbParam_t clientData) {
   EntryPoint(nullptr, [clientData] {
     isUpdatePending = false;

@@ -17,8 +17,10 @@ class CClippingSphere : public CPickBoundary3d {
   bool IsInside(double x, double y, double z) const override;
   std::uint64_t InsideOf(const PointBlock& points, std::uint64_t wanted) const override;
   void Update() override;
+  std::unique_ptr<const CPickBoundary3d> Updated() const override;
 
  private:
+  CClippingSphere(const CClippingSphere& other) = default;
   double Radius() const { return m_shape[0]; }
   void ComputeGeometry();
   void CreateSphereZone();

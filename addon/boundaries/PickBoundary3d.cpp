@@ -64,6 +64,14 @@ CPickBoundary3d::CPickBoundary3d(InUse isInUse) : m_isInUse(std::move(isInUse)) 
   LivingBoundaries().push_back(this);
 }
 
+CPickBoundary3d::CPickBoundary3d(const CPickBoundary3d& other)
+    : CPickBoundary3d([] { return false; }) {
+  m_isGeometryValid = other.m_isGeometryValid;
+  m_boundingBox = other.m_boundingBox;
+  m_anchor = other.m_anchor;
+  m_shape = other.m_shape;
+}
+
 CPickBoundary3d::~CPickBoundary3d() {
   std::vector<const CPickBoundary3d*>& living = LivingBoundaries();
   living.erase(std::remove(living.begin(), living.end(), this), living.end());

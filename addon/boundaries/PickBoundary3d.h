@@ -11,6 +11,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <memory>
 
 namespace qelvane::qelutiltools {
 
@@ -37,7 +38,6 @@ class CPickBoundary3d {
 
   explicit CPickBoundary3d(InUse isInUse);
   virtual ~CPickBoundary3d();
-  CPickBoundary3d(const CPickBoundary3d&) = delete;
   CPickBoundary3d& operator=(const CPickBoundary3d&) = delete;
 
   /// Makes the zone anew. The shape stays when it overlaps the data in x and y, else it is placed
@@ -66,6 +66,10 @@ class CPickBoundary3d {
 
   /// Follows a change of the shape; the zone follows when the host is idle.
   virtual void Update() = 0;
+
+  /// The shape as it is once Update has followed it, to be asked which points are inside: a copy
+  /// that has no zone and tells the host nothing.
+  virtual std::unique_ptr<const CPickBoundary3d> Updated() const = 0;
 
   /// Removes the zone from the frame that it was made in and leaves the active frame active.
   void DeleteZone();
@@ -103,6 +107,9 @@ class CPickBoundary3d {
   }
 
  protected:
+  /// A copy of the shape that nobody picks with and that no idle callback works for.
+  CPickBoundary3d(const CPickBoundary3d& other);
+
   /// Reads the data's extents and widens them. False, changing nothing, unless the frame is a 3D
   /// Cartesian plot.
   bool ReadExtents();

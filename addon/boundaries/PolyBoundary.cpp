@@ -192,9 +192,15 @@ bool CPolyBoundary::SetPolygon(const double* xs, const double* ys, std::int32_t 
 bool CPolyBoundary::SetFromGeometry(QelGeomID_t geom, bool usePaperCoords) {
   const HostLock lock;
   if (!QelUtilGeomIsValid(geom)) return false;
+  QelUtilGeomSetPositionCoordSys(geom, CoordSys_Grid);
+  return ReadFromGeometry(geom, usePaperCoords);
+}
+
+bool CPolyBoundary::ReadFromGeometry(QelGeomID_t geom, bool usePaperCoords) {
+  const HostLock lock;
+  if (!QelUtilGeomIsValid(geom)) return false;
 
   const QelGeomType_e type = QelUtilGeomGetType(geom);
-  QelUtilGeomSetPositionCoordSys(geom, CoordSys_Grid);
   double ax = 0.0;
   double ay = 0.0;
   double az = 0.0;

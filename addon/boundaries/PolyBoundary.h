@@ -41,6 +41,10 @@ class CPolyBoundary {
   /// shape held before then stays, but for a polyline that SetPolygon refused. Takes the lock.
   bool SetFromGeometry(QelGeomID_t geom, bool usePaperCoords);
 
+  /// The same of a geometry that is kept in grid coordinates, as drawn ones are; nothing of the
+  /// geometry changes.
+  bool ReadFromGeometry(QelGeomID_t geom, bool usePaperCoords);
+
   /// Edges of rectangles and circles are inside; those of polygons and of their pockets are not.
   bool IsInside(double x, double y) const;
 

@@ -122,4 +122,31 @@ void MarkProjected(const CPolyBoundary& boundary, LgIndex_t zone, LgIndex_t xVar
   });
 }
 
+std::optional<InsideFiller> FillerOf(const CPolyBoundary& boundary, QelPlotType_e plotType) {
+  const LgIndex_t xVar = QelUtilVarGetNumByAssignment('X');
+  const LgIndex_t yVar = QelUtilVarGetNumByAssignment('Y');
+  if (plotType == PlotType_Cartesian2D) {
+    return [=, &boundary](LgIndex_t zone, const HostServices& services, InsideSet& inside) {
+      MarkPlanar(boundary, zone, xVar, yVar, services, inside);
+    };
+  }
+  if (plotType == PlotType_Cartesian3D) {
+    const LgIndex_t zVar = QelUtilVarGetNumByAssignment('Z');
+    HOST_CHECK(QelUtilSetupTransformations());
+    return [=, &boundary](LgIndex_t zone, const HostServices& services, InsideSet& inside) {
+      MarkProjected(boundary, zone, xVar, yVar, zVar, services, inside);
+    };
+  }
+  return std::nullopt;
+}
+
+InsideFiller FillerOf(const CPickBoundary3d& boundary) {
+  const LgIndex_t xVar = QelUtilVarGetNumByAssignment('X');
+  const LgIndex_t yVar = QelUtilVarGetNumByAssignment('Y');
+  const LgIndex_t zVar = QelUtilVarGetNumByAssignment('Z');
+  return [=, &boundary](LgIndex_t zone, const HostServices& services, InsideSet& inside) {
+    boundary.MarkInside(zone, xVar, yVar, zVar, inside, services);
+  };
+}
+
 }  // namespace qelvane::qelutiltools

@@ -8,7 +8,6 @@
 #include "TakenItems.h"
 
 #include "qelvane/QelUtil.h"
-#include "qelvane/toolbox/Set.h"
 
 namespace qelvane::qelutiltools {
 
@@ -107,32 +106,14 @@ bool Selvane::Apply3d(const CPickBoundary3d& boundary) {
   const HostLock lock;
   const WaitMessage wait("Applying changes...");
   const DataLoad load;
-  const LgIndex_t xVar = QelUtilVarGetNumByAssignment('X');
-  const LgIndex_t yVar = QelUtilVarGetNumByAssignment('Y');
-  const LgIndex_t zVar = QelUtilVarGetNumByAssignment('Z');
-  return ApplyToZones([&](LgIndex_t zone, const HostServices& services, InsideSet& inside) {
-    boundary.MarkInside(zone, xVar, yVar, zVar, inside, services);
-  });
+  return ApplyToZones(FillerOf(boundary));
 }
 
 /// Applies the polygon boundary as the plot shows it. False for a plot that is not Cartesian, and
 /// for a surface pick whose seed is not on the surface.
 bool Selvane::ApplyForPlotType(QelPlotType_e plotType) {
-  const LgIndex_t xVar = QelUtilVarGetNumByAssignment('X');
-  const LgIndex_t yVar = QelUtilVarGetNumByAssignment('Y');
-  if (plotType == PlotType_Cartesian2D) {
-    return ApplyToZones([&](LgIndex_t zone, const HostServices& services, InsideSet& inside) {
-      MarkPlanar(m_polyBoundary, zone, xVar, yVar, services, inside);
-    });
-  }
-  if (plotType == PlotType_Cartesian3D) {
-    const LgIndex_t zVar = QelUtilVarGetNumByAssignment('Z');
-    HOST_CHECK(QelUtilSetupTransformations());
-    return ApplyToZones([&](LgIndex_t zone, const HostServices& services, InsideSet& inside) {
-      MarkProjected(m_polyBoundary, zone, xVar, yVar, zVar, services, inside);
-    });
-  }
-  return false;
+  const std::optional<InsideFiller> fillInside = FillerOf(m_polyBoundary, plotType);
+  return fillInside && ApplyToZones(*fillInside);
 }
 
 bool Selvane::ApplyToZones(const InsideFiller& fillInside) {
@@ -151,17 +132,21 @@ bool Selvane::ApplyToZones(const InsideFiller& fillInside) {
   return areApplied;
 }
 
-std::vector<LgIndex_t> Selvane::ZonesToChange() {
-  if (m_isSurfaceOnly) return {m_seedZone};
+toolbox::Set Selvane::RelevantZones() {
   const double solutionTime = QelUtilSolutionTimeGetCurrent();
   QelSet* relevantZones = nullptr;
   HOST_CHECK(QelUtilZoneGetRelevant(solutionTime, FALSE, &relevantZones));
-  const toolbox::Set ownedZones(relevantZones);
+  return toolbox::Set(relevantZones);
+}
+
+std::vector<LgIndex_t> Selvane::ZonesToChange() {
+  if (m_isSurfaceOnly) return {m_seedZone};
   const CPickBoundary3d* const boundary = Boundary3d();
+  const toolbox::Set relevantZones = RelevantZones();
   const LgIndex_t boundaryZone = boundary == nullptr ? 0 : boundary->GetZoneNum();
 
   std::vector<LgIndex_t> zones;
-  for (const SetIndex_t member : ownedZones) {
+  for (const SetIndex_t member : relevantZones) {
     const auto zone = static_cast<LgIndex_t>(member);
     if (zone != boundaryZone && QelUtilZoneIsActive(zone)) zones.push_back(zone);
   }
@@ -180,17 +165,28 @@ bool Selvane::ApplyToZone(LgIndex_t zone, const InsideFiller& fillInside,
   const std::optional<FieldWriter> writer = OpenForWriting(zone, OnNoReference::Throw);
   if (!writer) return true;
 
-  InsideSet inside(size.nodeCount);
+  return DecideInZone({zone, writer->isCellCentred, size.nodeCount}, fillInside, services,
+                      [&](const TakenItems& taken) {
+                        const std::int64_t writtenCount =
+                            AlterTaken(*writer, m_lastApplied, taken, services);
+                        FinishZone(*writer, writtenCount);
+                        ProgressReport(services).Changed(*writer, writtenCount);
+                      });
+}
+
+/// Decides what the pick takes and hands it over while it is valid. False, without doing so, when a
+/// surface pick's seed is not on the zone's surface.
+bool Selvane::DecideInZone(const ZoneTarget& target, const InsideFiller& fillInside,
+                           const HostServices& services,
+                           const std::function<void(const TakenItems& taken)>& use) const {
+  const LgIndex_t zone = target.zone;
+  InsideSet inside(target.nodeCount);
   fillInside(zone, services, inside);
   if (m_isSurfaceOnly && !SearchSurface(zone, m_seedElement, inside)) return false;
 
   const bool skipBlanked = !m_isBlankMode && QelUtilBlankingIsActive();
-  const TakenItems taken = writer->isCellCentred
-                               ? TakenCells(zone, m_pickRule, inside, skipBlanked, services)
-                               : TakenNodes(zone, m_pickRule, inside, skipBlanked, services);
-  const std::int64_t writtenCount = AlterTaken(*writer, m_lastApplied, taken, services);
-  FinishZone(*writer, writtenCount);
-  ProgressReport(services).Changed(*writer, writtenCount);
+  use(target.isCellCentred ? TakenCells(zone, m_pickRule, inside, skipBlanked, services)
+                           : TakenNodes(zone, m_pickRule, inside, skipBlanked, services));
   return true;
 }
 

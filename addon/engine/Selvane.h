@@ -1,5 +1,6 @@
 #pragma once
 
+#include "AreaMarking.h"
 #include "ClippingCube.h"
 #include "ClippingSphere.h"
 #include "HostServices.h"
@@ -10,6 +11,7 @@
 #include "WritePath.h"
 
 #include "qelvane/Types.h"
+#include "qelvane/toolbox/Set.h"
 
 #include <cstdint>
 #include <functional>
@@ -18,10 +20,6 @@
 #include <vector>
 
 namespace qelvane::qelutiltools {
-
-/// Sets the bits of the nodes of a zone that lie inside the boundary in hand.
-using InsideFiller =
-    std::function<void(LgIndex_t zone, const HostServices& services, InsideSet& inside)>;
 
 /// The pick session of one data set: what the user has chosen, and the operations that pick and
 /// write with it. Every operation takes the host's lock for its whole run.
@@ -104,6 +102,17 @@ class Selvane {
   /// Applies the pick to the boundary that a macro defined. False with the reason in the macro
   /// engine's error text.
   bool ApplyAreaFromMacro();
+
+  // Asking before (PickQuery.cpp) ----------------------------------------------------------------
+
+  /// Sets the bit of every value of the zone that ApplyArea, called now, would write: values that
+  /// stay what they are count too. Changes nothing and shows nothing.
+  ///
+  /// bits      bitCount of them, all 0
+  /// returns   false when there is nothing to apply, or more values in the zone than bits; true,
+  ///           with no bit, for a zone that the pick leaves alone
+  /// throws    std::runtime_error when what is picked cannot be read
+  bool MarkWhatApplyWrites(LgIndex_t zone, std::uint64_t* bits, std::int64_t bitCount);
 
   // Picking on a surface (SurfacePick.cpp) -------------------------------------------------------
 
@@ -199,8 +208,18 @@ class Selvane {
   bool ApplyForPlotType(QelPlotType_e plotType);
   bool ApplyToZones(const InsideFiller& fillInside);
   bool ApplyToZone(LgIndex_t zone, const InsideFiller& fillInside, const HostServices& services);
+  bool DecideInZone(const ZoneTarget& target, const InsideFiller& fillInside,
+                    const HostServices& services,
+                    const std::function<void(const TakenItems& taken)>& use) const;
+  static toolbox::Set RelevantZones();
   std::vector<LgIndex_t> ZonesToChange();
   void UnshareTargets(const std::vector<LgIndex_t>& zones) const;
+
+  // PickQuery.cpp
+  bool AskAbout(QelGeomID_t geometry);
+  bool MarkInZone(LgIndex_t zone, const InsideFiller& fillInside, std::uint64_t* bits,
+                  std::int64_t bitCount) const;
+  std::optional<QelValueLocation_e> WhereApplyWrites(LgIndex_t zone) const;
 
   // SurfacePick.cpp
   bool ApplySurfaceInGeometry(QelGeomID_t geometry, bool undo);
@@ -226,6 +245,7 @@ class Selvane {
   CClippingCube m_cube;
   CClippingSphere m_sphere;
   CPolyBoundary m_polyBoundary;
+  CPolyBoundary m_askedBoundary;  ///< of the last question
   QelGeomID_t m_undoGeometry = 0;
   LgIndex_t m_pickedElement = 0;
   LgIndex_t m_pickedZone = 0;

@@ -43,6 +43,10 @@ bool SessionRegistry::IsCurrent(const Selvane& session) const {
   return m_current == &session && PickableDataSet() == session.DataSetId();
 }
 
+void SessionRegistry::DropUndo() {
+  for (const std::unique_ptr<Selvane>& session : m_sessions) session->DropUndo();
+}
+
 void SessionRegistry::DeleteAll() {
   const HostLock lock;
   m_current = nullptr;

@@ -31,6 +31,9 @@ class SessionRegistry {
   /// lookups it switches nothing.
   bool IsCurrent(const Selvane& session) const;
 
+  /// Nothing can be undone any more, in whatever data set.
+  void DropUndo();
+
   /// Every data set is gone.
   void DeleteAll();
 

@@ -19,6 +19,13 @@ struct ZoneSize {
 
 ZoneSize SizeOfZone(LgIndex_t zone);
 
+/// The nodes or cells of a zone that a pick decides about.
+struct ZoneTarget {
+  LgIndex_t zone = 0;
+  bool isCellCentred = false;
+  std::int64_t nodeCount = 0;  ///< of the zone
+};
+
 /// Decides 64 items a word: wordCount words from firstWord on. Bits past the last item are ignored.
 using DecideWords =
     std::function<void(std::int64_t firstWord, std::int64_t wordCount, std::uint64_t* words)>;

@@ -5,12 +5,12 @@
 #include "Parallel.h"
 #include "Selvane.h"
 #include "SpanWriter.h"
+#include "TakenWords.h"
 #include "Utilities.h"
 
 #include "qelvane/QelUtil.h"
 
 #include <algorithm>
-#include <array>
 #include <atomic>
 
 namespace qelvane::qelutiltools {
@@ -25,39 +25,15 @@ void SetAllToZero(QelFieldData* field) {
   for (LgIndex_t index = 1; index <= count; ++index) QelUtilDataValueSetByRef(field, index, 0.0);
 }
 
-/// Decides about words first to last and hands them on, some at a time: alter(firstWord, wordCount,
-/// words). Bits past valueCount are 0 there. Returns how many bits were set.
-template <class Alter>
-std::int64_t AlterWords(const TakenItems& taken, std::int64_t valueCount, std::int64_t first,
-                        std::int64_t last, const Alter& alter) {
-  constexpr std::int64_t kWordsAtOnce = 256;
-  std::array<std::uint64_t, kWordsAtOnce> words;
-  std::int64_t takenCount = 0;
-  for (std::int64_t word = first; word < last; word += kWordsAtOnce) {
-    const std::int64_t wordCount = std::min(kWordsAtOnce, last - word);
-    taken.decide(word, wordCount, words.data());
-    const std::int64_t end = word + wordCount;
-    if (end == WordsFor(valueCount)) {
-      words[static_cast<std::size_t>(wordCount - 1)] &=
-          LowestBits(ItemsInWord(end - 1, valueCount));
-    }
-    for (std::int64_t n = 0; n < wordCount; ++n) {
-      takenCount += __builtin_popcountll(words[static_cast<std::size_t>(n)]);
-    }
-    alter(word, wordCount, words.data());
-  }
-  return takenCount;
-}
-
 std::int64_t AlterInSpan(const SpanWriter& writer, const TakenItems& taken, std::int64_t valueCount,
                          const QelParallel_s* parallel) {
   std::atomic<std::int64_t> takenCount{0};
   ForWords(parallel, WordsFor(valueCount), [&](std::int64_t first, std::int64_t last) {
     takenCount +=
-        AlterWords(taken, valueCount, first, last,
-                   [&](std::int64_t word, std::int64_t wordCount, const std::uint64_t* words) {
-                     writer.Alter(word, wordCount, words);
-                   });
+        VisitTakenWords(taken, valueCount, first, last,
+                        [&](std::int64_t word, std::int64_t wordCount, const std::uint64_t* words) {
+                          writer.Alter(word, wordCount, words);
+                        });
   });
   return takenCount;
 }
@@ -80,10 +56,11 @@ std::int64_t AlterThroughHost(QelFieldData* field, QelFieldGet_pf get, QelFieldS
     const double current = get == nullptr ? 0.0 : get(field, item);
     set(field, item, ApplyModifier(modifier, current));
   };
-  return AlterWords(taken, valueCount, 0, WordsFor(valueCount),
-                    [&](std::int64_t word, std::int64_t wordCount, const std::uint64_t* words) {
-                      VisitItems(word, wordCount, words, alter);
-                    });
+  return VisitTakenWords(
+      taken, valueCount, 0, WordsFor(valueCount),
+      [&](std::int64_t word, std::int64_t wordCount, const std::uint64_t* words) {
+        VisitItems(word, wordCount, words, alter);
+      });
 }
 
 }  // namespace

@@ -23,6 +23,19 @@ bool Contain(const char* message, Body&& body) noexcept {
   return false;
 }
 
+/// The body of a question that shows nothing: all exceptions end here. Holds the lock for its whole
+/// run. Returns whether the body ran to its end.
+template <class Body>
+bool ContainSilently(Body&& body) noexcept {
+  const HostLock lock;
+  try {
+    body();
+    return true;
+  } catch (...) {
+    return false;
+  }
+}
+
 /// The body of a callback: contained, and holding the lock for its whole run. The state-change
 /// callback uses Contain alone: it must see who holds the lock.
 template <class Body>

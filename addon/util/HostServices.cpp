@@ -2,19 +2,10 @@
 
 namespace qelvane::qelutiltools {
 
-namespace {
-
-template <class Service>
-const Service* Ask(const char* id) {
-  return static_cast<const Service*>(QelUtilExtensionGet(id));
-}
-
-}  // namespace
-
 HostServices AskHostServices() {
-  if (QelUtilExtensionGet == nullptr) return {};
-  return {Ask<QelBulkAccess_s>(QEL_EXTENSION_BULK_ACCESS),
-          Ask<QelParallel_s>(QEL_EXTENSION_PARALLEL), Ask<QelProgress_s>(QEL_EXTENSION_PROGRESS)};
+  return {AskHostFor<QelBulkAccess_s>(QEL_EXTENSION_BULK_ACCESS),
+          AskHostFor<QelParallel_s>(QEL_EXTENSION_PARALLEL),
+          AskHostFor<QelProgress_s>(QEL_EXTENSION_PROGRESS)};
 }
 
 }  // namespace qelvane::qelutiltools

@@ -14,4 +14,11 @@ struct HostServices {
 
 HostServices AskHostServices();
 
+/// One service by its id; null where the host does not offer it, or offers none at all.
+template <class Service>
+const Service* AskHostFor(const char* id) {
+  return QelUtilExtensionGet == nullptr ? nullptr
+                                        : static_cast<const Service*>(QelUtilExtensionGet(id));
+}
+
 }  // namespace qelvane::qelutiltools
