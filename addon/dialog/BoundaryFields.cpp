@@ -4,12 +4,15 @@
 #include "DialogState.h"
 #include "EntryPoint.h"
 #include "Selvane.h"
+#include "ShapeHandles.h"
 
 #include "qelvane/QelGUI.h"
 #include "qelvane/QelUtil.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdlib>
 #include <string>
 #include <utility>
 
@@ -48,6 +51,21 @@ CPickBoundary3d* ActiveBoundary() {
   return session == nullptr ? nullptr : session->Boundary3d();
 }
 
+/// The fields of the page that is shown for the boundary picked with.
+struct FieldRange {
+  const FieldRow* first;
+  const FieldRow* last;
+  const FieldRow* begin() const { return first; }
+  const FieldRow* end() const { return last; }
+};
+
+FieldRange FieldsOfPage() {
+  const FieldRow* const sphere = kFields.data() + kFirstSphereField;
+  const bool isSphere = DialogSession()->Kind() == PickKind::Sphere;
+  return isSphere ? FieldRange{sphere, kFields.data() + kFields.size()}
+                  : FieldRange{kFields.data(), sphere};
+}
+
 void Enter(const FieldRow& row, const char* text) {
   const LgIndex_t field = Controls.*row.id;
   CPickBoundary3d* const boundary = ActiveBoundary();
@@ -80,12 +98,14 @@ void Step(const FieldRow& row, bool increase) {
 template <std::size_t field>
 bool OnEntered(const char* text) {
   EntryPoint(nullptr, [text] { Enter(kFields[field], text); });
+  FollowShapeEntered();
   return true;
 }
 
 template <std::size_t field, bool increase>
 void OnStep() {
   EntryPoint(nullptr, [] { Step(kFields[field], increase); });
+  FollowShapeEntered();
 }
 
 template <std::size_t... field>
@@ -103,14 +123,38 @@ BoundaryField GetBoundaryField(FieldOf field) {
   return found;
 }
 
+BoundaryNumbers BoundaryInFields() {
+  BoundaryNumbers numbers{};
+  const CPickBoundary3d* const boundary = ActiveBoundary();
+  if (boundary == nullptr) return numbers;
+  for (const FieldRow& row : FieldsOfPage()) {
+    numbers[static_cast<std::size_t>(row.parameter)] = boundary->Parameter(row.parameter);
+  }
+  return numbers;
+}
+
+BoundaryNumbers AsShown(const BoundaryNumbers& numbers) {
+  BoundaryNumbers shown{};
+  std::transform(numbers.begin(), numbers.end(), shown.begin(),
+                 [](double number) { return std::strtod(TextOfNumber(number).c_str(), nullptr); });
+  return shown;
+}
+
+void EnterBoundary(const BoundaryNumbers& numbers) {
+  CPickBoundary3d* const boundary = ActiveBoundary();
+  if (boundary == nullptr) return;
+  DialogSession()->DropUndo();
+  for (const FieldRow& row : FieldsOfPage()) {
+    const double value = numbers[static_cast<std::size_t>(row.parameter)];
+    boundary->SetParameter(row.parameter, value);
+    ShowNumber(Controls.*row.id, value);
+  }
+}
+
 void ShowBoundary() {
   const CPickBoundary3d* const boundary = ActiveBoundary();
   if (boundary == nullptr) return;
-  const bool isSphere = DialogSession()->Kind() == PickKind::Sphere;
-  const std::size_t first = isSphere ? kFirstSphereField : 0;
-  const std::size_t end = isSphere ? kFields.size() : kFirstSphereField;
-  for (std::size_t field = first; field < end; ++field) {
-    const FieldRow& row = kFields[field];
+  for (const FieldRow& row : FieldsOfPage()) {
     ShowNumber(Controls.*row.id, boundary->Parameter(row.parameter));
   }
 }

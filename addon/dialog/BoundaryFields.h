@@ -2,6 +2,8 @@
 
 #include "qelvane/Types.h"
 
+#include <array>
+
 namespace qelvane::qelutiltools {
 
 /// The fields of the box's and the sphere's page: one for each number that can be changed.
@@ -32,6 +34,18 @@ enum class FieldOf {
 };
 
 BoundaryField GetBoundaryField(FieldOf field);
+
+/// The numbers behind the fields of a page, in their order; a sphere has four.
+using BoundaryNumbers = std::array<double, 9>;
+
+/// Those of the box or the sphere that is picked with, unrounded.
+BoundaryNumbers BoundaryInFields();
+
+/// What is left of numbers when fields have shown them: six digits.
+BoundaryNumbers AsShown(const BoundaryNumbers& numbers);
+
+/// Takes numbers as if each had been typed into its field.
+void EnterBoundary(const BoundaryNumbers& numbers);
 
 /// Writes the numbers of the box or the sphere that is picked with into its page's fields.
 void ShowBoundary();

@@ -6,6 +6,7 @@
 #include "HostCheck.h"
 #include "LayerQuestions.h"
 #include "Selvane.h"
+#include "ShapeHandles.h"
 #include "Utilities.h"
 
 #include "qelvane/QelGUI.h"
@@ -32,6 +33,7 @@ void SwitchTool(PickKind kind, bool isOn, void (*ask)() = nullptr) {
     RefreshTools();
     RefreshControls();
   });
+  FollowShape();
 }
 
 void ShowView(StandardView view) {
@@ -58,9 +60,15 @@ void ReportBadModifier(const char* text) {
 
 }  // namespace
 
-void OnInit() { EntryPoint(nullptr, InitDialog); }
+void OnInit() {
+  EntryPoint(nullptr, InitDialog);
+  FollowShape();
+}
 
-void OnClose() { EntryPoint(nullptr, CloseDialog); }
+void OnClose() {
+  EntryPoint(nullptr, CloseDialog);
+  FollowShape();
+}
 
 void OnHelp() {
   EntryPoint(nullptr, [] { QelUtilHelp("selvane.html", FALSE, 0); });
@@ -135,10 +143,8 @@ void OnShadeToggled(LgIndex_t isOn) {
 
 void OnApply() {
   OnSession([](Selvane& session) {
-    constexpr LgIndex_t kTunnelThrough = 1;
     if (session.IsBlankMode()) AskForValueBlanking();
-    if (session.Boundary3d() != nullptr ||
-        QelGUIRadioBoxGetToggle(Controls.surfaceRadioBox) == kTunnelThrough) {
+    if (!NeedsSeed(session)) {
       if (!session.ApplyArea(false)) return;
       session.RecordArea();
       RedrawIfRecording();

@@ -8,6 +8,7 @@
 #include "RuleMenus.h"
 #include "Selvane.h"
 #include "SessionRegistry.h"
+#include "ShapeHandles.h"
 
 #include "qelvane/QelGUI.h"
 #include "qelvane/QelUtil.h"
@@ -74,6 +75,12 @@ void ShowTabOf(const Selvane& shown) {
 
 Selvane* DialogSession() { return session; }
 
+bool NeedsSeed(Selvane& picking) {
+  constexpr LgIndex_t kTunnelThrough = 1;
+  return picking.Boundary3d() == nullptr &&
+         QelGUIRadioBoxGetToggle(Controls.surfaceRadioBox) != kTunnelThrough;
+}
+
 void InitDialog() {
   const HostLock lock;
   session = SessionRegistry::Instance().GetOrCreate();
@@ -97,7 +104,9 @@ void CloseDialog() {
 }
 
 void DropDialog() {
-  if (QelGUIDialogIsUp(Controls.dialog)) QelGUIDialogDrop(Controls.dialog);
+  if (!QelGUIDialogIsUp(Controls.dialog)) return;
+  QelGUIDialogDrop(Controls.dialog);
+  FollowShape();
 }
 
 void UnbindDialog() { session = nullptr; }
@@ -157,10 +166,14 @@ void ShowModifier() {
   QelGUITextFieldSetString(Controls.modifierField, FormatModifier(session->Modifier()).c_str());
 }
 
-void ShowNumber(LgIndex_t field, double value) {
+std::string TextOfNumber(double value) {
   char text[64];
   std::snprintf(text, sizeof text, "%g", value);
-  QelGUITextFieldSetString(field, text);
+  return text;
+}
+
+void ShowNumber(LgIndex_t field, double value) {
+  QelGUITextFieldSetString(field, TextOfNumber(value).c_str());
 }
 
 void EnterAlterPage() {

@@ -2,6 +2,8 @@
 
 #include "qelvane/Types.h"
 
+#include <string>
+
 namespace qelvane::qelutiltools {
 
 class Selvane;
@@ -9,6 +11,9 @@ class Selvane;
 /// The session that the dialog edits. Null until the dialog has been bound, and after the data sets
 /// have gone; the callbacks then do nothing.
 Selvane* DialogSession();
+
+/// Whether the dialog's choices ask for a click on a seed before anything is applied.
+bool NeedsSeed(Selvane& picking);
 
 /// Binds the dialog to the active frame's session, made when missing, switches its pick tool off
 /// and fills the controls. Does nothing but unbind when the frame shows nothing that can be picked
@@ -41,6 +46,7 @@ void RefillVariableMenu();
 void ShowModifier();
 
 /// A number as the fields show it.
+std::string TextOfNumber(double value);
 void ShowNumber(LgIndex_t field, double value);
 
 /// Sets the mode that the tab's page stands for, and what goes with it.

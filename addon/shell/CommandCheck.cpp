@@ -3,8 +3,8 @@
 #include "AddOnName.h"
 #include "CMacroEngine.h"
 #include "EntryPoint.h"
+#include "HostServices.h"
 
-#include "qelvane/Extensions.h"
 #include "qelvane/QelUtil.h"
 
 #include <cstring>
@@ -74,9 +74,7 @@ bool CheckCommand(const char* command, char** errMsg) {
 }  // namespace
 
 void OfferCommandCheck() {
-  if (QelUtilExtensionGet == nullptr) return;
-  const auto* const extension =
-      static_cast<const QelCommandCheck_s*>(QelUtilExtensionGet(QEL_EXTENSION_COMMAND_CHECK));
+  const auto* const extension = AskHostFor<QelCommandCheck_s>(QEL_EXTENSION_COMMAND_CHECK);
   if (extension != nullptr) extension->offer(ADDON_NAME, CheckCommand);
 }
 

@@ -9,6 +9,7 @@
 #include "HostOwned.h"
 #include "MenuEntry.h"
 #include "SessionRegistry.h"
+#include "ShapeHandles.h"
 
 #include "qelvane/Keywords.h"
 #include "qelvane/QelGUI.h"
@@ -71,6 +72,7 @@ void OnIdleNewFrameCallback(ArbParam_t) {
       InitDialog();
     }
   });
+  FollowShape();
 }
 
 // What each change asks for --------------------------------------------------------------------
@@ -162,13 +164,17 @@ bool TouchesMenu(QelStateChange_t code) {
 
 void StateChangeCallback(QelStateChange_t code) {
   bool touchesMenu = false;
+  bool isOwn = false;
   Contain(nullptr, [&] {
     const Change change = ChangeOf(code);
+    isOwn = change.isOwn;
     touchesMenu = TouchesMenu(code);
     for (const Row& row : kRows) {
       if (row.code == code) row.follow(change);
     }
   });
+  // What the add-on does itself is half done yet: a sphere's zone comes and goes as it moves.
+  if (!isOwn) FollowShape();
   // Also after an error: the entry must not stay open to a plot that is gone.
   if (touchesMenu) Contain(nullptr, UpdateMenuSensitivity);
 }

@@ -1,11 +1,11 @@
 #include "AddOnName.h"
 #include "CMacroEngine.h"
-#include "CommandCheck.h"
-#include "Controls.h"
+#include "DialogState.h"
 #include "Dispatcher.h"
 #include "EntryPoint.h"
 #include "HostCheck.h"
 #include "HostLock.h"
+#include "HostOffers.h"
 #include "HostOwned.h"
 #include "MenuEntry.h"
 #include "PickKeywords.h"
@@ -13,7 +13,6 @@
 #include "StateTracking.h"
 
 #include "qelvane/Keywords.h"
-#include "qelvane/QelGUI.h"
 #include "qelvane/QelUtil.h"
 
 #include <algorithm>
@@ -62,7 +61,7 @@ void Register() {
   SubscribeToStateChanges();
   UpdateMenuSensitivity();
   SessionRegistry::Instance();
-  OfferCommandCheck();
+  OfferToHost();
 }
 
 /// Parses and carries out one command on the session. On failure ErrMsg holds a copy of the reason.
@@ -92,7 +91,7 @@ bool MacroCommandCallback(const char* command, char** ErrMsg) {
   bool isDone = false;
   EntryPoint(nullptr, [&] {
     if (command == nullptr || ErrMsg == nullptr) return;
-    if (QelGUIDialogIsUp(Controls.dialog)) QelGUIDialogDrop(Controls.dialog);
+    DropDialog();
     Selvane* const session = SessionRegistry::Instance().GetOrCreate();
     if (session != nullptr) {
       isDone = Play(*session, command, ErrMsg);
