@@ -24,7 +24,10 @@ struct ServiceRow {
 constexpr ServiceRow kServices[] = {
     {"bulk", Service::Bulk, QEL_EXTENSION_BULK_ACCESS, BulkService},
     {"parallel", Service::Parallel, QEL_EXTENSION_PARALLEL, ParallelService},
-    {"progress", Service::Progress, QEL_EXTENSION_PROGRESS, ProgressService}};
+    {"progress", Service::Progress, QEL_EXTENSION_PROGRESS, ProgressService},
+    {"query", Service::PickQuery, QEL_EXTENSION_PICK_QUERY, PickQueryService},
+    {"handles", Service::ShapeHandles, QEL_EXTENSION_SHAPE_HANDLES, ShapeHandlesService},
+    {"history", Service::History, QEL_EXTENSION_HISTORY, HistoryService}};
 
 const ServiceRow& RowNamed(const std::string& name) {
   for (const ServiceRow& row : kServices) {
@@ -94,6 +97,18 @@ void FakeHost::OfferExtensions(const std::vector<Service>& services, const SpanV
     for (const Service service : services) {
       if (service == row.service) extensions[row.id] = row.members();
     }
+  }
+}
+
+void FakeHost::OfferAlso(Service service) {
+  for (const ServiceRow& row : kServices) {
+    if (service == row.service) extensions[row.id] = row.members();
+  }
+}
+
+void FakeHost::Withhold(Service service) {
+  for (const ServiceRow& row : kServices) {
+    if (service == row.service) extensions.erase(row.id);
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include "qelvane/Types.h"
 
+#include <array>
 #include <atomic>
 #include <cstdint>
 #include <string>
@@ -14,7 +15,7 @@ struct Mesh;
 struct Storage;
 
 /// A service that the host may offer beyond the interface.
-enum class Service { Bulk, Parallel, Progress };
+enum class Service { Bulk, Parallel, Progress, PickQuery, ShapeHandles, History };
 
 /// How the host keeps what it shows. It shows values and nodes where they lie, so this is also how
 /// zones and variables are kept that are added while the variant is chosen.
@@ -35,6 +36,21 @@ struct ProgressCall {
   std::int64_t count = 0;
 };
 
+/// The shape that the user can drag in the plot, as the add-on told of it.
+struct ShapeCall {
+  bool isShow = false;  ///< else it was taken away
+  QelShape_e kind = Shape_Box;
+  std::array<double, 3> anchor{};
+  std::array<double, 3> size{};
+  std::array<double, 3> rotationDeg{};
+};
+
+/// The answer to the question what an apply would write.
+struct PickAnswer {
+  bool isAnswered = false;
+  std::vector<bool> items;  ///< as many as were asked about
+};
+
 /// The services that the text names, and their variant: "bulk:interleaved+wide,parallel". Throws
 /// std::invalid_argument for a word that it does not know.
 std::pair<std::vector<Service>, SpanVariant> ServicesNamed(const std::string& text);
@@ -43,6 +59,9 @@ std::pair<std::vector<Service>, SpanVariant> ServicesNamed(const std::string& te
 const void* BulkService();
 const void* ParallelService();
 const void* ProgressService();
+const void* PickQueryService();
+const void* ShapeHandlesService();
+const void* HistoryService();
 
 /// Where values of the variable are put that the host is to keep.
 struct Layout {

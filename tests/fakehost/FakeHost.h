@@ -4,6 +4,7 @@
 #include "FakeData.h"
 #include "FakeExtensions.h"
 
+#include "qelvane/Extensions.h"
 #include "qelvane/QelGUI.h"
 #include "qelvane/QelUtil.h"
 
@@ -67,9 +68,23 @@ class FakeHost {
 
   // Services beyond the interface (FakeExtensions.cpp)
   // ----------------------------------------------------------------
-  /// These and no others of the three. After a reset those that MARQUELL_FAKE_EXTENSIONS names,
+  /// These and no others. After a reset those that MARQUELL_FAKE_EXTENSIONS names,
   /// none when it is not set; see ServicesNamed.
   void OfferExtensions(const std::vector<Service>& services, const SpanVariant& variant = {});
+  void OfferAlso(Service service);
+  void Withhold(Service service);
+
+  // What the host does with what was offered to it (FakeExtensionsOffered.cpp)
+  // ----------------------------------------------------------------
+  /// Asks what an apply would write; not answered when nobody offered to tell. What lies around the
+  /// bits is watched, and so is which of them are defined.
+  PickAnswer AskPick(LgIndex_t zone, std::int64_t bitCount);
+  /// The user drags the shape; false when there is none in the plot.
+  bool DragShape(const std::array<double, 3>& anchor, const std::array<double, 3>& size,
+                 const std::array<double, 3>& rotationDeg);
+  /// The host has taken values back by itself; false when nobody wants to know.
+  bool TellOfRestoredValues();
+  bool IsShapeShown() const { return !shapeCalls.empty() && shapeCalls.back().isShow; }
 
   // Frames and data (FakeWorld.cpp)
   // ----------------------------------------------------------------
@@ -187,8 +202,12 @@ class FakeHost {
   std::map<std::string, const void*> extensions;
   SpanVariant spans;                   ///< see OfferExtensions
   std::vector<ProgressCall> progress;  ///< in their order
-  int spansShown = 0;                  ///< of values
-  int rangeRuns = 0;                   ///< calls of forRange
+  QelPickQuery_pf pickQuery = nullptr;
+  void (*valuesRestored)() = nullptr;
+  QelShapeChanged_pf shapeChanged = nullptr;
+  std::vector<ShapeCall> shapeCalls;  ///< in their order
+  int spansShown = 0;                 ///< of values
+  int rangeRuns = 0;                  ///< calls of forRange
   std::vector<MenuOption> menu;
   std::vector<std::string> menuSeparators;
   std::vector<StateChangeNotice> notices;

@@ -186,6 +186,8 @@ void ShareAndSpare(Random& random, int zoneCount, bool areAlike) {
   if (random.Below(8) == 0) Host().ValuesAt(1, var)->isWritable = false;
 }
 
+}  // namespace
+
 void MakeRandomScene(Random& random, QelZoneType_e type) {
   const bool is3d = random.Flip();
   fakehost::Frame& frame = Host().AddFrame(is3d ? PlotType_Cartesian3D : PlotType_Cartesian2D);
@@ -216,6 +218,8 @@ void MakeRandomScene(Random& random, QelZoneType_e type) {
   }
 }
 
+namespace {
+
 // Steps of a session ---------------------------------------------------------------------------
 
 struct Step {
@@ -234,6 +238,8 @@ double Place(Random& random, int from, int to) {
   const double place = from + random.Below(to - from) + PartOfAStep(random);
   return random.Below(40) == 0 ? StrangeCoordinate(random) : place;
 }
+
+}  // namespace
 
 Boundary AnyBoundary(Random& random, int reach) {
   Boundary boundary;
@@ -254,6 +260,8 @@ Boundary AnyBoundary(Random& random, int reach) {
   }
   return boundary;
 }
+
+namespace {
 
 std::string RuleText(Random& random) {
   return std::string(" RULE=") + reference::kRules[random.Below(4)];
@@ -394,6 +402,8 @@ std::vector<unsigned char> Packed(const fakehost::Values& values) {
   return packed;
 }
 
+}  // namespace
+
 std::vector<std::vector<unsigned char>> AllValues() {
   std::vector<std::vector<unsigned char>> all;
   for (const fakehost::Zone& zone : Host().ActiveData()->zones) {
@@ -401,6 +411,8 @@ std::vector<std::vector<unsigned char>> AllValues() {
   }
   return all;
 }
+
+namespace {
 
 std::string TextOf(const fakehost::StateChangeNotice& notice) {
   std::ostringstream out;

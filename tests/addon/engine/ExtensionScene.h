@@ -32,6 +32,16 @@ struct Outcome {
   int rangeRuns = 0;
 };
 
+/// Up to three small zones of a type in a frame of the host, with odd coordinates and variables
+/// "n1", "c1", "n2" and "c2": shared, passive, not writable, hidden at places.
+void MakeRandomScene(reference::Random& random, QelZoneType_e type);
+
+/// One that lies somewhere about nodes with coordinates up to reach.
+reference::Boundary AnyBoundary(reference::Random& random, int reach);
+
+/// The values of all zones and variables, one after the other; a passive variable has none.
+std::vector<std::vector<unsigned char>> AllValues();
+
 /// Plays the session of a seed on up to three small zones of a type.
 Outcome PlaySession(QelZoneType_e type, unsigned seed, const Offer& offer);
 
