@@ -124,9 +124,12 @@ std::vector<std::string> AddOnFilesToLoad() {
   std::error_code error;
   const fs::path program = fs::read_symlink("/proc/self/exe", error);
   if (error) return files;
-  for (const char* const folder : {"../lib", "../lib/marquell"}) {
+  // Where programs of all kinds are installed the first exists; the second is a build's own.
+  for (const char* const folder : {"../lib/marquell", "../lib"}) {
     const fs::path place = (program.parent_path() / folder).lexically_normal();
-    if (fs::is_directory(place, error)) AddFilesOf(place, files);
+    if (!fs::is_directory(place, error)) continue;
+    AddFilesOf(place, files);
+    break;
   }
   return files;
 }

@@ -62,7 +62,8 @@ class AddOnRegistry {
 void LoadAddOnLibrary(const std::string& file);
 
 /// The add-ons that a program finds by itself: those in MARQUELL_ADDON_PATH (folders and files
-/// between colons), else the libraries without a "lib" prefix in ../lib beside the program.
+/// between colons), else the libraries without a "lib" prefix in ../lib/marquell beside the program
+/// or, where there is no such folder, in ../lib.
 std::vector<std::string> AddOnFilesToLoad();
 
 }  // namespace qelhost
