@@ -1,0 +1,166 @@
+#include "PlotCanvas.h"
+
+#include <QCursor>
+#include <QKeyEvent>
+
+#include <vtkGenericOpenGLRenderWindow.h>
+#include <vtkNew.h>
+#include <vtkRenderWindowInteractor.h>
+#include <vtkRenderer.h>
+
+#include <fmt/format.h>
+
+#include <map>
+
+#include "Picture.h"
+#include "ToolStyle.h"
+
+namespace marquell::workbench {
+
+namespace {
+
+Qt::CursorShape CursorOf(QelMouseMode_e mode) {
+  static const std::map<QelMouseMode_e, Qt::CursorShape> cursors = {
+      {Mouse_Zoom, Qt::SizeVerCursor},      {Mouse_Translate, Qt::SizeAllCursor},
+      {Mouse_Rotate, Qt::OpenHandCursor},   {Mouse_Probe, Qt::WhatsThisCursor},
+      {Mouse_GeomPolyline, Qt::CrossCursor}, {Mouse_GeomRectangle, Qt::CrossCursor},
+      {Mouse_GeomSquare, Qt::CrossCursor},  {Mouse_GeomCircle, Qt::CrossCursor},
+      {Mouse_GeomEllipse, Qt::CrossCursor}};
+  const auto found = cursors.find(mode);
+  return found == cursors.end() ? Qt::ArrowCursor : found->second;
+}
+
+}  // namespace
+
+PlotCanvas::PlotCanvas(Workspace& workspace, LookSettings& look)
+    : m_workspace(workspace), m_look(look), m_tools(workspace, m_scene) {
+  setObjectName("plot");
+  setFocusPolicy(Qt::StrongFocus);
+  setMouseTracking(true);
+  setMinimumSize(240, 180);
+  setAccessibleName(tr("Plot"));
+  vtkNew<vtkGenericOpenGLRenderWindow> window;
+  window->SetMultiSamples(0);
+  setRenderWindow(window.Get());
+  // The margin lies under the plot.
+  window->AddRenderer(m_scene.Margin());
+  window->AddRenderer(m_scene.Plot());
+
+  vtkNew<ToolStyle> style;
+  style->onPress = [this](const MouseEvent& event) { m_tools.Press(event); };
+  style->onRelease = [this](const MouseEvent& event) {
+    m_tools.Release(event);
+    Draw();
+  };
+  style->onMove = [this](const MouseEvent& event) {
+    m_tools.Move(event);
+    SayWhatIsUnder(event);
+  };
+  style->onWheel = [this](const MouseEvent& event, double notches) {
+    m_tools.Wheel(event, notches);
+  };
+  interactor()->SetInteractorStyle(style);
+  m_handles = std::make_unique<ShapeHandles>(workspace, interactor(), m_scene.Plot());
+  m_tools.onRedraw = [this] { Draw(); };
+  m_tools.onProbed = [this](const std::string& text) {
+    if (onProbed) onProbed(text);
+  };
+}
+
+PlotCanvas::~PlotCanvas() {
+  m_handles.reset();
+  renderWindow()->RemoveRenderer(m_scene.Plot());
+  renderWindow()->RemoveRenderer(m_scene.Margin());
+}
+
+void PlotCanvas::Follow() {
+  UpdateScene();
+  m_handles->Follow();
+  ShowCursor();
+  Draw();
+}
+
+void PlotCanvas::UpdateScene() {
+  qelhost::Frame* const active = m_workspace.TheHost().frames.Active();
+  qelhost::Frame& frame = active == nullptr ? m_nothing : *active;
+  const double ratio = devicePixelRatioF();
+  const int width = static_cast<int>(this->width() * ratio);
+  const int height = static_cast<int>(this->height() * ratio);
+  if (width < 1 || height < 1) return;
+  qelhost::PlotLook look = LookOf(frame, m_look);
+  look.scale = ratio;
+  m_scene.SetSelectedGeometry(frame.picked.empty() ? 0 : frame.picked.front().geometry);
+  m_scene.Update(frame, look, width, height);
+}
+
+void PlotCanvas::Draw() {
+  if (isValid()) renderWindow()->Render();
+}
+
+void PlotCanvas::ShowPreview(const qelhost::PickPreview& preview) {
+  std::vector<qelhost::ZoneHighlight> highlights;
+  for (const qelhost::PickedInZone& zone : preview.zones) {
+    highlights.push_back({zone.zone, zone.location, zone.items});
+  }
+  m_scene.SetHighlight(std::move(highlights));
+  UpdateScene();
+  Draw();
+}
+
+void PlotCanvas::WritePicture(const std::string& path, int width, int height) {
+  qelhost::Frame* const frame = m_workspace.TheHost().frames.Active();
+  if (frame == nullptr) throw qelhost::PictureError("there is no plot");
+  qelhost::PictureOptions options;
+  options.width = width;
+  options.height = height;
+  const qelhost::PlotLook look = LookOf(*frame, m_look);
+  options.variable = look.variable;
+  options.min = look.min;
+  options.max = look.max;
+  const std::unique_ptr<qelhost::Painter> painter = qelhost::LoadPainter();
+  painter->WritePng({painter->Draw(*frame, options)}, path);
+}
+
+void PlotCanvas::CancelDrawing() { m_tools.Cancel(); }
+
+void PlotCanvas::resizeGL(int width, int height) {
+  QVTKOpenGLNativeWidget::resizeGL(width, height);
+  UpdateScene();
+}
+
+void PlotCanvas::keyPressEvent(QKeyEvent* event) {
+  const bool isTaken =
+      (event->key() == Qt::Key_Escape && m_tools.Cancel()) ||
+      ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && m_tools.FinishPolygon());
+  if (!isTaken) QVTKOpenGLNativeWidget::keyPressEvent(event);
+}
+
+void PlotCanvas::leaveEvent(QEvent* event) {
+  if (onPointed) onPointed({});
+  QVTKOpenGLNativeWidget::leaveEvent(event);
+}
+
+bool PlotCanvas::event(QEvent* event) {
+  // A right click zooms; the menu that some platforms make of it would come in between.
+  if (event->type() == QEvent::ContextMenu) return true;
+  return QVTKOpenGLNativeWidget::event(event);
+}
+
+void PlotCanvas::SayWhatIsUnder(const MouseEvent& event) {
+  const qelhost::Frame* const frame = m_workspace.TheHost().frames.Active();
+  if (!onPointed || frame == nullptr || frame->Data() == nullptr) return;
+  const auto at = m_scene.GridAt(event.x, event.y);
+  const bool isFlat = frame->plotType != PlotType_Cartesian3D;
+  onPointed(fmt::format("{} {:.5g}, {:.5g}", isFlat ? "X, Y:" : "On the screen:", at[0], at[1]));
+}
+
+void PlotCanvas::ShowCursor() {
+  const Qt::CursorShape wanted = CursorOf(m_workspace.TheHost().interaction.mouseMode);
+  if (cursor().shape() != wanted) setCursor(wanted);
+}
+
+PlotArea* MakePlotCanvas(Workspace& workspace, LookSettings& look) {
+  return new PlotCanvas(workspace, look);
+}
+
+}  // namespace marquell::workbench
