@@ -31,7 +31,8 @@ enum class StepOutcome {
 ///
 /// What is written is seen by asking for it: a copy is taken when a writable reference is handed
 /// out, and only what differs from it at the operation's end is kept. Copies of the operation in
-/// hand come on top of the limit, and are themselves no larger than it.
+/// hand come on top of the limit, and are themselves no larger than it. What an add-on writes
+/// through a reference of an earlier operation, without asking again, is not seen.
 class History {
  public:
   static constexpr std::int64_t kDefaultLimit = std::int64_t{512} << 20;

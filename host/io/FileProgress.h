@@ -1,6 +1,7 @@
 // How far the reading or the writing of files is.
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <utility>
 
@@ -13,10 +14,14 @@ struct FileProgress {
   double first = 0.0;
   double last = 1.0;
   bool isCancelled = false;
+  double told = 0.0;
 
-  /// fraction: of the part in hand.
+  /// fraction: of the part in hand. What was told is never taken back: some readers begin anew with
+  /// each section of a file.
   void Say(double fraction) {
-    if (tell && !isCancelled) isCancelled = !tell(first + fraction * (last - first));
+    if (!tell || isCancelled) return;
+    told = std::max(told, first + fraction * (last - first));
+    isCancelled = !tell(told);
   }
 };
 
@@ -24,8 +29,7 @@ struct FileProgress {
 class ProgressTold {
  public:
   ProgressTold(FileProgress& progress, std::function<bool(double)> tell)
-      : m_progress(progress),
-        m_before(std::exchange(progress, {std::move(tell), 0.0, 1.0, false})) {}
+      : m_progress(progress), m_before(std::exchange(progress, FileProgress{std::move(tell)})) {}
   ~ProgressTold() { m_progress = std::move(m_before); }
   ProgressTold(const ProgressTold&) = delete;
   ProgressTold& operator=(const ProgressTold&) = delete;

@@ -15,7 +15,7 @@ void Perform(Host& host, const std::string& name, const std::function<void()>& d
   const HistoryOperation operation(host.history, name);
   deed();
   host.idle.Run();
-  host.progress.Set(0.0);
+  host.progress.End();
 }
 
 void ActAs(Host& host, const std::string& command, const std::function<void(Host&)>& deed) {

@@ -4,8 +4,9 @@ namespace qelhost {
 
 bool Messages::Show(const std::string& text, QelMessageBox_e kind) {
   if (m_sink) m_sink(text, kind);
-  if (!isBatch && m_box) return m_box(text, kind);
-  if (kind != MessageBox_YesNo && kind != MessageBox_OkCancel) return true;
+  const bool isQuestion = kind == MessageBox_YesNo || kind == MessageBox_OkCancel;
+  if (!isBatch && m_box) return m_box(text, kind) || !isQuestion;
+  if (!isQuestion) return true;
   if (m_answers.empty()) return false;
   const bool answer = m_answers.front();
   m_answers.pop_front();

@@ -15,7 +15,8 @@ class Messages {
  public:
   using Sink = std::function<void(const std::string& text, QelMessageBox_e kind)>;
 
-  /// Shows a text with the buttons of its kind and waits: true on Yes and OK.
+  /// Shows a text with the buttons of its kind and waits: true on Yes and OK. What it answers to a
+  /// text that asks nothing does not matter.
   using Box = std::function<bool(const std::string& text, QelMessageBox_e kind)>;
   using WaitWatch = std::function<void(const std::string& text)>;
 

@@ -37,6 +37,39 @@ TEST_F(Record, PlaysBackToTheSameBits) {
   EXPECT_TRUE(IsSameData(ReadData(Path("first.vtu")), ReadData(Path("second.vtu"))));
 }
 
+TEST_F(Record, OfUndoAndRedoPlaysBackToTheSameBits) {
+  const std::string alterT = "Marquell ALTERAREA VARIABLE=\"T\" MODIFIER=\"=0.1\" RULE=ANYINSIDE";
+  const std::string alterId = "Marquell ALTERAREA VARIABLE=\"id\" MODIFIER=\"+100\" RULE=ALLINSIDE";
+  const std::string circle = "Marquell PICKCIRCLE ANCHORX=0.25 ANCHORY=0.25 RADIUS=1.5";
+  WriteText("long.journal",
+            Journal({circle, alterT, "$!UNDO", alterT, alterId, "$!UNDO", "$!UNDO", "$!REDO",
+                     "Marquell ALTERAREA VARIABLE=\"T\" MODIFIER=\"*2\" RULE=ANYINSIDE",
+                     "Marquell UNDOALTER", "$!UNDO", "$!UNDO", "Marquell BLANKAREA RULE=ALLINSIDE",
+                     "$!UNDO", "$!REDO"}));
+  WriteText("short.journal", Journal({circle, alterT, "Marquell BLANKAREA RULE=ALLINSIDE"}));
+  const Outcome undone =
+      Run({"run", "long.journal", "in.vtu", "-o", "long.vtu", "--record", "again.journal"});
+  ASSERT_EQ(undone.exitCode, 0) << undone.err;
+  const Outcome plain = Run({"run", "short.journal", "in.vtu", "-o", "short.vtu"});
+  ASSERT_EQ(plain.exitCode, 0) << plain.err;
+  const Outcome again =
+      Run({"run", "again.journal", "in.vtu", "-o", "again.vtu", "--report", "report.json"});
+  ASSERT_EQ(again.exitCode, 0) << again.err;
+  EXPECT_FALSE(IsSameData(ReadData(Path("in.vtu")), ReadData(Path("short.vtu"))));
+  EXPECT_TRUE(IsSameData(ReadData(Path("short.vtu")), ReadData(Path("long.vtu"))));
+  EXPECT_TRUE(IsSameData(ReadData(Path("long.vtu")), ReadData(Path("again.vtu"))));
+  EXPECT_EQ(ReadText("again.journal"), ReadText("long.journal"));
+}
+
+TEST_F(Record, OfMoreUndoThanThereWasStopsAtTheLine) {
+  WriteText("edits.journal",
+            Journal({"Marquell ALTERELEMENT VARIABLE=\"T\" MODIFIER=\"+1\" ZONE=1 ELEMENT=1",
+                     "$!UNDO", "$!UNDO"}));
+  const Outcome outcome = Run({"run", "edits.journal", "in.vtu", "-o", "out.vtu"});
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_TRUE(IsOneLineWith(outcome.err, {"edits.journal:4", "$!UNDO", "nothing to undo"}));
+}
+
 TEST_F(Record, HoldsThePlayedLinesWordForWordAndNoFailedOne) {
   const std::vector<std::string> lines = {
       "marquell NOTHING",

@@ -151,7 +151,21 @@ TEST_F(HostCommandsOnData, RefuseWhatDoesNotExistByName) {
   EXPECT_THAT(RunError("$!ZONE 7 ACTIVE=NO"), HasSubstr("there is no zone 7"));
   EXPECT_THAT(RunError("$!FRAME 7"), HasSubstr("there is no frame 7"));
   EXPECT_THAT(RunError("$!OPEN /nowhere/none.vtu"), HasSubstr("/nowhere/none.vtu"));
-  EXPECT_THAT(RunError("$!UNDO"), HasSubstr("history"));
+  EXPECT_THAT(RunError("$!UNDO"), HasSubstr("no history is kept"));
+  EXPECT_THAT(RunError("$!REDO"), HasSubstr("no history is kept"));
+  host.history.isKept = true;
+  EXPECT_THAT(RunError("$!UNDO"), HasSubstr("there is nothing to undo"));
+  EXPECT_THAT(RunError("$!REDO"), HasSubstr("there is nothing to redo"));
+  host.history.isKept = false;
+}
+
+TEST(HostCommandsOfHistory, AreKnownByTheirName) {
+  for (const char* line : {"$!UNDO", "$!redo", "$!Undo  ", "$!REDO\r\n"}) {
+    EXPECT_TRUE(NeedsHistory(line)) << line;
+  }
+  for (const char* line : {"$!UNDOALL", "$!OPEN UNDO", "Marquell UNDOALTER", "UNDO", "$!", ""}) {
+    EXPECT_FALSE(NeedsHistory(line)) << line;
+  }
 }
 
 TEST_F(HostCommandsOnData, SetABlankingConstraintWithoutItsClosingBraces) {

@@ -87,5 +87,104 @@ TEST_F(UserActions, WhatChangedUnsaidIsSaidFirst) {
               ElementsAre("# marquell journal 1", "$!TIME 3", "$!VIEW PSI=20"));
 }
 
+/// Writes into the active data as an add-on would.
+void Alter(Host& host, LgIndex_t item, double value) {
+  const DataSetPtr data = host.frames.Active()->Data();
+  const LgIndex_t p = data->VariableNumber("p");
+  QelFieldData* const field = data->Writable(1, p);
+  host.history.BeforeWriting(data, 1, p);
+  field->set(field, item, value);
+}
+
+class UserActionsInHistory : public UserActions {
+ protected:
+  UserActionsInHistory() { host.history.isKept = true; }
+  ~UserActionsInHistory() override { host.history.isKept = false; }
+
+  std::vector<std::string> Steps() {
+    return host.history.UndoNames(host.frames.Active()->Data()->Id());
+  }
+};
+
+TEST_F(UserActionsInHistory, AreOneStepWithWhatTheyQueueAndSetOff) {
+  Perform(host, "Deed", [this] {
+    Alter(host, 0, 1.0);
+    Perform(host, "Inner", [this] { Alter(host, 1, 1.0); });
+    host.idle.Add([](ArbParam_t) { Alter(Host::Instance(), 2, 1.0); }, 0);
+  });
+  EXPECT_THAT(Steps(), ElementsAre("Deed: p"));
+  UndoLast(host);
+  EXPECT_EQ(host.frames.Active()->Data()->VariableRange(4).max, 0.0);
+}
+
+TEST_F(UserActionsInHistory, ThatFailAreAStepOfWhatTheyDidUntilThen) {
+  EXPECT_THROW(Perform(host, "Deed",
+                       [this] {
+                         Alter(host, 0, 1.0);
+                         throw CommandError("no");
+                       }),
+               CommandError);
+  EXPECT_THAT(Steps(), ElementsAre("Deed: p"));
+  Perform(host, "Next", [this] { Alter(host, 1, 1.0); });
+  EXPECT_THAT(Steps(), ElementsAre("Next: p", "Deed: p"));
+}
+
+TEST_F(UserActionsInHistory, OfUndoAndRedoAreRecordedAndTellWhenThereIsNone) {
+  Perform(host, "Deed", [this] { Alter(host, 0, 1.0); });
+  UndoLast(host);
+  EXPECT_THROW(UndoLast(host), CommandError);
+  RedoLast(host);
+  EXPECT_THROW(RedoLast(host), CommandError);
+  EXPECT_THAT(host.recorder.Lines(), ElementsAre("# marquell journal 1", "$!UNDO", "$!REDO"));
+}
+
+TEST_F(UserActions, ByAnotherWayAreRecordedAsTheirCommand) {
+  host.frames.Active()->solutionTime = 3.0;
+  ActAs(host, "$!OPEN \"file.vtu\"", [](Host& its) {
+    EXPECT_EQ(its.lock.Owner(), LockStack::kHostName);
+    its.ShowFile(MakeData(2, 2, 2), "file.vtu");
+  });
+  EXPECT_EQ(host.frames.Active()->fileName, "file.vtu");
+  EXPECT_THAT(host.recorder.Lines(),
+              ElementsAre("# marquell journal 1", "$!TIME 3", "$!OPEN \"file.vtu\""));
+  EXPECT_THROW(ActAs(host, "$!OPEN x", [](Host&) { throw CommandError("no"); }), CommandError);
+  EXPECT_EQ(host.recorder.Lines().size(), 3U);
+}
+
+TEST_F(UserActionsInHistory, InADialogAreNamedByTheirControl) {
+  DialogModel& dialogs = host.dialogs;
+  ControlCallbacks callbacks;
+  callbacks.pressed = [] { Alter(Host::Instance(), 0, 1.0); };
+  callbacks.chosen = [](LgIndex_t n) { Alter(Host::Instance(), 1, 10.0 + n); };
+  callbacks.entered = [](const char*) {
+    Alter(Host::Instance(), 2, 3.0);
+    return true;
+  };
+  callbacks.up = [] { Alter(Host::Instance(), 3, 4.0); };
+  ControlCallbacks none;
+  const LgIndex_t dialog =
+      dialogs.Add(ControlKind::Dialog, DialogModel::kMainDialog, {}, none, "Title");
+  const LgIndex_t button = dialogs.Add(ControlKind::Button, dialog, {}, callbacks, "Apply");
+  const LgIndex_t toggle = dialogs.Add(ControlKind::BitmapToggle, dialog, {}, callbacks);
+  const LgIndex_t menu = dialogs.Add(ControlKind::OptionMenu, dialog, {}, callbacks);
+  const LgIndex_t field = dialogs.Add(ControlKind::SpinTextField, dialog, {}, callbacks, "0.5");
+  dialogs.Find(toggle)->toolTip = "Use a circle";
+  dialogs.Find(menu)->items = {"a", "b"};
+  dialogs.Find(menu)->toolTip = "Rule";
+  dialogs.Find(field)->toolTip = "Size";
+  EXPECT_FALSE(PressControl(host, button)) << "the dialog is not up";
+  dialogs.Launch(dialog);
+  EXPECT_TRUE(PressControl(host, button));
+  EXPECT_TRUE(ToggleControl(host, toggle, true));
+  EXPECT_TRUE(ChooseItem(host, menu, 2));
+  EXPECT_TRUE(EnterText(host, field, "7"));
+  EXPECT_TRUE(Spin(host, field, true));
+  EXPECT_FALSE(ChooseItem(host, menu, 3));
+  EXPECT_FALSE(PressControl(host, toggle));
+  EXPECT_TRUE(CloseDialog(host, dialog));
+  EXPECT_FALSE(AskForHelp(host, dialog));
+  EXPECT_THAT(Steps(), ElementsAre("Size: p", "Size: p", "Rule: p", "Use a circle: p", "Apply: p"));
+}
+
 }  // namespace
 }  // namespace qelhost

@@ -87,6 +87,7 @@ std::vector<std::vector<double>> ValuesOf(DataSet& data) {
 User::User(MakeData makeData) : host(Host::Instance()), m_makeData(std::move(makeData)) {
   host.LoadAddOns({MARQUELL_ADDON});
   host.messages.isBatch = false;
+  host.history.isKept = true;
   host.messages.SetSink(
       [this](const std::string& text, QelMessageBox_e) { m_said.push_back(text); });
   ShowAll();
@@ -96,6 +97,7 @@ User::User(MakeData makeData) : host(Host::Instance()), m_makeData(std::move(mak
 User::~User() {
   host.recorder.Stop();
   host.CloseAll();
+  host.history.isKept = false;
   host.messages.SetSink(nullptr);
   EXPECT_EQ(host.lock.Depth(), 0U) << "a lock was left open";
 }
@@ -116,8 +118,7 @@ void User::Draw(const std::string& geometryCommand) { Act(host, "$!GEOMETRY " + 
 void User::Do(const std::string& hostCommand) { Act(host, hostCommand); }
 
 void User::Click(LgIndex_t zone, LgIndex_t cell, LgIndex_t node, bool withCtrl) {
-  EXPECT_TRUE(ClickProbe(host, zone, cell, node, withCtrl)) << "no probe waits for a click";
-  host.idle.Run();
+  EXPECT_TRUE(Probe(host, zone, cell, node, withCtrl)) << "no probe waits for a click";
 }
 
 void User::AnswerNext(bool yes) { host.messages.QueueAnswer(yes); }
@@ -147,18 +148,15 @@ LgIndex_t User::SpinField(int n) const {
 }
 
 void User::Press(const std::string& label) {
-  EXPECT_TRUE(host.dialogs.Press(Find(ControlKind::Button, label))) << label;
-  host.idle.Run();
+  EXPECT_TRUE(PressControl(host, Find(ControlKind::Button, label))) << label;
 }
 
 void User::Tool(const std::string& tip, bool on) {
-  EXPECT_TRUE(host.dialogs.Toggle(Find(ControlKind::BitmapToggle, tip), on)) << tip;
-  host.idle.Run();
+  EXPECT_TRUE(ToggleControl(host, Find(ControlKind::BitmapToggle, tip), on)) << tip;
 }
 
 void User::Toggle(const std::string& label, bool on) {
-  EXPECT_TRUE(host.dialogs.Toggle(Find(ControlKind::Toggle, label), on)) << label;
-  host.idle.Run();
+  EXPECT_TRUE(ToggleControl(host, Find(ControlKind::Toggle, label), on)) << label;
 }
 
 void User::ChooseItem(const std::string& item) {
@@ -168,8 +166,7 @@ void User::ChooseItem(const std::string& item) {
       const bool isChoice =
           control.kind == ControlKind::OptionMenu || control.kind == ControlKind::RadioBox;
       if (!isChoice || control.items[i] != item) continue;
-      EXPECT_TRUE(host.dialogs.Choose(id, static_cast<LgIndex_t>(i) + 1)) << item;
-      host.idle.Run();
+      EXPECT_TRUE(qelhost::ChooseItem(host, id, static_cast<LgIndex_t>(i) + 1)) << item;
       return;
     }
   }
@@ -179,33 +176,24 @@ void User::ChooseItem(const std::string& item) {
 void User::ChooseVariable(const std::string& name) { ChooseItem(name); }
 
 void User::EnterModifier(const std::string& text) {
-  EXPECT_TRUE(host.dialogs.Enter(
-      Find(ControlKind::TextField, "Define modifier for picked notes/cells"), text));
-  host.idle.Run();
+  EXPECT_TRUE(EnterText(
+      host, Find(ControlKind::TextField, "Define modifier for picked notes/cells"), text));
 }
 
-void User::Page(LgIndex_t page) {
-  EXPECT_TRUE(host.dialogs.TurnToPage(Find(ControlKind::Tab, ""), page));
-  host.idle.Run();
-}
+void User::Page(LgIndex_t page) { EXPECT_TRUE(TurnToPage(host, Find(ControlKind::Tab, ""), page)); }
 
-void User::Spin(int n, bool up) {
-  EXPECT_TRUE(host.dialogs.Spin(SpinField(n), up)) << n;
-  host.idle.Run();
-}
+void User::Spin(int n, bool up) { EXPECT_TRUE(qelhost::Spin(host, SpinField(n), up)) << n; }
 
 void User::EnterNumber(int n, const std::string& text) {
-  EXPECT_TRUE(host.dialogs.Enter(SpinField(n), text)) << n;
-  host.idle.Run();
+  EXPECT_TRUE(EnterText(host, SpinField(n), text)) << n;
 }
 
 void User::CloseDialog() {
-  EXPECT_TRUE(host.dialogs.CloseWindow(Find(ControlKind::Dialog, "Marquell")));
-  host.idle.Run();
+  EXPECT_TRUE(qelhost::CloseDialog(host, Find(ControlKind::Dialog, "Marquell")));
 }
 
 void User::AskForHelp() {
-  EXPECT_TRUE(host.dialogs.AskForHelp(Find(ControlKind::Dialog, "Marquell")));
+  EXPECT_TRUE(qelhost::AskForHelp(host, Find(ControlKind::Dialog, "Marquell")));
 }
 
 bool User::IsDialogUp() const { return host.dialogs.IsUp(Find(ControlKind::Dialog, "Marquell")); }

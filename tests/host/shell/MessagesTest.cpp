@@ -37,6 +37,23 @@ TEST(Messages, QuestionsAreAnsweredNoUnlessAnAnswerWasQueued) {
   EXPECT_FALSE(messages.Show("e", MessageBox_OkCancel));
 }
 
+TEST(Messages, AreAnsweredByTheBoxOfAWindow) {
+  Messages messages;
+  std::vector<std::string> shown;
+  messages.SetBox([&shown](const std::string& text, QelMessageBox_e) {
+    shown.push_back(text);
+    return text == "yes";
+  });
+  messages.QueueAnswer(false);
+  EXPECT_FALSE(messages.Show("batch", MessageBox_YesNo));
+  EXPECT_TRUE(shown.empty()) << "there is no user";
+  messages.isBatch = false;
+  EXPECT_TRUE(messages.Show("yes", MessageBox_YesNo));
+  EXPECT_FALSE(messages.Show("no", MessageBox_OkCancel));
+  EXPECT_TRUE(messages.Show("told", MessageBox_Information));
+  EXPECT_THAT(shown, ElementsAre("yes", "no", "told"));
+}
+
 int chosen = 0;
 void Choose() { ++chosen; }
 
