@@ -15,7 +15,9 @@
 #include "qelvane/QelGUI.h"
 #include "qelvane/QelUtil.h"
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 
 namespace qelvane::qelutiltools {
 
@@ -154,6 +156,18 @@ constexpr Row kRows[] = {
     {StateChange_NewActiveFrame, FollowFrame},
 };
 
+bool IsFollowed(QelStateChange_t code) {
+  return std::any_of(std::begin(kRows), std::end(kRows),
+                     [code](const Row& row) { return row.code == code; });
+}
+
+/// Whether the change can take a box or a sphere, or its dialog, out of the user's hands. What the
+/// add-on does itself is half done yet: a sphere's zone comes and goes as it moves.
+bool TouchesShape(const Change& change) {
+  return !change.isOwn && (change.code == StateChange_ZonesDeleted ||
+                           change.code == StateChange_DataSetReset || IsFollowed(change.code));
+}
+
 /// Whether the change can decide if the menu entry applies.
 bool TouchesMenu(QelStateChange_t code) {
   return code == StateChange_FrameDeleted ||
@@ -164,17 +178,16 @@ bool TouchesMenu(QelStateChange_t code) {
 
 void StateChangeCallback(QelStateChange_t code) {
   bool touchesMenu = false;
-  bool isOwn = false;
+  bool touchesShape = false;
   Contain(nullptr, [&] {
     const Change change = ChangeOf(code);
-    isOwn = change.isOwn;
+    touchesShape = TouchesShape(change);
     touchesMenu = TouchesMenu(code);
     for (const Row& row : kRows) {
       if (row.code == code) row.follow(change);
     }
   });
-  // What the add-on does itself is half done yet: a sphere's zone comes and goes as it moves.
-  if (!isOwn) FollowShape();
+  if (touchesShape) FollowShape();
   // Also after an error: the entry must not stay open to a plot that is gone.
   if (touchesMenu) Contain(nullptr, UpdateMenuSensitivity);
 }

@@ -146,13 +146,24 @@ TEST_F(Tracking, IgnoresEveryOtherCode) {
   const std::set<QelStateChange_t> followed = {1, 6, 7, 9, 15, 17, 25, 36, 39, 44, 51};
   const std::set<std::string> questions = {"QelUtilLockIsOn", "QelUtilLockGetCurrentOwnerName",
                                            "QelUtilStringDealloc"};
+  // Where the host lets the box be dragged, it has to know whether the box is still there.
+  const std::set<QelStateChange_t> touchShape = {StateChange_ZonesDeleted,
+                                                 StateChange_DataSetReset};
+  const std::set<std::string> shapeQuestions = {
+      "QelUtilExtensionGet",       "QelUtilLockStart",          "QelUtilLockFinish",
+      "QelGUIDialogIsUp",          "QelUtilFrameGetPlotType",   "QelUtilDataSetGetUniqueID",
+      "QelUtilDataSetIsAvailable", "QelUtilDataSetGetNumZones", "QelUtilDataSetGetInfo",
+      "QelUtilZoneGetName"};
   ASSERT_TRUE(host.Switch(Ids().cubeTool, true));
   for (QelStateChange_t code = -3; code <= 120; ++code) {
     if (followed.count(code) != 0) continue;
     host.calls.clear();
     host.Deliver(code, {"PLOTTYPE"});
     for (const CallRecord& call : host.calls) {
-      EXPECT_EQ(questions.count(call.function), 1U) << "code " << code << ": " << call.function;
+      const bool isOfShape =
+          touchShape.count(code) != 0 && shapeQuestions.count(call.function) != 0;
+      EXPECT_TRUE(isOfShape || questions.count(call.function) != 0)
+          << "code " << code << ": " << call.function;
     }
   }
   EXPECT_TRUE(host.IsDialogUp());
