@@ -27,19 +27,32 @@ void ForRange(bool mayShare, std::int64_t count, const Body& body) {
   }
 }
 
+template <int kSize, class Found>
+void FindDifferencesOf(const char* a, const char* b, std::int64_t count, const Found& found) {
+  constexpr std::int64_t kBlock = 64;
+  for (std::int64_t from = 0; from < count; from += kBlock) {
+    const std::int64_t to = std::min(from + kBlock, count);
+    const auto bytes = static_cast<std::size_t>((to - from) * kSize);
+    if (std::memcmp(a + from * kSize, b + from * kSize, bytes) == 0) continue;
+    for (std::int64_t i = from; i < to; ++i) {
+      if (std::memcmp(a + i * kSize, b + i * kSize, kSize) != 0) found(i);
+    }
+  }
+}
+
 /// Calls found(i) for every i at which the two differ.
 template <class Found>
 void FindDifferences(const char* a, const char* b, int size, std::int64_t count,
                      const Found& found) {
-  constexpr std::int64_t kBlock = 64;
-  for (std::int64_t from = 0; from < count; from += kBlock) {
-    const std::int64_t to = std::min(from + kBlock, count);
-    const auto bytes = static_cast<std::size_t>((to - from) * size);
-    if (std::memcmp(a + from * size, b + from * size, bytes) == 0) continue;
-    for (std::int64_t i = from; i < to; ++i) {
-      const auto one = static_cast<std::size_t>(size);
-      if (std::memcmp(a + i * size, b + i * size, one) != 0) found(i);
-    }
+  switch (size) {
+    case 1:
+      return FindDifferencesOf<1>(a, b, count, found);
+    case 2:
+      return FindDifferencesOf<2>(a, b, count, found);
+    case 4:
+      return FindDifferencesOf<4>(a, b, count, found);
+    default:
+      return FindDifferencesOf<8>(a, b, count, found);
   }
 }
 

@@ -98,7 +98,9 @@ TEST(History, OfTheAddOnAndOfTheWindowReplayTogether) {
   RedoLast(user.host);
   EXPECT_EQ(Now(user), undone);
   user.Press("Apply Alteration");
+  EXPECT_TRUE(user.IsSensitive("Undo last alter"));
   UndoLast(user.host);
+  EXPECT_FALSE(user.IsSensitive("Undo last alter")) << "what it would take back is gone";
   user.EnterModifier("+1");
   user.Press("Apply Alteration");
   user.Press("Undo last alter");
