@@ -21,7 +21,15 @@ Matrix Product(const Matrix& a, const Matrix& b) {
   return product;
 }
 
-double Degrees(double y, double x) { return AddDegrees(std::atan2(y, x) * kDegreesPerRadian, 0.0); }
+/// Whole degrees where only rounding is missing: a view along an axis has to stay exact.
+double Tidy(double angleDeg) {
+  constexpr double kRounding = 1e-11;
+  const double whole = std::nearbyint(angleDeg);
+  const double tidied = std::fabs(angleDeg - whole) < kRounding ? whole : angleDeg;
+  return tidied == 0.0 ? 0.0 : tidied;
+}
+
+double Degrees(double y, double x) { return Tidy(std::atan2(y, x) * kDegreesPerRadian); }
 
 Matrix RotationOf(const View& view) { return ProjectionOf(view).rotation; }
 
@@ -36,8 +44,7 @@ View WithRotation(const View& view, const Matrix& r) {
     // Seen along its own Z alpha and theta turn about the same axis.
     turned.psiDeg = r[8] > 0.0 ? 0.0 : 180.0;
     const double angle = Degrees(r[3], r[0]);
-    turned.alphaDeg =
-        r[8] > 0.0 ? AddDegrees(angle, -view.thetaDeg) : AddDegrees(view.thetaDeg, -angle);
+    turned.alphaDeg = r[8] > 0.0 ? Tidy(angle - view.thetaDeg) : Tidy(view.thetaDeg - angle);
   } else {
     turned.psiDeg = isBehind ? Degrees(-sine, r[8]) : Degrees(sine, r[8]);
     turned.alphaDeg = isBehind ? Degrees(r[6], r[7]) : Degrees(-r[6], -r[7]);

@@ -17,6 +17,7 @@ struct DataBox {
 
   bool IsEmpty() const { return min[0] > max[0]; }
   void Add(const DataBox& other);
+  bool operator==(const DataBox& other) const { return min == other.min && max == other.max; }
   std::array<double, 3> Corner(int n) const {
     return {n & 1 ? max[0] : min[0], n & 2 ? max[1] : min[1], n & 4 ? max[2] : min[2]};
   }

@@ -10,6 +10,7 @@
 #include <map>
 #include <utility>
 
+#include "Axes.h"
 #include "HighlightDrawing.h"
 #include "Margin.h"
 #include "Overlay.h"
@@ -47,13 +48,17 @@ class PlotScene::Parts {
   vtkRenderer* MarginRenderer() const { return m_marginRenderer; }
 
   void Update(Frame& frame, const PlotLook& look, int width, int height) {
-    const PixelBox box{0, 0, Share(kPlotWidth, width), Share(kPlotHeight, height)};
-    m_plotRenderer->SetViewport(0.0, 0.0, static_cast<double>(box.width) / width,
-                                static_cast<double>(box.height) / height);
+    const double textSize = TextSizeOf(look, height);
+    const PixelBox box = PlotBox(frame, look, width, height, textSize);
+    m_plotRenderer->SetViewport(static_cast<double>(box.x) / width,
+                                static_cast<double>(box.y) / height,
+                                static_cast<double>(box.x + box.width) / width,
+                                static_cast<double>(box.y + box.height) / height);
     UpdateZones(frame, look, height);
     camera.Place(frame.plotType, frame.view, m_extent, box);
     camera.Apply(m_plotRenderer->GetActiveCamera());
-    UpdateMargin(frame, look, width, height);
+    UpdateMargin(frame, look, width, height, textSize);
+    UpdateAxes(frame, look, textSize);
     UpdateHighlights(look.scale);
     overlay.Update(frame.geometries, camera, std::max(look.scale, 0.3 * height / 100.0),
                    look.scale);
@@ -107,6 +112,8 @@ class PlotScene::Parts {
   vtkNew<vtkRenderer> m_plotRenderer;
   vtkNew<vtkRenderer> m_marginRenderer;
   MarginDrawing m_margin{m_marginRenderer};
+  Axes m_axes{m_marginRenderer, m_plotRenderer};
+  OrientationMarker m_orientation{m_plotRenderer};
 
  public:
   Overlay overlay{m_plotRenderer};
@@ -143,6 +150,39 @@ class PlotScene::Parts {
     }
   }
 
+  static double TextSizeOf(const PlotLook& look, int height) {
+    constexpr double kLargestText = 15.0;
+    return look.textSize > 0.0 ? look.textSize : std::min(height / 40.0, kLargestText * look.scale);
+  }
+
+  static PixelBox PlotBox(const Frame& frame, const PlotLook& look, int width, int height,
+                          double textSize) {
+    PixelBox box{0, 0, Share(kPlotWidth, width), Share(kPlotHeight, height)};
+    const bool hasFlatAxes = look.showAxes && frame.plotType == PlotType_Cartesian2D;
+    const int left = AxisMarginLeft(textSize);
+    const int below = AxisMarginBelow(textSize);
+    // A window too small for both shows the plot.
+    if (!hasFlatAxes || 2 * left > box.width || 2 * below > box.height) return box;
+    return {left, below, box.width - left, box.height - below};
+  }
+
+  void UpdateAxes(const Frame& frame, const PlotLook& look, double textSize) {
+    const bool isSolid = frame.plotType == PlotType_Cartesian3D;
+    const bool hasRoom = isSolid || camera.Box().x > 0;
+    if (!look.showAxes || !hasRoom) {
+      m_axes.Hide();
+    } else if (isSolid) {
+      m_axes.ShowSolid(camera, m_extent, textSize, look.scale);
+    } else {
+      m_axes.ShowFlat(camera, textSize, look.scale);
+    }
+    if (look.showOrientation && isSolid) {
+      m_orientation.Show(camera, textSize, look.scale);
+    } else {
+      m_orientation.Hide();
+    }
+  }
+
   void UpdateHighlights(double scale) {
     for (const auto& highlight : m_highlights) {
       const auto zone = std::find_if(m_zones.begin(), m_zones.end(), [&](const auto& entry) {
@@ -152,8 +192,7 @@ class PlotScene::Parts {
     }
   }
 
-  void UpdateMargin(Frame& frame, const PlotLook& look, int width, int height) {
-    constexpr double kLargestText = 15.0;
+  void UpdateMargin(Frame& frame, const PlotLook& look, int width, int height, double textSize) {
     MarginContent content;
     content.caption = look.caption;
     const Variable* const variable =
@@ -164,8 +203,7 @@ class PlotScene::Parts {
     content.max = look.max;
     content.width = width;
     content.height = height;
-    content.textSize =
-        look.textSize > 0.0 ? look.textSize : std::min(height / 40.0, kLargestText * look.scale);
+    content.textSize = textSize;
     m_margin.Update(content);
   }
 

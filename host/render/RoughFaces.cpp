@@ -13,6 +13,16 @@ class CubeNumbers {
 
   /// The number of the cube; a new one is the count of those before.
   std::int32_t Of(std::uint64_t cube) {
+    // Points that follow each other mostly lie together.
+    if (cube == m_last) return m_lastNumber;
+    m_last = cube;
+    return m_lastNumber = NumberOf(cube);
+  }
+
+ private:
+  static constexpr std::int32_t kEmpty = -1;
+
+  std::int32_t NumberOf(std::uint64_t cube) {
     if (2 * m_cubes.size() >= m_slots.size()) Grow();
     const std::size_t slot = Find(cube);
     if (m_slots[slot] == kEmpty) {
@@ -21,9 +31,6 @@ class CubeNumbers {
     }
     return m_slots[slot];
   }
-
- private:
-  static constexpr std::int32_t kEmpty = -1;
 
   std::size_t Find(std::uint64_t cube) const {
     const std::size_t mask = m_slots.size() - 1;
@@ -43,6 +50,8 @@ class CubeNumbers {
 
   std::vector<std::int32_t> m_slots;
   std::vector<std::uint64_t> m_cubes;
+  std::uint64_t m_last = ~std::uint64_t{0};
+  std::int32_t m_lastNumber = kEmpty;
 };
 
 /// For each point the one that stands for all in its cube.
