@@ -75,37 +75,6 @@ Line HandlesOf(const Geometry& geometry) {
 
 }  // namespace
 
-std::vector<FlatPoint> OutlineOf(const Geometry& geometry) {
-  const double x = geometry.anchor[0];
-  const double y = geometry.anchor[1];
-  const double width = geometry.size[0];
-  switch (geometry.type) {
-    case GeomType_Rectangle:
-    case GeomType_Square: {
-      const double height = geometry.type == GeomType_Square ? width : geometry.size[1];
-      return {{x, y}, {x + width, y}, {x + width, y + height}, {x, y + height}, {x, y}};
-    }
-    case GeomType_Circle:
-    case GeomType_Ellipse: {
-      constexpr int kSides = 96;
-      constexpr double kTurn = 6.283185307179586;
-      const double height = geometry.type == GeomType_Circle ? width : geometry.size[1];
-      Line outline;
-      for (int side = 0; side <= kSides; ++side) {
-        const double angle = kTurn * side / kSides;
-        outline.push_back({x + width * std::cos(angle), y + height * std::sin(angle)});
-      }
-      return outline;
-    }
-    default: {
-      Line outline;
-      for (const auto& [px, py] : geometry.points) outline.push_back({x + px, y + py});
-      if (outline.size() > 2) outline.push_back(outline.front());
-      return outline;
-    }
-  }
-}
-
 void FlatLayer::Show(FlatLines lines) {
   if (lines == m_shown) return;
   m_shown = std::move(lines);

@@ -17,9 +17,6 @@ namespace qelhost {
 
 using FlatPoint = std::array<double, 2>;
 
-/// The outline of a geometry in grid coordinates; closed ones end where they begin.
-std::vector<FlatPoint> OutlineOf(const Geometry& geometry);
-
 /// Lines of one look, in pixels.
 struct FlatLines {
   std::vector<std::vector<FlatPoint>> lines;
