@@ -159,6 +159,7 @@ void TextLayer::Show(const std::vector<PlacedText>& texts, double size) {
 
 int AxisMarginLeft(double textSize) { return static_cast<int>(5.5 * textSize); }
 int AxisMarginBelow(double textSize) { return static_cast<int>(2.4 * textSize); }
+int BoxAxisClearance(double textSize) { return static_cast<int>(4.0 * textSize); }
 
 Axes::Axes(vtkRenderer* margin, vtkRenderer* plot)
     : m_plot(plot),
@@ -218,24 +219,29 @@ void Axes::ShowFlat(const PlotCamera& camera, double textSize, double scale) {
   std::vector<PlacedText> texts;
   const std::array<double, 2> low = camera.GridAt(box.x, box.y);
   const std::array<double, 2> high = camera.GridAt(right, top);
+  // The axis's own name stands at its end, instead of a number.
+  const double lastX = right - 1.5 * textSize;
+  const double lastY = top - 1.2 * textSize;
   const auto add = [&](std::size_t axis, const std::vector<double>& ticks) {
     const double step = ticks.size() > 1 ? ticks[1] - ticks[0] : high[axis] - low[axis];
     for (const double tick : ticks) {
       const std::array<double, 2> at = camera.PixelAt(tick, tick);
-      const std::string words = TickText(tick, step);
+      const FlatPoint words = axis == 0 ? FlatPoint{at[0], bottom - 1.5 * tickLength}
+                                        : FlatPoint{left - 1.5 * tickLength, at[1]};
       if (axis == 0) {
         lines.lines.push_back({{at[0], bottom}, {at[0], bottom - tickLength}});
-        texts.push_back({words, {at[0], bottom - 1.5 * tickLength}, Side::Middle, Side::Right});
       } else {
         lines.lines.push_back({{left, at[1]}, {left - tickLength, at[1]}});
-        texts.push_back({words, {left - 1.5 * tickLength, at[1]}, Side::Right, Side::Middle});
       }
+      if (at[axis] > (axis == 0 ? lastX : lastY)) continue;
+      texts.push_back({TickText(tick, step), words, axis == 0 ? Side::Middle : Side::Right,
+                       axis == 0 ? Side::Right : Side::Middle});
     }
   };
   add(0, TicksWithin(low[0], high[0], RoomForTicks(box.width, textSize, 5.0)));
   add(1, TicksWithin(low[1], high[1], RoomForTicks(box.height, textSize, 3.0)));
-  texts.push_back({"X", {right + tickLength, bottom}, Side::Left, Side::Middle});
-  texts.push_back({"Y", {left, top + tickLength}, Side::Middle, Side::Left});
+  texts.push_back({"X", {right, bottom - 1.5 * tickLength}, Side::Right, Side::Right});
+  texts.push_back({"Y", {left - 1.5 * tickLength, top}, Side::Right, Side::Right});
   m_flatLines.Show(std::move(lines));
   m_flatTexts.Show(texts, textSize);
 }

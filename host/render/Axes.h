@@ -57,6 +57,8 @@ class TextLayer {
 /// Pixels that the numbers of a flat plot's axes take from its left and lower side.
 int AxisMarginLeft(double textSize);
 int AxisMarginBelow(double textSize);
+/// Pixels on each side of a solid plot for what stands around its box.
+int BoxAxisClearance(double textSize);
 
 class Axes {
  public:

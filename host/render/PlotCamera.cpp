@@ -36,15 +36,17 @@ DataBox PlotCamera::InPlane(const Projection& projection) const {
 }
 
 double PlotCamera::FittingHalf(const DataBox& inPlane) const {
-  const double aspect = static_cast<double>(m_box.width) / m_box.height;
-  const double half =
-      0.5 * std::max(inPlane.max[1] - inPlane.min[1], (inPlane.max[0] - inPlane.min[0]) / aspect) /
-      kFill;
-  return half > 0.0 ? half : 1.0;
+  const double width = std::max(1, m_box.width - 2 * m_clearance);
+  const double height = std::max(1, m_box.height - 2 * m_clearance);
+  const double unit = std::max((inPlane.max[0] - inPlane.min[0]) / width,
+                               (inPlane.max[1] - inPlane.min[1]) / height) /
+                      kFill;
+  return unit > 0.0 ? 0.5 * unit * m_box.height : 1.0;
 }
 
 void PlotCamera::Place(QelPlotType_e plotType, const View& view, const DataBox& data,
-                       const PixelBox& box) {
+                       const PixelBox& box, int clearance) {
+  m_clearance = clearance;
   m_plotType = plotType;
   m_projection = ProjectionFor(plotType, view);
   m_data = data.IsEmpty() ? DataBox{{-0.5, -0.5, 0.0}, {0.5, 0.5, 0.0}} : data;

@@ -34,8 +34,9 @@ struct PixelBox {
 class PlotCamera {
  public:
   /// Fits what the box holds into the pixels at magnification 1. Without anything in it the plot
-  /// shows one unit around the origin.
-  void Place(QelPlotType_e plotType, const View& view, const DataBox& data, const PixelBox& box);
+  /// shows one unit around the origin. Clearance is left free on each side.
+  void Place(QelPlotType_e plotType, const View& view, const DataBox& data, const PixelBox& box,
+             int clearance);
   /// The same view of the same box of pixels gives the same camera.
   void Apply(vtkCamera* camera) const;
 
@@ -61,6 +62,7 @@ class PlotCamera {
   QelPlotType_e m_plotType = PlotType_Cartesian2D;
   DataBox m_data;
   PixelBox m_box;
+  int m_clearance = 0;
   Projection m_projection;
   std::array<double, 2> m_fitted{};  ///< the middle of the data in the plane
   std::array<double, 2> m_centre{};  ///< what the middle of the pixels shows

@@ -35,6 +35,16 @@ DataBox BoxOf(DataSet& data, LgIndex_t zoneNum) {
   return box;
 }
 
+/// Around the zones that are shown, by all of each, so that hiding cells does not move the rest.
+DataBox ExtentOf(const Frame& frame) {
+  DataBox extent;
+  for (const LgIndex_t zoneNum : frame.ZonesAt(frame.solutionTime, false)) {
+    const Zone& zone = *frame.Data()->FindZone(zoneNum);
+    if (zone.active && zone.IsFromFile()) extent.Add(BoxOf(*frame.Data(), zoneNum));
+  }
+  return extent;
+}
+
 }  // namespace
 
 class PlotScene::Parts {
@@ -54,8 +64,11 @@ class PlotScene::Parts {
                                 static_cast<double>(box.y) / height,
                                 static_cast<double>(box.x + box.width) / width,
                                 static_cast<double>(box.y + box.height) / height);
+    const bool isBoxed = look.showAxes && frame.plotType == PlotType_Cartesian3D;
+    m_extent = ExtentOf(frame);
+    camera.Place(frame.plotType, frame.view, m_extent, box,
+                 isBoxed ? BoxAxisClearance(textSize) : 0);
     UpdateZones(frame, look, height);
-    camera.Place(frame.plotType, frame.view, m_extent, box);
     camera.Apply(m_plotRenderer->GetActiveCamera());
     UpdateMargin(frame, look, width, height, textSize);
     UpdateAxes(frame, look, textSize);
@@ -108,6 +121,8 @@ class PlotScene::Parts {
   static constexpr double kLineReach = 4.0;  ///< pixels
   /// Faces that are drawn fast enough to move.
   static constexpr std::int64_t kMostFaces = 300000;
+  static constexpr double kCubePixels = 2.5;  ///< that corners of rough faces lie apart
+  static constexpr double kMostCubes = 400.0;
 
   vtkNew<vtkRenderer> m_plotRenderer;
   vtkNew<vtkRenderer> m_marginRenderer;
@@ -129,11 +144,10 @@ class PlotScene::Parts {
                               look.scale};
     std::map<std::int64_t, std::unique_ptr<ZoneDrawing>> before = std::move(m_zones);
     m_zones.clear();
-    m_extent = {};
     m_data = frame.Data();
     m_scale = look.scale;
     if (m_data == nullptr) return;
-    const bool isRough = isInteracting && m_faceCount > kMostFaces;
+    UpdateDetail(frame);
     m_faceCount = 0;
     for (const LgIndex_t zoneNum : frame.ZonesAt(frame.solutionTime, false)) {
       const Zone& zone = *frame.Data()->FindZone(zoneNum);
@@ -142,12 +156,44 @@ class PlotScene::Parts {
       const auto known = before.find(zone.Version());
       drawn = known != before.end() ? std::move(known->second)
                                     : std::make_unique<ZoneDrawing>(m_plotRenderer);
-      drawn->SetRough(isRough);
+      drawn->SetRough(m_detail);
       drawn->Update(frame, zoneNum, drawing);
       m_faceCount += drawn->Surface().Faces().Count();
-      // By all of the zone, so that hiding cells does not move the rest.
-      if (zone.IsFromFile()) m_extent.Add(BoxOf(*frame.Data(), zoneNum));
     }
+  }
+
+  /// While the view moves and there are too many faces for that: the detail to show them in.
+  void UpdateDetail(const Frame& frame) {
+    if (!isInteracting || m_faceCount <= kMostFaces) {
+      m_detail.reset();
+      return;
+    }
+    const double side = kCubePixels * camera.GridPerPixel();
+    const PixelBox& box = camera.Box();
+    const std::array<double, 2> low = camera.GridAt(box.x, box.y);
+    const std::array<double, 2> high = camera.GridAt(box.x + box.width, box.y + box.height);
+    const bool isFlat = frame.plotType != PlotType_Cartesian3D;
+    const bool isGoodEnough =
+        m_detail.has_value() && side > 0.5 * m_detail->side && side < 2.0 * m_detail->side &&
+        (!isFlat || (low[0] >= m_detail->low[0] && low[1] >= m_detail->low[1] &&
+                     high[0] <= m_detail->high[0] && high[1] <= m_detail->high[1]));
+    if (isGoodEnough) return;
+    RoughDetail detail;
+    detail.side = side;
+    if (isFlat) {
+      // As much again on each side, to move there without making it anew.
+      for (std::size_t axis = 0; axis < 2; ++axis) {
+        detail.low[axis] = 2.0 * low[axis] - high[axis];
+        detail.high[axis] = 2.0 * high[axis] - low[axis];
+      }
+    } else {
+      // What turns into sight may be any of it, so there are not to be more than all take.
+      const double longest =
+          std::max({m_extent.max[0] - m_extent.min[0], m_extent.max[1] - m_extent.min[1],
+                    m_extent.max[2] - m_extent.min[2]});
+      detail.side = std::max(side, longest / kMostCubes);
+    }
+    m_detail = detail;
   }
 
   static double TextSizeOf(const PlotLook& look, int height) {
@@ -214,6 +260,7 @@ class PlotScene::Parts {
   DataBox m_extent;
   DataSetPtr m_data;
   double m_scale = 1.0;
+  std::optional<RoughDetail> m_detail;
   std::int64_t m_faceCount = 0;  ///< of all zones at the last update
 };
 

@@ -54,29 +54,37 @@ class CubeNumbers {
   std::int32_t m_lastNumber = kEmpty;
 };
 
+constexpr std::int32_t kOutside = -1;
+
 /// For each point the one that stands for all in its cube.
-std::vector<std::int32_t> Representatives(const ZoneSurface& surface, int cubes) {
+std::vector<std::int32_t> Representatives(const ZoneSurface& surface, const RoughDetail& detail) {
+  constexpr double kMostCubes = 1 << 20;  // along one side
   const float* const at = surface.Coordinates();
-  std::array<float, 3> low, high;
+  std::array<float, 3> low;
   low.fill(std::numeric_limits<float>::max());
-  high.fill(std::numeric_limits<float>::lowest());
   for (std::int64_t point = 0; point < surface.PointCount(); ++point) {
     for (std::size_t axis = 0; axis < 3; ++axis) {
       low[axis] = std::min(low[axis], at[3 * point + static_cast<std::ptrdiff_t>(axis)]);
-      high[axis] = std::max(high[axis], at[3 * point + static_cast<std::ptrdiff_t>(axis)]);
     }
   }
-  const float longest = std::max({high[0] - low[0], high[1] - low[1], high[2] - low[2]});
-  const float perUnit = longest > 0.0F ? static_cast<float>(cubes) / longest : 0.0F;
+  const double perUnit = detail.side > 0.0 ? 1.0 / detail.side : 0.0;
   CubeNumbers numbers;
   std::vector<std::int32_t> first;
-  std::vector<std::int32_t> representatives(static_cast<std::size_t>(surface.PointCount()));
+  std::vector<std::int32_t> representatives(static_cast<std::size_t>(surface.PointCount()),
+                                            kOutside);
   for (std::int64_t point = 0; point < surface.PointCount(); ++point) {
+    const float* const place = at + 3 * point;
+    bool isInside = true;
+    for (std::size_t axis = 0; axis < 2; ++axis) {
+      const double coordinate = place[axis] + surface.Middle()[axis];
+      isInside = isInside && coordinate >= detail.low[axis] && coordinate <= detail.high[axis];
+    }
+    if (!isInside) continue;
     std::uint64_t cube = 0;
     for (std::size_t axis = 0; axis < 3; ++axis) {
-      const float place = (at[3 * point + static_cast<std::ptrdiff_t>(axis)] - low[axis]) * perUnit;
-      const bool isInside = place >= 0.0F && place <= static_cast<float>(cubes);
-      cube = cube << 20 | (isInside ? static_cast<std::uint64_t>(place) : 0);
+      const double cubes = (double{place[axis]} - low[axis]) * perUnit;
+      const bool isNumber = cubes >= 0.0 && cubes < kMostCubes;
+      cube = cube << 20 | (isNumber ? static_cast<std::uint64_t>(cubes) : 0);
     }
     const auto number = static_cast<std::size_t>(numbers.Of(cube));
     if (number == first.size()) first.push_back(static_cast<std::int32_t>(point));
@@ -87,8 +95,8 @@ std::vector<std::int32_t> Representatives(const ZoneSurface& surface, int cubes)
 
 }  // namespace
 
-FaceList RoughFaces(const ZoneSurface& surface, int cubes) {
-  const std::vector<std::int32_t> representatives = Representatives(surface, cubes);
+FaceList RoughFaces(const ZoneSurface& surface, const RoughDetail& detail) {
+  const std::vector<std::int32_t> representatives = Representatives(surface, detail);
   const FaceList& faces = surface.Faces();
   return GatherFaces(faces.Count(), [&](std::int64_t begin, std::int64_t end, FaceList& list) {
     for (std::int64_t face = begin; face < end; ++face) {
@@ -96,6 +104,10 @@ FaceList RoughFaces(const ZoneSurface& surface, int cubes) {
       const std::size_t least = faces.Size(face) == 2 ? 2 : 3;
       for (int n = 0; n < faces.Size(face); ++n) {
         const auto corner = static_cast<std::size_t>(faces.Begin(face)[n]);
+        if (representatives[corner] == kOutside) {
+          list.nodes.resize(first);
+          break;
+        }
         const std::int32_t node = surface.NodeOf(representatives[corner]);
         const auto own = list.nodes.begin() + static_cast<std::ptrdiff_t>(first);
         if (std::find(own, list.nodes.end(), node) == list.nodes.end()) list.nodes.push_back(node);

@@ -14,7 +14,6 @@
 
 #include "Actors.h"
 #include "Isolines.h"
-#include "RoughFaces.h"
 
 namespace qelhost {
 namespace {
@@ -23,7 +22,6 @@ constexpr double kSharpCosine = 0.766044443118978;  // 40 degrees
 constexpr int kIsolineCount = 10;
 constexpr double kGhostOpacity = 0.35;  ///< of zones that add-ons draw with
 constexpr double kScatterSize = 4.0;
-constexpr int kRoughCubes = 300;  ///< along the longest side: about one for three pixels
 
 bool IsLayerShown(const Frame& frame, const FieldMap& map, Layer layer) {
   const auto place = static_cast<std::size_t>(layer);
@@ -41,6 +39,12 @@ void SetColour(vtkActor* actor, const Colour& colour) {
 /// A line's thickness is given in percent of the frame.
 float Pixels(const DrawingLook& look, double percent) {
   return static_cast<float>(std::max(look.scale, percent * look.height / 100.0));
+}
+
+/// Never the same number twice.
+std::int64_t NextSurfaceVersion() {
+  static std::int64_t last = 0;
+  return ++last;
 }
 
 std::array<double, 3> MiddleOf(DataSet& data, LgIndex_t zoneNum) {
@@ -70,6 +74,13 @@ bool ZoneDrawing::IsSeen() const {
                      [](const auto& actor) { return actor != nullptr; });
 }
 
+void ZoneDrawing::SetRough(const std::optional<RoughDetail>& detail) {
+  m_isRough = detail.has_value();
+  if (!m_isRough || *detail == m_detail) return;
+  DropRough();
+  m_detail = *detail;
+}
+
 void ZoneDrawing::Update(Frame& frame, LgIndex_t zoneNum, const DrawingLook& look) {
   m_zoneNum = zoneNum;
   m_data = frame.Data().get();
@@ -82,8 +93,9 @@ void ZoneDrawing::Update(Frame& frame, LgIndex_t zoneNum, const DrawingLook& loo
     DropPart(kScatter);
   }
   if (m_isRough && m_rough == nullptr) {
-    m_rough = std::make_unique<ZoneSurface>(zone, RoughFaces(*m_surface, kRoughCubes),
-                                            m_surface->Middle());
+    m_rough =
+        std::make_unique<ZoneSurface>(zone, RoughFaces(*m_surface, m_detail), m_surface->Middle());
+    m_roughVersion = NextSurfaceVersion();
     ColourSurface(*m_rough);
   }
   UpdateLayers(frame, frame.styles.MapOf(zoneNum));
@@ -112,7 +124,7 @@ bool ZoneDrawing::UpdateFaces(Frame& frame, Zone& zone) {
   m_edges.reset();
   m_surface = std::make_unique<ZoneSurface>(zone, m_faces->Shown(m_isMasked ? &m_hidden : nullptr),
                                             MiddleOf(data, m_zoneNum));
-  ++m_surfaceVersion;
+  m_surfaceVersion = NextSurfaceVersion();
   return true;
 }
 

@@ -13,6 +13,7 @@
 #include "FaceEdges.h"
 #include "Frame.h"
 #include "PlotScene.h"
+#include "RoughFaces.h"
 #include "ZoneFaces.h"
 #include "ZoneSurface.h"
 
@@ -50,8 +51,9 @@ class ZoneDrawing {
 
   /// The zone's actors show it as it is; what did not change stays.
   void Update(Frame& frame, LgIndex_t zoneNum, const DrawingLook& look);
-  /// Whether fewer faces are shown that look alike from afar. Takes effect with the next update.
-  void SetRough(bool isRough) { m_isRough = isRough; }
+  /// Shows fewer faces that look alike from afar; all of them without a detail. Takes effect with
+  /// the next update.
+  void SetRough(const std::optional<RoughDetail>& detail);
 
   LgIndex_t ZoneNum() const { return m_zoneNum; }
   bool IsData() const { return m_isData; }
@@ -60,7 +62,7 @@ class ZoneDrawing {
   const ZoneSurface& Surface() const { return *m_surface; }
   /// The surface that is drawn now, which may be the rough one; another number whenever it changes.
   const ZoneSurface& SeenSurface() const { return m_isRough ? *m_rough : *m_surface; }
-  std::int64_t SeenVersion() const { return 2 * m_surfaceVersion + (m_isRough ? 1 : 0); }
+  std::int64_t SeenVersion() const { return m_isRough ? m_roughVersion : m_surfaceVersion; }
   const FaceEdges& Edges();
 
  private:
@@ -103,6 +105,8 @@ class ZoneDrawing {
   std::int64_t m_surfaceVersion = 0;
   std::unique_ptr<FaceEdges> m_edges;
   bool m_isRough = false;
+  RoughDetail m_detail;
+  std::int64_t m_roughVersion = 0;
   std::unique_ptr<ZoneSurface> m_rough;
 
   DataSet* m_data = nullptr;

@@ -485,9 +485,21 @@ TEST(Moving, ManyFacesAreDrawnFewerAndLookAlike) {
   Canvas canvas(kWidth, kHeight);
   const Pixels whole = canvas.Draw(frame, look);
   canvas.scene.SetInteracting(true);
-  const Pixels rough = canvas.Draw(frame, look);
-  EXPECT_LT(rough.CountOthers(whole), kWidth * kHeight / 50);
+  EXPECT_LT(canvas.Draw(frame, look).CountOthers(whole), kWidth * kHeight / 50);
+  // Near and far, and moved further than what was made at first.
+  for (const auto& [magnification, x] : {std::pair(20.0, 0.0), {20.0, -300.0}, {0.5, 0.0}}) {
+    frame.view.magnification = magnification;
+    frame.view.translation = {x, 0.0};
+    const Pixels rough = canvas.Draw(frame, look);
+    canvas.scene.SetInteracting(false);
+    EXPECT_LT(rough.CountOthers(canvas.Draw(frame, look)), kWidth * kHeight / 50) << magnification;
+    canvas.scene.SetInteracting(true);
+    EXPECT_LT(rough.CountNear({255, 255, 255}, 0),
+              magnification > 1.0 ? kWidth * kHeight / 3 : kWidth * kHeight);
+    EXPECT_EQ(canvas.Draw(frame, look).rgb, rough.rgb);
+  }
   canvas.scene.SetInteracting(false);
+  frame.view = frame.FirstView();
   EXPECT_EQ(canvas.Draw(frame, look).rgb, whole.rgb);
 }
 
