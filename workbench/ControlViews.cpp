@@ -8,6 +8,7 @@
 #include <QSignalBlocker>
 #include <QStackedWidget>
 #include <QStyle>
+#include <QStyleOptionTabWidgetFrame>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QToolButton>
@@ -155,10 +156,25 @@ class RadioBoxView : public ControlView {
   std::vector<QRadioButton*> m_buttons;
 };
 
+/// Says how much of it is frame.
+class FramedTab : public QTabWidget {
+ public:
+  using QTabWidget::QTabWidget;
+
+  QSize Frame() const {
+    constexpr int kLength = 1000;
+    QStyleOptionTabWidgetFrame option;
+    initStyleOption(&option);
+    option.rect = QRect(0, 0, kLength, kLength);
+    const QRect pages = style()->subElementRect(QStyle::SE_TabWidgetTabContents, &option, this);
+    return {kLength - pages.width(), kLength - tabBar()->sizeHint().height() - pages.height()};
+  }
+};
+
 class TabView : public ControlView {
  public:
   TabView(const Control& control, QWidget* holder, DialogDeeds& deeds)
-      : ControlView(control.id, new QTabWidget(holder)) {
+      : ControlView(control.id, new FramedTab(holder)) {
     const LgIndex_t id = control.id;
     QObject::connect(Tab(), &QTabWidget::currentChanged, Tab(),
                      [&deeds, id](int index) { deeds.TurnToPage(id, index + 1); });
@@ -166,6 +182,7 @@ class TabView : public ControlView {
   LayoutItem Ask() const override {
     LayoutItem item;
     item.barHeight = Tab()->tabBar()->sizeHint().height();
+    item.frame = static_cast<FramedTab*>(Widget())->Frame();
     item.need = QSize(Tab()->tabBar()->sizeHint().width(), 0);
     return item;
   }

@@ -22,6 +22,7 @@ struct LayoutItem {
   QSize need;           ///< the smallest size in which nothing is cut off
   int wishedWidth = 0;  ///< taken as far as there is room to the right
   int barHeight = 0;    ///< of a tab: its bar stands above the place that the dialog's author gave
+  QSize frame{0, 0};    ///< of a tab: what of its place its pages do not get
   int lineHeight = 0;   ///< of a label: of its first line, which is centred in the author's line
 };
 

@@ -4,7 +4,6 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
-#include <QDialogButtonBox>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
@@ -55,7 +54,7 @@ DialogWindow::DialogWindow(Workspace& workspace, LgIndex_t dialog, QWidget* pare
       m_dialog(dialog),
       m_scroll(new QScrollArea(this)),
       m_content(new QWidget),
-      m_footer(new QDialogButtonBox(this)) {
+      m_footer(new QHBoxLayout) {
   m_scroll->setFrameShape(QFrame::NoFrame);
   m_scroll->setFocusPolicy(Qt::NoFocus);
   m_scroll->setWidget(m_content);
@@ -64,10 +63,8 @@ DialogWindow::DialogWindow(Workspace& workspace, LgIndex_t dialog, QWidget* pare
   column->setSpacing(0);
   column->addWidget(m_scroll);
   const int margin = style()->pixelMetric(QStyle::PM_LayoutBottomMargin);
-  auto* const footerRow = new QHBoxLayout;
-  footerRow->setContentsMargins(margin, margin / 2, margin, margin);
-  footerRow->addWidget(m_footer);
-  column->addLayout(footerRow);
+  m_footer->setContentsMargins(margin, margin / 2, margin, margin);
+  column->addLayout(m_footer);
   Build();
   AddFooter();
   GiveTexts();
@@ -93,12 +90,20 @@ void DialogWindow::Sync() {
     if (entry != nullptr && !Model().IsShown(control.id)) entry->Revert();
   }
   LayOutWhenNeeded();
-  if (isVisible() != dialog.isUp) setVisible(dialog.isUp);
+  if (isVisible() == dialog.isUp) return;
+  setVisible(dialog.isUp);
+  if (dialog.isUp) activateWindow();
 }
 
 QWidget* DialogWindow::WidgetOf(LgIndex_t id) const {
   const ControlView* const view = Find(id);
   return view == nullptr ? nullptr : view->Widget();
+}
+
+QSize DialogWindow::WholeSize() const {
+  const QSize footer = m_footer->sizeHint();
+  const QSize controls = m_content->size();
+  return {std::max(controls.width(), footer.width()), controls.height() + footer.height()};
 }
 
 bool DialogWindow::CommitTyped() {
@@ -175,15 +180,22 @@ void DialogWindow::Build() {
   }
 }
 
+/// Not the toolkit's box for such buttons: it takes the keyboard back to its first one for ever.
 void DialogWindow::AddFooter() {
-  QPushButton* const close = m_footer->addButton(tr("&Close"), QDialogButtonBox::RejectRole);
-  close->setAutoDefault(false);
-  connect(m_footer, &QDialogButtonBox::rejected, this, &DialogWindow::reject);
-  if (Model().Find(m_dialog)->callbacks.help == nullptr) return;
-  QPushButton* const help = m_footer->addButton(tr("&Help"), QDialogButtonBox::HelpRole);
-  help->setAutoDefault(false);
-  connect(m_footer, &QDialogButtonBox::helpRequested, this,
-          [this] { m_deeds.AskForHelp(m_dialog); });
+  if (Model().Find(m_dialog)->callbacks.help != nullptr) {
+    AddButton("help", tr("&Help"), [this] { m_deeds.AskForHelp(m_dialog); });
+  }
+  m_footer->addStretch();
+  AddButton("close", tr("&Close"), [this] { reject(); });
+}
+
+void DialogWindow::AddButton(const QString& name, const QString& text,
+                             const std::function<void()>& press) {
+  auto* const button = new QPushButton(text, this);
+  button->setObjectName(name);
+  button->setAutoDefault(false);
+  connect(button, &QPushButton::clicked, this, press);
+  m_footer->addWidget(button);
 }
 
 void DialogWindow::GiveTexts() {
@@ -216,7 +228,9 @@ void DialogWindow::OrderKeyboard() {
     if (view == nullptr) continue;
     for (QWidget* const stop : view->KeyboardStops()) goOnWith(stop);
   }
-  for (QAbstractButton* const button : m_footer->buttons()) goOnWith(button);
+  for (int i = 0; i < m_footer->count(); ++i) {
+    if (QWidget* const button = m_footer->itemAt(i)->widget()) goOnWith(button);
+  }
 }
 
 std::vector<QSize> DialogWindow::Needs() const {
@@ -263,14 +277,18 @@ void DialogWindow::LayOutWhenNeeded() {
     const Control& control = *Model().Find(view->Id());
     if (control.kind == ControlKind::OptionMenu) view->Sync(control, !view->Widget()->isHidden());
   }
-  const QSize whole = m_content->size() + QSize(0, layout()->itemAt(1)->sizeHint().height());
-  setMaximumSize(whole);
+  TakeSize();
+}
+
+/// As large as the controls; on a small screen with scroll bars.
+void DialogWindow::TakeSize() {
+  const QSize whole = WholeSize();
   const QScreen* const on = screen();
-  const QSize screenSize = on == nullptr ? whole : on->availableSize();
+  const QSize room = on == nullptr ? whole : on->availableSize();
   const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-  const bool isTooHigh = whole.height() > screenSize.height();
-  setMaximumWidth(isTooHigh ? whole.width() + bar : whole.width());
-  resize(maximumSize().boundedTo(screenSize));
+  const bool isTooHigh = whole.height() > room.height();
+  setMaximumSize(whole + QSize(isTooHigh ? bar : 0, 0));
+  resize(maximumSize().boundedTo(room));
 }
 
 Shortage DialogWindow::Place(LgIndex_t holder, const QSize& room, const LayoutUnits& units,
@@ -288,10 +306,7 @@ Shortage DialogWindow::Place(LgIndex_t holder, const QSize& room, const LayoutUn
   Shortage shortage = PlaceSiblings(items, units, room, placed);
   for (std::size_t i = 0; i < controls.size(); ++i) {
     rects[controls[i]->id] = placed[i];
-    const int frame = controls[i]->kind == ControlKind::Tab
-                          ? 2 * style()->pixelMetric(QStyle::PM_DefaultFrameWidth)
-                          : 0;
-    const QSize pageRoom = placed[i].size() - QSize(frame, frame + items[i].barHeight);
+    const QSize pageRoom = placed[i].size() - items[i].frame - QSize(0, items[i].barHeight);
     for (const LgIndex_t page : Model().ChildrenOf(controls[i]->id)) {
       if (IsPage(Model().Find(page)->kind)) shortage.Add(Place(page, pageRoom, units, rects));
     }

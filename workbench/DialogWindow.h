@@ -3,6 +3,7 @@
 
 #include <QDialog>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <vector>
@@ -11,7 +12,7 @@
 #include "DialogDeeds.h"
 #include "DialogLayout.h"
 
-class QDialogButtonBox;
+class QHBoxLayout;
 class QScrollArea;
 
 namespace marquell::workbench {
@@ -31,7 +32,8 @@ class DialogWindow : public QDialog {
   LgIndex_t Dialog() const { return m_dialog; }
   /// Null when the dialog has no such control.
   QWidget* WidgetOf(LgIndex_t id) const;
-  LayoutUnits Units() const { return m_units; }
+  /// The window without scroll bars.
+  QSize WholeSize() const;
 
   /// Enters what is typed in a field and not entered yet. Answers whether that went by without a
   /// message to the user.
@@ -55,6 +57,7 @@ class DialogWindow : public QDialog {
   void GiveTexts();
   void OrderKeyboard();
   void AddFooter();
+  void AddButton(const QString& name, const QString& text, const std::function<void()>& press);
 
   void LayOutWhenNeeded();
   /// Everything that the layout depends on, to see when it has to be made anew.
@@ -62,6 +65,7 @@ class DialogWindow : public QDialog {
   LayoutUnits FontUnits() const;
   Shortage Place(LgIndex_t holder, const QSize& room, const LayoutUnits& units, Rects& rects) const;
   QSize RoomOfDialog(const LayoutUnits& units) const;
+  void TakeSize();
   void StandBesideParent();
 
   Workspace& m_workspace;
@@ -69,7 +73,7 @@ class DialogWindow : public QDialog {
   LgIndex_t m_dialog;
   QScrollArea* m_scroll;
   QWidget* m_content;
-  QDialogButtonBox* m_footer;
+  QHBoxLayout* m_footer;
   std::vector<std::unique_ptr<ControlView>> m_views;
   LayoutUnits m_units;
   std::vector<QSize> m_laidOut;

@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QSignalBlocker>
 #include <QStyle>
+#include <QStyleOptionComboBox>
 #include <QStyleOptionSpinBox>
 #include <QWheelEvent>
 
@@ -40,23 +41,43 @@ class CalmWheel : public Field {
   }
 };
 
+class MenuBox : public CalmWheel<QComboBox> {
+ public:
+  explicit MenuBox(QWidget* parent) : CalmWheel(parent) { setFocusPolicy(Qt::StrongFocus); }
+
+  int WidthOfText() const {
+    int width = 0;
+    for (int i = 0; i < count(); ++i) {
+      width = std::max(width, fontMetrics().horizontalAdvance(itemText(i)));
+    }
+    return width;
+  }
+  /// What shows a text of that width whole.
+  QSize SizeFor(int textWidth) const {
+    QStyleOptionComboBox option;
+    initStyleOption(&option);
+    // Fonts run over their advance a little.
+    constexpr int kOverrun = 4;
+    const QSize text(textWidth + kOverrun, fontMetrics().height() + kOverrun);
+    return style()->sizeFromContents(QStyle::CT_ComboBox, &option, text, this);
+  }
+};
+
 class OptionMenuView : public ControlView {
  public:
   OptionMenuView(const Control& control, QWidget* holder, DialogDeeds& deeds)
-      : ControlView(control.id, new CalmWheel<QComboBox>(holder)) {
-    Menu()->setSizeAdjustPolicy(QComboBox::AdjustToContents);
-    Menu()->setFocusPolicy(Qt::StrongFocus);
+      : ControlView(control.id, new MenuBox(holder)) {
     const LgIndex_t id = control.id;
     QObject::connect(Menu(), QOverload<int>::of(&QComboBox::activated), Menu(),
                      [&deeds, id](int index) { deeds.Choose(id, index + 1); });
   }
   LayoutItem Ask() const override {
+    const int enough = Menu()->fontMetrics().averageCharWidth() * kMenuCharacters;
+    const int whole = Menu()->WidthOfText();
     LayoutItem item;
-    item.need = Menu()->sizeHint();
-    item.wishedWidth = item.need.width();
-    const int enough = Menu()->fontMetrics().averageCharWidth() * kMenuCharacters +
-                       Menu()->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-    item.need.setWidth(std::min(item.need.width(), enough));
+    item.need = Menu()->SizeFor(std::min(whole, enough));
+    item.need.setHeight(std::max(item.need.height(), Menu()->sizeHint().height()));
+    item.wishedWidth = Menu()->SizeFor(whole).width();
     return item;
   }
 
@@ -70,7 +91,7 @@ class OptionMenuView : public ControlView {
   }
 
  private:
-  QComboBox* Menu() const { return static_cast<QComboBox*>(Widget()); }
+  MenuBox* Menu() const { return static_cast<MenuBox*>(Widget()); }
 
   void ShowItems(const std::vector<std::string>& items) {
     QStringList texts;
@@ -80,13 +101,14 @@ class OptionMenuView : public ControlView {
     Menu()->clear();
     Menu()->addItems(texts);
     // The list itself shows long names whole, however narrow the menu is.
-    Menu()->view()->setMinimumWidth(Menu()->view()->sizeHintForColumn(0) +
+    Menu()->view()->setMinimumWidth(Menu()->WidthOfText() +
                                     2 * Menu()->style()->pixelMetric(QStyle::PM_ScrollBarExtent));
   }
 
   /// A name that does not fit stands whole in the tool tip.
   void ShowWhole(const QString& toolTip) {
-    const bool isWhole = Menu()->width() >= Menu()->sizeHint().width();
+    const int textWidth = Menu()->fontMetrics().horizontalAdvance(Menu()->currentText());
+    const bool isWhole = Menu()->width() >= Menu()->SizeFor(textWidth).width();
     const QString text = isWhole ? toolTip : Menu()->currentText() + '\n' + toolTip;
     if (Menu()->toolTip() != text) Menu()->setToolTip(text);
   }
