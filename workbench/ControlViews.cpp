@@ -3,6 +3,7 @@
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QLabel>
+#include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalBlocker>
@@ -111,10 +112,26 @@ class TextToggleView : public ToggleView {
       : ToggleView(control, new QCheckBox(holder), deeds) {}
 };
 
+/// Pressed in more clearly than styles show it: which tool is on is what the dialog is about.
+class PictureButton : public QToolButton {
+ public:
+  using QToolButton::QToolButton;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override {
+    QToolButton::paintEvent(event);
+    if (!isChecked()) return;
+    constexpr int kFrame = 2;
+    QPainter painter(this);
+    painter.setPen(QPen(palette().color(QPalette::Highlight), kFrame));
+    painter.drawRect(rect().adjusted(kFrame / 2, kFrame / 2, -kFrame / 2, -kFrame / 2));
+  }
+};
+
 class BitmapToggleView : public ToggleView {
  public:
   BitmapToggleView(const Control& control, QWidget* holder, DialogDeeds& deeds)
-      : ToggleView(control, new QToolButton(holder), deeds) {
+      : ToggleView(control, new PictureButton(holder), deeds) {
     Button()->setFocusPolicy(Qt::StrongFocus);
     Button()->setIconSize(QSize(control.bitmap.width, control.bitmap.height));
     Button()->setIcon(IconOf(control.bitmap, Button()->palette()));

@@ -72,6 +72,18 @@ int FreeWidth(std::size_t which, const std::vector<QRect>& rects, const QSize& r
   return end - rect.x();
 }
 
+/// Menus that their author made equally wide, one below the other, stay so.
+int WishIn(std::size_t which, const std::vector<LayoutItem>& items) {
+  int wish = items[which].wishedWidth;
+  if (wish == 0) return 0;
+  for (const LayoutItem& item : items) {
+    const bool isAlike =
+        item.place.x == items[which].place.x && item.place.width == items[which].place.width;
+    if (isAlike) wish = std::max(wish, item.wishedWidth);
+  }
+  return wish;
+}
+
 }  // namespace
 
 Shortage PlaceSiblings(const std::vector<LayoutItem>& items, const LayoutUnits& units,
@@ -88,7 +100,7 @@ Shortage PlaceSiblings(const std::vector<LayoutItem>& items, const LayoutUnits& 
     }
   }
   for (std::size_t i = 0; i < items.size(); ++i) {
-    const int wished = std::min(items[i].wishedWidth, FreeWidth(i, rects, room));
+    const int wished = std::min(WishIn(i, items), FreeWidth(i, rects, room));
     rects[i].setWidth(std::max(rects[i].width(), wished));
   }
   return shortage;
