@@ -152,13 +152,14 @@ class PlotScene::Parts {
     for (const LgIndex_t zoneNum : frame.ZonesAt(frame.solutionTime, false)) {
       const Zone& zone = *frame.Data()->FindZone(zoneNum);
       if (!zone.active) continue;
-      std::unique_ptr<ZoneDrawing>& drawn = m_zones[zone.Version()];
       const auto known = before.find(zone.Version());
-      drawn = known != before.end() ? std::move(known->second)
-                                    : std::make_unique<ZoneDrawing>(m_plotRenderer);
+      std::unique_ptr<ZoneDrawing> drawn = known != before.end()
+                                               ? std::move(known->second)
+                                               : std::make_unique<ZoneDrawing>(m_plotRenderer);
       drawn->SetRough(m_detail);
       drawn->Update(frame, zoneNum, drawing);
       m_faceCount += drawn->Surface().Faces().Count();
+      m_zones[zone.Version()] = std::move(drawn);
     }
   }
 

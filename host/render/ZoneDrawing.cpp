@@ -102,29 +102,30 @@ void ZoneDrawing::Update(Frame& frame, LgIndex_t zoneNum, const DrawingLook& loo
 }
 
 bool ZoneDrawing::UpdateFaces(Frame& frame, Zone& zone) {
-  DataSet& data = *m_data;
-  const bool isOtherZone = m_version != zone.Version() || m_faces == nullptr;
-  if (isOtherZone) {
-    m_faces = MakeZoneFaces(zone);
-    m_version = zone.Version();
-  }
+  const bool isOtherZone = m_version != zone.Version();
   std::array<ValuesStamp, 3> coordinates;
   for (std::size_t axis = 0; axis < coordinates.size(); ++axis) {
-    coordinates[axis] = ValuesStamp::Of(data, m_zoneNum, data.CoordinateVariable("XYZ"[axis]));
+    coordinates[axis] =
+        ValuesStamp::Of(*m_data, m_zoneNum, m_data->CoordinateVariable("XYZ"[axis]));
   }
   const BlankedItems* const blanked = frame.Blanked(m_zoneNum);
   const bool isMaskSame = m_isMasked == (blanked != nullptr) &&
                           (blanked == nullptr || m_hidden.words == blanked->cells.words);
   if (!isOtherZone && isMaskSame && coordinates == m_coordinates) return false;
-  m_isMasked = blanked != nullptr;
-  m_hidden = blanked == nullptr ? ItemBits() : blanked->cells;
-  m_coordinates = std::move(coordinates);
+  if (isOtherZone) m_faces = MakeZoneFaces(zone);
+  // What can fail comes first: then everything is as before, and is tried again.
+  auto surface = std::make_unique<ZoneSurface>(
+      zone, m_faces->Shown(blanked == nullptr ? nullptr : &blanked->cells),
+      MiddleOf(*m_data, m_zoneNum));
   for (int part = 0; part < kPartCount; ++part) DropPart(static_cast<Part>(part));
   DropRough();
   m_edges.reset();
-  m_surface = std::make_unique<ZoneSurface>(zone, m_faces->Shown(m_isMasked ? &m_hidden : nullptr),
-                                            MiddleOf(data, m_zoneNum));
+  m_surface = std::move(surface);
   m_surfaceVersion = NextSurfaceVersion();
+  m_version = zone.Version();
+  m_isMasked = blanked != nullptr;
+  m_hidden = blanked == nullptr ? ItemBits() : blanked->cells;
+  m_coordinates = std::move(coordinates);
   return true;
 }
 
@@ -133,10 +134,11 @@ bool ZoneDrawing::UpdateColours(bool isNewSurface) {
   ValuesStamp values = ValuesStamp::Of(*m_data, m_zoneNum, variable);
   const bool isRangeSame = m_range.min == m_look.range.min && m_range.max == m_look.range.max;
   if (!isNewSurface && values == m_values && isRangeSame) return false;
-  m_values = std::move(values);
-  m_range = m_look.range;
+  m_values = {};  // until they are there
   ColourSurface(*m_surface);
   if (m_rough != nullptr) ColourSurface(*m_rough);
+  m_values = std::move(values);
+  m_range = m_look.range;
   return true;
 }
 

@@ -90,7 +90,9 @@ class ZoneDrawing {
   void ColourSurface(ZoneSurface& surface) const;
   /// The place on the colour map at each point; empty where nothing is coloured.
   std::vector<float> PlacesAtPoints(const ZoneSurface& surface) const;
-  bool IsColoured() const { return m_isData && m_look.variable > 0; }
+  bool IsColoured() const {
+    return m_isData && m_data->FindField(m_zoneNum, m_look.variable) != nullptr;
+  }
 
   vtkRenderer* m_renderer;
   LgIndex_t m_zoneNum = 0;
