@@ -138,8 +138,8 @@ void DialogWindow::changeEvent(QEvent* event) {
 }
 
 void DialogWindow::closeEvent(QCloseEvent* event) {
-  event->ignore();
   reject();
+  event->setAccepted(!Model().IsUp(m_dialog));
 }
 
 void DialogWindow::keyPressEvent(QKeyEvent* event) {

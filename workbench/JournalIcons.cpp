@@ -75,6 +75,8 @@ Drawing DrawingOf(JournalIcon which) {
     case JournalIcon::Clear:
       AddCross(drawing.lines);
       break;
+    case JournalIcon::None:
+      break;
   }
   return drawing;
 }

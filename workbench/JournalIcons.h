@@ -7,7 +7,20 @@
 
 namespace marquell::workbench {
 
-enum class JournalIcon { Record, Stop, Play, Step, FromHere, Rewind, Clear, InHand, Done, Failed };
+/// None takes the room of a picture, so that texts below each other begin at one place.
+enum class JournalIcon {
+  Record,
+  Stop,
+  Play,
+  Step,
+  FromHere,
+  Rewind,
+  Clear,
+  InHand,
+  Done,
+  Failed,
+  None
+};
 
 QIcon IconOf(JournalIcon which);
 

@@ -85,13 +85,14 @@ QVariant JournalLines::data(const QModelIndex& index, int role) const {
 }
 
 QVariant JournalLines::PictureOf(int row) const {
+  static const QIcon kNone = IconOf(JournalIcon::None);
   static const QIcon kInHand = IconOf(JournalIcon::InHand);
   static const QIcon kDone = IconOf(JournalIcon::Done);
   static const QIcon kFailed = IconOf(JournalIcon::Failed);
   if (StateOf(row) == LineState::Failed) return kFailed;
   if (row == m_inHand) return kInHand;
   if (StateOf(row) == LineState::Done) return kDone;
-  return {};
+  return kNone;
 }
 
 QString JournalLines::TipOf(int row) const {

@@ -117,8 +117,16 @@ TEST_F(JournalPanelTest, StepsLineByLine) {
   EXPECT_THAT(States(), ElementsAre(kDone, kWaiting, kWaiting));
   const QModelIndex inHand = panel.Played().index(1, 0);
   EXPECT_TRUE(inHand.data(Qt::FontRole).value<QFont>().bold());
-  EXPECT_FALSE(panel.Played().index(0, 0).data(Qt::DecorationRole).isNull());
-  EXPECT_TRUE(panel.Played().index(2, 0).data(Qt::DecorationRole).isNull());
+  const auto picture = [this](int row) {
+    const QVariant icon = panel.Played().index(row, 0).data(Qt::DecorationRole);
+    return icon.value<QIcon>().pixmap(16, 16).toImage();
+  };
+  QImage nothing = picture(2);
+  nothing.fill(Qt::transparent);
+  EXPECT_EQ(picture(2), nothing);
+  EXPECT_NE(picture(0), nothing);
+  EXPECT_NE(picture(1), nothing);
+  EXPECT_NE(picture(1), picture(0));
   PlayOn();
   EXPECT_THAT(States(), ElementsAre(kDone, kDone, kDone));
 }
