@@ -138,14 +138,14 @@ void MainWindow::BuildToolBars() {
   for (const char* const name : {"fit", "alongZ", "alongY", "alongX", "corner"}) {
     views->addAction(ActionNamed(this, name));
   }
-  addToolBarBreak();
   m_lookBar = new LookBar(m_workspace, m_look);
   addToolBar(m_lookBar);
   QToolBar* const layers = addToolBar(tr("Layers"));
   layers->setObjectName("layerBar");
   layers->addActions(m_layers->All());
   m_timeBar = new TimeBar(m_workspace);
-  addToolBar(m_timeBar);
+  insertToolBar(m_lookBar, m_timeBar);
+  insertToolBarBreak(m_lookBar);
   m_viewMenu->addSeparator();
   QMenu* const panels = createPopupMenu();
   panels->setTitle(tr("&Panels and tool bars"));

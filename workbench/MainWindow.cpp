@@ -80,7 +80,10 @@ void MainWindow::BuildPanels() {
   m_zones = new ZonesPanel(m_workspace);
   m_journal = new JournalPanel(m_workspace);
   MakeDock(this, "zonesDock", tr("Zones"), m_zones, Qt::LeftDockWidgetArea);
-  MakeDock(this, "journalDock", tr("Journal"), m_journal, Qt::LeftDockWidgetArea);
+  QDockWidget* const journal =
+      MakeDock(this, "journalDock", tr("Journal"), m_journal, Qt::LeftDockWidgetArea);
+  constexpr int kPanelCharacters = 46;
+  resizeDocks({journal}, {kPanelCharacters * fontMetrics().averageCharWidth()}, Qt::Horizontal);
   m_dialogs = new DialogWindows(m_workspace, this);
   m_help = new HelpWindow(m_workspace, this);
   m_pickWatch = new PickWatch(m_workspace, *m_plot, this);

@@ -35,11 +35,9 @@ ZonesPanel::ZonesPanel(Workspace& workspace, QWidget* parent)
   setRootIsDecorated(false);
   setUniformRowHeights(true);
   setAlternatingRowColors(true);
-  header()->setSectionResizeMode(kName, QHeaderView::Stretch);
+  // Names before all: the rest is reached by scrolling.
+  header()->setSectionResizeMode(QHeaderView::ResizeToContents);
   header()->setStretchLastSection(false);
-  for (const int column : {kType, kCells, kNodes}) {
-    header()->setSectionResizeMode(column, QHeaderView::ResizeToContents);
-  }
   connect(this, &QTreeWidget::itemChanged, this,
           [this](QTreeWidgetItem* item, int column) {
             if (column == kName) TakeCheck(item);
