@@ -306,6 +306,11 @@ TEST_F(PreviewOf, ALinePlotIsNothing) {
 TEST_F(PreviewOf, AFrameThatTheDialogHasNotFollowedYetIsNothing) {
   host.AddFrame(PlotType_Cartesian3D);
   host.AddZone(MakeLattice(ZoneType_FEBrick, 3, 3, 3));
+  for (const char* name : {"n", "c"}) {
+    host.AddVariable(name, name[0] == 'n' ? ValueLocation_Nodal : ValueLocation_CellCentered,
+                     StoredType::Double, [](LgIndex_t, LgIndex_t) { return 0.0; });
+  }
+  host.AddGeometry(RectangleUpTo(1.0));
   host.activeFrame = 0;
   host.SwitchFrame(1);
   EXPECT_FALSE(IsAnswered());

@@ -202,6 +202,8 @@ TEST_F(Handles, AreLookedForNoLongerThanUntilTheHostIsIdle) {
   ShowBox();
   DeleteShapesZone();
   ASSERT_TRUE(host.EnterText(Ids().sizeXField, "2"));
+  ASSERT_TRUE(host.EnterText(Ids().sizeXField, "3"));
+  EXPECT_THAT(host.idleQueue, SizeIs(2)) << "the zone's own and the look for it, each once";
   host.RunIdleQueue();
   EXPECT_FALSE(host.IsShapeShown()) << "a box's zone is not made anew";
   EXPECT_THAT(host.idleQueue, IsEmpty());
