@@ -11,6 +11,6 @@ case "${1-}" in
   *) die "unknown option $1 (there is only --check)" ;;
 esac
 cd "$root"
-find sdk addon host cli tests bench docs -type f \( -name '*.h' -o -name '*.cpp' \) -print0 |
+find sdk addon host cli workbench tests bench docs -type f \( -name '*.h' -o -name '*.cpp' \) -print0 |
   xargs -0 -n 20 -P "$(nproc)" clang-format "${mode[@]}" ||
   die "sources are not formatted; run scripts/format.sh"

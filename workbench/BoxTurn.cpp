@@ -35,10 +35,9 @@ std::array<double, 16> MatrixOf(const TurnedBox& box) {
   const Turn x(box.rotationDeg[0]);
   const Turn y(box.rotationDeg[1]);
   const Turn z(box.rotationDeg[2]);
-  const double turn[3][3] = {
-      {y.c * z.c, -y.c * z.s, y.s},
-      {x.c * z.s + x.s * y.s * z.c, x.c * z.c - x.s * y.s * z.s, -x.s * y.c},
-      {x.s * z.s - x.c * y.s * z.c, x.s * z.c + x.c * y.s * z.s, x.c * y.c}};
+  const double turn[3][3] = {{y.c * z.c, -y.c * z.s, y.s},
+                             {x.c * z.s + x.s * y.s * z.c, x.c * z.c - x.s * y.s * z.s, -x.s * y.c},
+                             {x.s * z.s - x.c * y.s * z.c, x.s * z.c + x.c * y.s * z.s, x.c * y.c}};
   std::array<double, 16> m{};
   for (std::size_t row = 0; row < 3; ++row) {
     for (std::size_t column = 0; column < 3; ++column) {

@@ -41,8 +41,7 @@ QString ProposalFor(const QString& path) {
   for (const qelhost::FormatHelp& format : qelhost::KnownFormats()) {
     if (QString::fromStdString(format.extension) != extension) continue;
     if (format.writable) return path;
-    return file.path() + "/" + file.completeBaseName() +
-           QString::fromStdString(format.writtenAs);
+    return file.path() + "/" + file.completeBaseName() + QString::fromStdString(format.writtenAs);
   }
   return path;
 }
@@ -94,9 +93,9 @@ qelhost::DataSetPtr Documents::Read(const QString& path) {
 
 bool Documents::AskAndOpen() {
   const Frame* const frame = m_workspace.TheHost().frames.Active();
-  const QString folder =
-      frame == nullptr ? QString()
-                       : QFileInfo(QString::fromStdString(frame->fileName)).absolutePath();
+  const QString folder = frame == nullptr
+                             ? QString()
+                             : QFileInfo(QString::fromStdString(frame->fileName)).absolutePath();
   const QString path = questions.fileToOpen(m_window, folder);
   return !path.isEmpty() && Open(path);
 }
@@ -150,8 +149,8 @@ bool Documents::Save() {
 bool Documents::SaveAs() {
   Frame* const frame = m_workspace.TheHost().frames.Active();
   if (frame == nullptr || frame->Data() == nullptr) return false;
-  const QString path = questions.fileToSave(
-      m_window, ProposalFor(QString::fromStdString(frame->fileName)));
+  const QString path =
+      questions.fileToSave(m_window, ProposalFor(QString::fromStdString(frame->fileName)));
   return !path.isEmpty() && SaveTo(*frame, path);
 }
 

@@ -8,9 +8,9 @@ namespace marquell::workbench {
 
 QString HelpFile(const QString& page) {
   const QString program = QCoreApplication::applicationDirPath();
-  for (const QString& folder : {qEnvironmentVariable("MARQUELL_HELP_PATH"),
-                                program + "/../share/marquell/help",
-                                program + "/../share/doc/marquell/help"}) {
+  for (const QString& folder :
+       {qEnvironmentVariable("MARQUELL_HELP_PATH"), program + "/../share/marquell/help",
+        program + "/../share/doc/marquell/help"}) {
     const QFileInfo file(folder + "/" + page);
     if (!folder.isEmpty() && file.isFile()) return file.canonicalFilePath();
   }

@@ -120,10 +120,9 @@ Shape DrawZoom() {
 Shape DrawProbe() {
   Shape s;
   s.lines.addEllipse(QPointF(12, 12), 6, 6);
-  for (const auto& [from, to] : {std::pair(QPointF(12, 2), QPointF(12, 9)),
-                                 std::pair(QPointF(12, 15), QPointF(12, 22)),
-                                 std::pair(QPointF(2, 12), QPointF(9, 12)),
-                                 std::pair(QPointF(15, 12), QPointF(22, 12))}) {
+  for (const auto& [from, to] :
+       {std::pair(QPointF(12, 2), QPointF(12, 9)), std::pair(QPointF(12, 15), QPointF(12, 22)),
+        std::pair(QPointF(2, 12), QPointF(9, 12)), std::pair(QPointF(15, 12), QPointF(22, 12))}) {
     s.lines.moveTo(from);
     s.lines.lineTo(to);
   }
@@ -133,8 +132,8 @@ Shape DrawProbe() {
 Shape DrawPolygon() {
   Shape s;
   s.lines.addPolygon(QPolygonF({{4, 9}, {13, 3}, {21, 10}, {17, 20}, {6, 18}, {4, 9}}));
-  for (const QPointF& corner : {QPointF(4, 9), QPointF(13, 3), QPointF(21, 10), QPointF(17, 20),
-                                QPointF(6, 18)}) {
+  for (const QPointF& corner :
+       {QPointF(4, 9), QPointF(13, 3), QPointF(21, 10), QPointF(17, 20), QPointF(6, 18)}) {
     s.filled.addEllipse(corner, 1.9, 1.9);
   }
   return s;
@@ -226,28 +225,27 @@ Shape DrawApplication() {
 using Draw = Shape (*)();
 
 const std::map<Glyph, Draw>& Drawings() {
-  static const std::map<Glyph, Draw> drawings = {
-      {Glyph::Open, DrawOpen},
-      {Glyph::Save, DrawSave},
-      {Glyph::Undo, [] { return DrawTurn(false); }},
-      {Glyph::Redo, [] { return DrawTurn(true); }},
-      {Glyph::Select, DrawSelect},
-      {Glyph::Rotate, DrawRotate},
-      {Glyph::Pan, DrawPan},
-      {Glyph::Zoom, DrawZoom},
-      {Glyph::Probe, DrawProbe},
-      {Glyph::Polygon, DrawPolygon},
-      {Glyph::Rectangle, DrawRectangle},
-      {Glyph::Square, DrawSquare},
-      {Glyph::Circle, DrawCircle},
-      {Glyph::Ellipse, DrawEllipse},
-      {Glyph::Fit, DrawFit},
-      {Glyph::AlongX, [] { return DrawAxes("YZ"); }},
-      {Glyph::AlongY, [] { return DrawAxes("XZ"); }},
-      {Glyph::AlongZ, [] { return DrawAxes("XY"); }},
-      {Glyph::Corner, DrawCorner},
-      {Glyph::Picture, DrawPicture},
-      {Glyph::Application, DrawApplication}};
+  static const std::map<Glyph, Draw> drawings = {{Glyph::Open, DrawOpen},
+                                                 {Glyph::Save, DrawSave},
+                                                 {Glyph::Undo, [] { return DrawTurn(false); }},
+                                                 {Glyph::Redo, [] { return DrawTurn(true); }},
+                                                 {Glyph::Select, DrawSelect},
+                                                 {Glyph::Rotate, DrawRotate},
+                                                 {Glyph::Pan, DrawPan},
+                                                 {Glyph::Zoom, DrawZoom},
+                                                 {Glyph::Probe, DrawProbe},
+                                                 {Glyph::Polygon, DrawPolygon},
+                                                 {Glyph::Rectangle, DrawRectangle},
+                                                 {Glyph::Square, DrawSquare},
+                                                 {Glyph::Circle, DrawCircle},
+                                                 {Glyph::Ellipse, DrawEllipse},
+                                                 {Glyph::Fit, DrawFit},
+                                                 {Glyph::AlongX, [] { return DrawAxes("YZ"); }},
+                                                 {Glyph::AlongY, [] { return DrawAxes("XZ"); }},
+                                                 {Glyph::AlongZ, [] { return DrawAxes("XY"); }},
+                                                 {Glyph::Corner, DrawCorner},
+                                                 {Glyph::Picture, DrawPicture},
+                                                 {Glyph::Application, DrawApplication}};
   return drawings;
 }
 
@@ -257,8 +255,8 @@ class GlyphEngine : public QIconEngine {
 
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
     const bool isGrey = mode == QIcon::Disabled;
-    const QColor ink = QApplication::palette().color(
-        isGrey ? QPalette::Disabled : QPalette::Active, QPalette::WindowText);
+    const QColor ink = QApplication::palette().color(isGrey ? QPalette::Disabled : QPalette::Active,
+                                                     QPalette::WindowText);
     const Shape shape = Drawings().at(m_glyph)();
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);

@@ -1,5 +1,5 @@
-// The pictures on buttons, drawn as lines in the palette's own colour, so that they are crisp at any
-// scale and legible in a dark window.
+// The pictures on buttons, drawn as lines in the palette's own colour, so that they are crisp at
+// any scale and legible in a dark window.
 #pragma once
 
 #include <QIcon>
@@ -7,8 +7,27 @@
 namespace marquell::workbench {
 
 enum class Glyph {
-  Open, Save, Undo, Redo, Select, Rotate, Pan, Zoom, Probe, Polygon, Rectangle, Square, Circle,
-  Ellipse, Fit, AlongX, AlongY, AlongZ, Corner, Picture, Application
+  Open,
+  Save,
+  Undo,
+  Redo,
+  Select,
+  Rotate,
+  Pan,
+  Zoom,
+  Probe,
+  Polygon,
+  Rectangle,
+  Square,
+  Circle,
+  Ellipse,
+  Fit,
+  AlongX,
+  AlongY,
+  AlongZ,
+  Corner,
+  Picture,
+  Application
 };
 
 QIcon IconOf(Glyph glyph);

@@ -11,6 +11,7 @@
 #include <QTableWidget>
 #include <QToolBar>
 
+#include "DialogWindows.h"
 #include "HelpWindow.h"
 #include "JournalPanel.h"
 #include "LookBar.h"
@@ -37,13 +38,17 @@ void MainWindow::BuildMenus() {
 
   m_helpMenu = menuBar()->addMenu(tr("&Help"));
   AddRows(m_helpMenu,
-          {{"helpContents", tr("&Picking, altering, hiding"), QKeySequence::HelpContents, {},
+          {{"helpContents",
+            tr("&Picking, altering, hiding"),
+            QKeySequence::HelpContents,
+            {},
             [this] { m_help->ShowPage("selvane.html"); }},
            {"shortcuts", tr("&Keyboard shortcuts"), {}, {}, [this] { ShowShortcuts(); }},
            {nullptr, {}, {}, {}, {}},
            {"about", tr("&About Marquell"), {}, {}, [this] { ShowAbout(); }}});
   // Add-ons add to menus of their own, which stand before the tools.
   m_addOnMenus = new AddOnMenus(m_workspace, this, tools);
+  m_addOnMenus->onChosen = [this] { m_dialogs->Raise(); };
 }
 
 void MainWindow::BuildFileMenu() {
@@ -54,66 +59,75 @@ void MainWindow::BuildFileMenu() {
   m_recentMenu->setObjectName("recent");
   m_recentMenu->setToolTipsVisible(true);
   m_recentMenu->setEnabled(false);
-  AddRows(menu, {{"add", tr("Open in a &new frame..."), {}, {},
-                  [this] { m_documents->AskAndAdd(); }},
-                 {nullptr, {}, {}, {}, {}},
-                 {"save", tr("&Save"), QKeySequence::Save, Glyph::Save,
-                  [this] { m_documents->Save(); }},
-                 {"saveAs", tr("Save &as..."), QKeySequence(tr("Ctrl+Shift+S")), {},
-                  [this] { m_documents->SaveAs(); }},
-                 {"exportPicture", tr("Export &picture..."), QKeySequence(tr("Ctrl+E")),
-                  Glyph::Picture, [this] { ExportPicture(); }},
-                 {nullptr, {}, {}, {}, {}},
-                 {"close", tr("&Close"), QKeySequence(tr("Ctrl+W")), {},
-                  [this] { m_documents->Close(); }},
-                 {"quit", tr("&Quit"), QKeySequence(tr("Ctrl+Q")), {}, [this] { close(); }}});
+  AddRows(
+      menu,
+      {{"add", tr("Open in a &new frame..."), {}, {}, [this] { m_documents->AskAndAdd(); }},
+       {nullptr, {}, {}, {}, {}},
+       {"save", tr("&Save"), QKeySequence::Save, Glyph::Save, [this] { m_documents->Save(); }},
+       {"saveAs",
+        tr("Save &as..."),
+        QKeySequence(tr("Ctrl+Shift+S")),
+        {},
+        [this] { m_documents->SaveAs(); }},
+       {"exportPicture", tr("Export &picture..."), QKeySequence(tr("Ctrl+E")), Glyph::Picture,
+        [this] { ExportPicture(); }},
+       {nullptr, {}, {}, {}, {}},
+       {"close", tr("&Close"), QKeySequence(tr("Ctrl+W")), {}, [this] { m_documents->Close(); }},
+       {"quit", tr("&Quit"), QKeySequence(tr("Ctrl+Q")), {}, [this] { close(); }}});
 }
 
 void MainWindow::BuildEditMenu() {
   QMenu* const menu = menuBar()->addMenu(tr("&Edit"));
-  AddRows(menu,
-          {{"undo", tr("&Undo"), QKeySequence::Undo, Glyph::Undo,
-            [this] { m_workspace.Do([](qelhost::Host& host) { qelhost::UndoLast(host); }); }},
-           {"redo", tr("&Redo"), QKeySequence(tr("Ctrl+Shift+Z")), Glyph::Redo,
-            [this] { m_workspace.Do([](qelhost::Host& host) { qelhost::RedoLast(host); }); }},
-           {nullptr, {}, {}, {}, {}},
-           {"deleteGeometry", tr("&Delete geometry"), QKeySequence::Delete, {},
-            [this] { DeleteSelected(); }}});
+  AddRows(menu, {{"undo", tr("&Undo"), QKeySequence::Undo, Glyph::Undo,
+                  [this] { m_workspace.Do([](qelhost::Host& host) { qelhost::UndoLast(host); }); }},
+                 {"redo", tr("&Redo"), QKeySequence(tr("Ctrl+Shift+Z")), Glyph::Redo,
+                  [this] { m_workspace.Do([](qelhost::Host& host) { qelhost::RedoLast(host); }); }},
+                 {nullptr, {}, {}, {}, {}},
+                 {"deleteGeometry", tr("&Delete geometry"), QKeySequence::Delete, {}, [this] {
+                    DeleteSelected();
+                  }}});
 }
 
 void MainWindow::BuildViewMenu() {
   m_viewMenu = menuBar()->addMenu(tr("&View"));
   QMenu* const menu = m_viewMenu;
-  AddRows(menu,
-          {{"plot2d", tr("&2D plot"), QKeySequence(tr("Ctrl+2")), {},
-            [this] { m_workspace.Act("$!PLOTTYPE CARTESIAN2D"); }},
-           {"plot3d", tr("&3D plot"), QKeySequence(tr("Ctrl+3")), {},
-            [this] { m_workspace.Act("$!PLOTTYPE CARTESIAN3D"); }},
-           {nullptr, {}, {}, {}, {}},
-           {"fit", tr("&Fit"), QKeySequence(tr("F")), Glyph::Fit,
-            [this] { m_workspace.Act("$!VIEW FIT"); }},
-           {"alongZ", tr("&XY: along Z"), QKeySequence(tr("1")), Glyph::AlongZ,
-            [this] { LookAlong(0, 0); }},
-           {"alongY", tr("X&Z: along Y"), QKeySequence(tr("2")), Glyph::AlongY,
-            [this] { LookAlong(90, 0); }},
-           {"alongX", tr("&YZ: along X"), QKeySequence(tr("3")), Glyph::AlongX,
-            [this] { LookAlong(90, -90); }},
-           {"corner", tr("From a &corner"), QKeySequence(tr("4")), Glyph::Corner,
-            [this] { LookAlong(60, -30); }},
-           {nullptr, {}, {}, {}, {}}});
+  AddRows(menu, {{"plot2d",
+                  tr("&2D plot"),
+                  QKeySequence(tr("Ctrl+2")),
+                  {},
+                  [this] { m_workspace.Act("$!PLOTTYPE CARTESIAN2D"); }},
+                 {"plot3d",
+                  tr("&3D plot"),
+                  QKeySequence(tr("Ctrl+3")),
+                  {},
+                  [this] { m_workspace.Act("$!PLOTTYPE CARTESIAN3D"); }},
+                 {nullptr, {}, {}, {}, {}},
+                 {"fit", tr("&Fit"), QKeySequence(tr("F")), Glyph::Fit,
+                  [this] { m_workspace.Act("$!VIEW FIT"); }},
+                 {"alongZ", tr("&XY: along Z"), QKeySequence(tr("1")), Glyph::AlongZ,
+                  [this] { LookAlong(0, 0); }},
+                 {"alongY", tr("X&Z: along Y"), QKeySequence(tr("2")), Glyph::AlongY,
+                  [this] { LookAlong(90, 0); }},
+                 {"alongX", tr("&YZ: along X"), QKeySequence(tr("3")), Glyph::AlongX,
+                  [this] { LookAlong(90, -90); }},
+                 {"corner", tr("From a &corner"), QKeySequence(tr("4")), Glyph::Corner,
+                  [this] { LookAlong(60, -30); }},
+                 {nullptr, {}, {}, {}, {}}});
   for (const char* const name : {"plot2d", "plot3d"}) ActionNamed(this, name)->setCheckable(true);
   m_layers = new LayerActions(m_workspace, this);
   menu->addActions(m_layers->All());
   menu->addSeparator();
-  AddRows(menu, {{"showAxes", tr("&Axes"), {}, {},
-                  [this] {
-                    m_workspace.Do([this](qelhost::Host&) { m_look.showAxes = !m_look.showAxes; });
-                  }},
-                 {"showOrientation", tr("&Orientation marker"), {}, {}, [this] {
-                    m_workspace.Do([this](qelhost::Host&) {
-                      m_look.showOrientation = !m_look.showOrientation;
-                    });
-                  }}});
+  AddRows(
+      menu,
+      {{"showAxes",
+        tr("&Axes"),
+        {},
+        {},
+        [this] { m_workspace.Do([this](qelhost::Host&) { m_look.showAxes = !m_look.showAxes; }); }},
+       {"showOrientation", tr("&Orientation marker"), {}, {}, [this] {
+          m_workspace.Do(
+              [this](qelhost::Host&) { m_look.showOrientation = !m_look.showOrientation; });
+        }}});
   for (const char* const name : {"showAxes", "showOrientation"}) {
     ActionNamed(this, name)->setCheckable(true);
     ActionNamed(this, name)->setChecked(true);
@@ -187,8 +201,7 @@ void MainWindow::ExportPicture() {
   };
   QSpinBox* const width = addSize(tr("&Width"), "pictureWidth", now.width());
   QSpinBox* const height = addSize(tr("&Height"), "pictureHeight", now.height());
-  auto* const buttons =
-      new QDialogButtonBox(QDialogButtonBox::Save | QDialogButtonBox::Cancel);
+  auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Save | QDialogButtonBox::Cancel);
   layout->addRow(buttons);
   connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);

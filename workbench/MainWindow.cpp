@@ -27,8 +27,8 @@ namespace marquell::workbench {
 
 namespace {
 
-QDockWidget* MakeDock(QMainWindow* window, const char* name, const QString& title,
-                      QWidget* content, Qt::DockWidgetArea area) {
+QDockWidget* MakeDock(QMainWindow* window, const char* name, const QString& title, QWidget* content,
+                      Qt::DockWidgetArea area) {
   auto* const dock = new QDockWidget(title, window);
   dock->setObjectName(name);
   dock->setWidget(content);
@@ -46,6 +46,12 @@ MainWindow::MainWindow(Workspace& workspace, const MakePlotArea& makePlot)
   resize(1280, 800);
   tellFailure = [this](const QString& reason) {
     QMessageBox::warning(this, tr("Marquell Workbench"), reason);
+  };
+  mayForgetJournal = [this] {
+    return QMessageBox::question(this, tr("Unsaved journal"),
+                                 tr("The recorded journal is not saved. Quit without it?"),
+                                 QMessageBox::Discard | QMessageBox::Cancel,
+                                 QMessageBox::Cancel) == QMessageBox::Discard;
   };
   BuildCentre(makePlot);
   BuildPanels();
@@ -192,8 +198,7 @@ void MainWindow::FollowFrames() {
   for (LgIndex_t n = 1; n <= frames.Count(); ++n) {
     const qelhost::Frame& frame = *frames.At(n);
     const QString name = QFileInfo(QString::fromStdString(frame.fileName)).fileName();
-    const QString label =
-        tr("%1: %2%3").arg(n).arg(name, m_documents->IsUnsaved(frame) ? "*" : "");
+    const QString label = tr("%1: %2%3").arg(n).arg(name, m_documents->IsUnsaved(frame) ? "*" : "");
     if (m_frames->tabText(n - 1) != label) m_frames->setTabText(n - 1, label);
     if (&frame == frames.Active()) m_frames->setCurrentIndex(n - 1);
   }
@@ -214,7 +219,9 @@ void MainWindow::FollowRecent() {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-  if (!m_documents->MayDiscard()) {
+  const bool mayGo =
+      m_documents->MayDiscard() && (!m_journal->HasUnsavedLines() || mayForgetJournal());
+  if (!mayGo) {
     event->ignore();
     return;
   }
@@ -258,8 +265,9 @@ void MainWindow::RestoreSettings() {
   restoreGeometry(settings.value(kGeometryKey).toByteArray());
   restoreState(settings.value(kStateKey).toByteArray(), kStateVersion);
   m_documents->SetRecent(settings.value(kRecentKey).toStringList());
-  m_look.colourMap =
-      settings.value(kColoursKey, QString::fromStdString(m_look.colourMap)).toString().toStdString();
+  m_look.colourMap = settings.value(kColoursKey, QString::fromStdString(m_look.colourMap))
+                         .toString()
+                         .toStdString();
   m_look.showAxes = settings.value(kAxesKey, m_look.showAxes).toBool();
   m_look.showOrientation = settings.value(kOrientationKey, m_look.showOrientation).toBool();
   ActionNamed(this, "showAxes")->setChecked(m_look.showAxes);

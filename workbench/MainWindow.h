@@ -42,6 +42,8 @@ class MainWindow : public QMainWindow {
 
   /// Why errors are told to the user; tests replace the box.
   std::function<void(const QString& reason)> tellFailure;
+  /// Asks whether recorded lines that stand in no file may go.
+  std::function<bool()> mayForgetJournal;
 
  protected:
   void closeEvent(QCloseEvent* event) override;

@@ -149,6 +149,7 @@ void AddOnMenus::Follow() {
     action->setObjectName("addOn:" + action->text());
     connect(action, &QAction::triggered, this, [this, path = entry.path, label = entry.label] {
       m_workspace.Do([&](qelhost::Host& host) { qelhost::ChooseMenu(host, path, label); });
+      if (onChosen) onChosen();
     });
     m_entries.push_back(action);
   }

@@ -68,6 +68,9 @@ class AddOnMenus : public QObject {
   AddOnMenus(Workspace& workspace, QMainWindow* window, QMenu* before);
   void Follow();
 
+  /// Called after the user has chosen an entry.
+  std::function<void()> onChosen;
+
  private:
   QMenu* MenuOf(const QString& path);
 

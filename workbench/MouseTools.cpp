@@ -122,8 +122,7 @@ void MouseTools::DragView(const MouseEvent& event) {
       break;
     default: {
       constexpr double kPixelsPerDoubling = 100.0;
-      SetView(m_scene.ZoomedAt(view, m_pressed.x, m_pressed.y,
-                               std::exp2(dy / kPixelsPerDoubling)));
+      SetView(m_scene.ZoomedAt(view, m_pressed.x, m_pressed.y, std::exp2(dy / kPixelsPerDoubling)));
     }
   }
 }
@@ -173,8 +172,7 @@ void MouseTools::Probe(const MouseEvent& event) {
   const LgIndex_t zone = hit ? hit->zone : 0;
   const LgIndex_t cell = hit ? hit->cell : 0;
   const LgIndex_t node = hit ? hit->node : 0;
-  m_workspace.Do(
-      [&](Host& host) { qelhost::Probe(host, zone, cell, node, event.isCtrlHeld); });
+  m_workspace.Do([&](Host& host) { qelhost::Probe(host, zone, cell, node, event.isCtrlHeld); });
   if (!onProbed) return;
   Frame* const frame = ActiveFrame(m_workspace);
   const bool isHit = hit.has_value() && frame != nullptr;
@@ -228,8 +226,7 @@ bool MouseTools::FinishPolygon() {
 }
 
 bool MouseTools::Cancel() {
-  const bool isDrawing =
-      !m_polygon.empty() || m_drag == Drag::Draw || m_drag == Drag::MoveGeometry;
+  const bool isDrawing = !m_polygon.empty() || m_drag == Drag::Draw || m_drag == Drag::MoveGeometry;
   m_polygon.clear();
   m_drag = Drag::None;
   m_scene.SetInteracting(false);
@@ -241,9 +238,7 @@ std::optional<Geometry> MouseTools::Drawn(const Point& pointer) const {
   return DraggedGeometry(ModeOf(m_workspace), m_start, pointer);
 }
 
-void MouseTools::Draw(const Geometry& geometry) {
-  m_workspace.Act(qelhost::DrawCommand(geometry));
-}
+void MouseTools::Draw(const Geometry& geometry) { m_workspace.Act(qelhost::DrawCommand(geometry)); }
 
 void MouseTools::ShowBand(std::optional<Geometry> band) {
   m_scene.SetRubberBand(std::move(band));

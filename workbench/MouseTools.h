@@ -30,7 +30,8 @@ struct MouseEvent {
 /// beside any geometry, what suits the plot best: it turns a 3D view and moves a 2D one.
 class MouseTools {
  public:
-  MouseTools(Workspace& workspace, qelhost::PlotScene& scene) : m_workspace(workspace), m_scene(scene) {}
+  MouseTools(Workspace& workspace, qelhost::PlotScene& scene)
+      : m_workspace(workspace), m_scene(scene) {}
 
   void Press(const MouseEvent& event);
   void Move(const MouseEvent& event);

@@ -75,8 +75,8 @@ QImage DrawOffscreen(qelhost::Frame& frame, const qelhost::PlotLook& look, int w
   const std::size_t row = 3 * static_cast<std::size_t>(width);
   // VTK counts rows from the bottom.
   for (int y = 0; y < height; ++y) {
-    std::memcpy(image.scanLine(height - 1 - y),
-                pixels->GetPointer(static_cast<vtkIdType>(row) * y), row);
+    std::memcpy(image.scanLine(height - 1 - y), pixels->GetPointer(static_cast<vtkIdType>(row) * y),
+                row);
   }
   window->RemoveRenderer(scene.Plot());
   window->RemoveRenderer(scene.Margin());

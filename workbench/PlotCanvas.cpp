@@ -24,10 +24,10 @@ namespace {
 
 Qt::CursorShape CursorOf(QelMouseMode_e mode) {
   static const std::map<QelMouseMode_e, Qt::CursorShape> cursors = {
-      {Mouse_Zoom, Qt::SizeVerCursor},      {Mouse_Translate, Qt::SizeAllCursor},
-      {Mouse_Rotate, Qt::OpenHandCursor},   {Mouse_Probe, Qt::WhatsThisCursor},
+      {Mouse_Zoom, Qt::SizeVerCursor},       {Mouse_Translate, Qt::SizeAllCursor},
+      {Mouse_Rotate, Qt::OpenHandCursor},    {Mouse_Probe, Qt::WhatsThisCursor},
       {Mouse_GeomPolyline, Qt::CrossCursor}, {Mouse_GeomRectangle, Qt::CrossCursor},
-      {Mouse_GeomSquare, Qt::CrossCursor},  {Mouse_GeomCircle, Qt::CrossCursor},
+      {Mouse_GeomSquare, Qt::CrossCursor},   {Mouse_GeomCircle, Qt::CrossCursor},
       {Mouse_GeomEllipse, Qt::CrossCursor}};
   const auto found = cursors.find(mode);
   return found == cursors.end() ? Qt::ArrowCursor : found->second;
@@ -132,9 +132,9 @@ void PlotCanvas::resizeGL(int width, int height) {
 }
 
 void PlotCanvas::keyPressEvent(QKeyEvent* event) {
-  const bool isTaken =
-      (event->key() == Qt::Key_Escape && m_tools.Cancel()) ||
-      ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && m_tools.FinishPolygon());
+  const bool isTaken = (event->key() == Qt::Key_Escape && m_tools.Cancel()) ||
+                       ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) &&
+                        m_tools.FinishPolygon());
   if (!isTaken) QVTKOpenGLNativeWidget::keyPressEvent(event);
 }
 

@@ -141,9 +141,8 @@ void ShapeHandles::TakeSphere() {
 
 void ShapeHandles::Tell(const std::array<double, 3>& anchor, const std::array<double, 3>& size,
                         const std::array<double, 3>& rotationDeg) {
-  m_workspace.Do([&](qelhost::Host& host) {
-    qelhost::UserDragsShape(host, anchor, size, rotationDeg);
-  });
+  m_workspace.Do(
+      [&](qelhost::Host& host) { qelhost::UserDragsShape(host, anchor, size, rotationDeg); });
 }
 
 }  // namespace marquell::workbench

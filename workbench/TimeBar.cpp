@@ -3,8 +3,8 @@
 #include <QSignalBlocker>
 #include <QStyle>
 
-#include <algorithm>
 #include <fmt/format.h>
+#include <algorithm>
 
 namespace marquell::workbench {
 

@@ -7,7 +7,7 @@ namespace marquell::workbench {
 
 vtkStandardNewMacro(ToolStyle)
 
-MouseEvent ToolStyle::Here(Qt::MouseButton button, bool isDoubleClick) const {
+    MouseEvent ToolStyle::Here(Qt::MouseButton button, bool isDoubleClick) const {
   MouseEvent event;
   event.x = this->Interactor->GetEventPosition()[0];
   event.y = this->Interactor->GetEventPosition()[1];

@@ -16,7 +16,7 @@ class ToolStyle : public vtkInteractorStyle {
   static ToolStyle* New();
   vtkTypeMacro(ToolStyle, vtkInteractorStyle)
 
-  std::function<void(const MouseEvent&)> onPress;
+      std::function<void(const MouseEvent&)> onPress;
   std::function<void(const MouseEvent&)> onMove;
   std::function<void(const MouseEvent&)> onRelease;
   std::function<void(const MouseEvent&, double notches)> onWheel;

@@ -18,7 +18,8 @@ class Workspace : public QObject {
   Q_OBJECT
 
  public:
-  explicit Workspace(qelhost::Host& host, QObject* parent = nullptr) : QObject(parent), m_host(host) {}
+  explicit Workspace(qelhost::Host& host, QObject* parent = nullptr)
+      : QObject(parent), m_host(host) {}
 
   qelhost::Host& TheHost() const { return m_host; }
 

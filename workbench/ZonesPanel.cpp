@@ -12,8 +12,8 @@ namespace {
 enum Column { kName, kType, kCells, kNodes, kColumnCount };
 
 const char* NameOf(QelZoneType_e type) {
-  constexpr const char* kNames[] = {"ordered",  "triangles", "quadrilaterals", "tetrahedra",
-                                    "bricks",   "lines",     "polygons",       "polyhedra"};
+  constexpr const char* kNames[] = {"ordered", "triangles", "quadrilaterals", "tetrahedra",
+                                    "bricks",  "lines",     "polygons",       "polyhedra"};
   const auto place = static_cast<std::size_t>(type);
   return place < std::size(kNames) ? kNames[place] : "";
 }
@@ -38,10 +38,9 @@ ZonesPanel::ZonesPanel(Workspace& workspace, QWidget* parent)
   // Names before all: the rest is reached by scrolling.
   header()->setSectionResizeMode(QHeaderView::ResizeToContents);
   header()->setStretchLastSection(false);
-  connect(this, &QTreeWidget::itemChanged, this,
-          [this](QTreeWidgetItem* item, int column) {
-            if (column == kName) TakeCheck(item);
-          });
+  connect(this, &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem* item, int column) {
+    if (column == kName) TakeCheck(item);
+  });
 }
 
 void ZonesPanel::Follow() {

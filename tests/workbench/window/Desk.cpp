@@ -29,6 +29,7 @@ Desk::Desk() : m_host(qelhost::Host::Instance()) {
   m_window->Files().questions.unsaved = [](QWidget*, const QString&) {
     return DocumentQuestions::Answer::Discard;
   };
+  m_window->mayForgetJournal = [] { return true; };
   m_host.messages.SetBox([this](const std::string& text, QelMessageBox_e) {
     m_messages.push_back(text);
     return true;
@@ -54,8 +55,7 @@ Desk::~Desk() {
 QString Desk::Example(const QString& name) const {
   namespace fs = std::filesystem;
   const fs::path source = fs::path(MARQUELL_EXAMPLES) / name.toStdString();
-  const fs::path folder =
-      fs::path(m_folder.path().toStdString()) / source.parent_path().filename();
+  const fs::path folder = fs::path(m_folder.path().toStdString()) / source.parent_path().filename();
   fs::copy(source.parent_path(), folder,
            fs::copy_options::recursive | fs::copy_options::skip_existing);
   return QString::fromStdString((folder / source.filename()).string());

@@ -71,8 +71,8 @@ TEST(JourneyTest, DrawAlterUndoHideSaveIsWhatTheJournalDoes) {
   desk.Choose("journalStop");
   const QString journal = desk.Path("recorded.journal");
   ASSERT_TRUE(desk.window().Journal().SaveTo(journal));
-  ASSERT_TRUE(RunHeadless(journal, MARQUELL_EXAMPLES "/part/gmsh_part.vtu",
-                          desk.Path("headless.vtu")));
+  ASSERT_TRUE(
+      RunHeadless(journal, MARQUELL_EXAMPLES "/part/gmsh_part.vtu", desk.Path("headless.vtu")));
   QFile window(desk.Path("window.vtu"));
   QFile headless(desk.Path("headless.vtu"));
   ASSERT_TRUE(window.open(QIODevice::ReadOnly) && headless.open(QIODevice::ReadOnly));

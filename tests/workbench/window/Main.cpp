@@ -1,6 +1,6 @@
+#include <QVTKOpenGLNativeWidget.h>
 #include <QApplication>
 #include <QStandardPaths>
-#include <QVTKOpenGLNativeWidget.h>
 
 #include <gtest/gtest.h>
 

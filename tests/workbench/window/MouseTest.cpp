@@ -66,8 +66,8 @@ TEST_F(MouseTest, APolygonEndsWithADoubleClick) {
 
 TEST_F(MouseTest, APolygonEndsAtItsFirstCornerAndWithEnter) {
   desk.Choose("modePolygon");
-  for (const QPoint& corner : {desk.At(-0.05, -0.02), desk.At(0.05, -0.02), desk.At(0.0, 0.02),
-                               desk.At(-0.05, -0.02)}) {
+  for (const QPoint& corner :
+       {desk.At(-0.05, -0.02), desk.At(0.05, -0.02), desk.At(0.0, 0.02), desk.At(-0.05, -0.02)}) {
     desk.Click(corner);
   }
   EXPECT_EQ(desk.Frame().geometries.Count(), 1);
@@ -120,8 +120,8 @@ TEST_F(MouseTest, TheMiddleButtonMovesThePlotWithThePointer) {
   const auto under = desk.plot().Scene().GridAt(400, 300);
   const qelhost::View before = desk.Frame().view;
   const double ratio = desk.plot().devicePixelRatioF();
-  const QPoint from(static_cast<int>(400 / ratio), desk.plot().height() - 1 -
-                                                       static_cast<int>(300 / ratio));
+  const QPoint from(static_cast<int>(400 / ratio),
+                    desk.plot().height() - 1 - static_cast<int>(300 / ratio));
   desk.Drag(from, from + QPoint(60, -40), Qt::MiddleButton);
   EXPECT_TRUE(qelhost::HaveSameProjection(before, desk.Frame().view));
   const auto now = desk.plot().Scene().GridAt(400 + 60 * ratio, 300 + 40 * ratio);

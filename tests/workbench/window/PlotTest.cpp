@@ -88,7 +88,7 @@ TEST(PlotTest, LayersZonesAndColoursChangeThePicture) {
 
 TEST(PlotTest, TimeStepsAreWalkedThrough) {
   Desk desk;
-  
+
   desk.OpenExample("flange/flange.pvd");
   auto* const slider = desk.window().findChild<QSlider*>("timeSlider");
   ASSERT_TRUE(slider->isEnabled());

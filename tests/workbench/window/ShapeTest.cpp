@@ -76,9 +76,9 @@ TEST_F(ShapeTest, TheBoxIsMovedByItsMiddleHandle) {
 TEST_F(ShapeTest, AFaceOfTheBoxSizesIt) {
   desk.Press("Define pick area using a cube");
   const qelhost::ShownShape before = desk.host().shape;
-  const QPoint face = PixelOf({before.anchor[0] + before.size[0],
-                               before.anchor[1] + before.size[1] / 2,
-                               before.anchor[2] + before.size[2] / 2});
+  const QPoint face =
+      PixelOf({before.anchor[0] + before.size[0], before.anchor[1] + before.size[1] / 2,
+               before.anchor[2] + before.size[2] / 2});
   desk.Drag(face, face + QPoint(30, 0));
   const qelhost::ShownShape after = desk.host().shape;
   EXPECT_GT(after.size[0], before.size[0] * 1.02);
@@ -91,9 +91,9 @@ TEST_F(ShapeTest, DraggingBesideHandlesTurnsTheBox) {
   desk.Press("Define pick area using a cube");
   const qelhost::ShownShape before = desk.host().shape;
   // On a face, away from its handle.
-  const QPoint face = PixelOf({before.anchor[0] + before.size[0] * 0.75,
-                               before.anchor[1] + before.size[1] * 0.75,
-                               before.anchor[2] + before.size[2]});
+  const QPoint face =
+      PixelOf({before.anchor[0] + before.size[0] * 0.75, before.anchor[1] + before.size[1] * 0.75,
+               before.anchor[2] + before.size[2]});
   desk.Drag(face, face + QPoint(25, 10));
   EXPECT_NE(before.rotationDeg, desk.host().shape.rotationDeg);
   ExpectBoxAgrees();
@@ -113,8 +113,8 @@ TEST_F(ShapeTest, TheSphereIsSizedByItsSurface) {
   const qelhost::ShownShape before = desk.host().shape;
   ASSERT_TRUE(before.isShown);
   ASSERT_EQ(before.kind, Shape_Sphere);
-  const QPoint rim = PixelOf({before.anchor[0] + 0.7 * before.size[0], before.anchor[1],
-                              before.anchor[2]});
+  const QPoint rim =
+      PixelOf({before.anchor[0] + 0.7 * before.size[0], before.anchor[1], before.anchor[2]});
   desk.Drag(rim, rim + QPoint(40, 0));
   const qelhost::ShownShape after = desk.host().shape;
   EXPECT_TRUE(after.size[0] != before.size[0] || after.anchor != before.anchor);
