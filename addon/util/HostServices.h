@@ -15,10 +15,11 @@ struct HostServices {
 HostServices AskHostServices();
 
 /// One service by its id; null where the host does not offer it, or offers none at all.
+const void* AskHostForAny(const char* id);
+
 template <class Service>
 const Service* AskHostFor(const char* id) {
-  return QelUtilExtensionGet == nullptr ? nullptr
-                                        : static_cast<const Service*>(QelUtilExtensionGet(id));
+  return static_cast<const Service*>(AskHostForAny(id));
 }
 
 }  // namespace qelvane::qelutiltools
