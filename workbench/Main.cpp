@@ -23,6 +23,7 @@ struct Arguments {
   QString file;
   QString journal;
   QStringList addOns;
+  bool quitsAfterPicture = false;
 };
 
 Arguments ReadArguments(const QApplication& application) {
@@ -36,6 +37,10 @@ Arguments ReadArguments(const QApplication& application) {
                                    "file");
   const QCommandLineOption addOn(
       "add-on", QObject::tr("Add-on to load instead of those found by themselves"), "file");
+  QCommandLineOption quit("quit-after-picture",
+                          QObject::tr("Quit when the file is drawn, for measuring"));
+  quit.setFlags(QCommandLineOption::HiddenFromHelp);
+  parser.addOption(quit);
   parser.addOption(journal);
   parser.addOption(addOn);
   parser.process(application);
@@ -44,7 +49,8 @@ Arguments ReadArguments(const QApplication& application) {
     constexpr int kWrongCommandLine = 2;
     std::exit(kWrongCommandLine);
   }
-  return {parser.positionalArguments().value(0), parser.value(journal), parser.values(addOn)};
+  return {parser.positionalArguments().value(0), parser.value(journal), parser.values(addOn),
+          parser.isSet(quit)};
 }
 
 /// One after the other, so that one that fails does not keep the others out.
@@ -88,6 +94,11 @@ int main(int argc, char** argv) {
     workspace.Do([](qelhost::Host& its) { its.idle.Run(); });
     if (!arguments.file.isEmpty()) window.Files().Open(arguments.file);
     if (!arguments.journal.isEmpty()) window.Journal().OpenFile(arguments.journal);
+    if (arguments.quitsAfterPicture) {
+      window.repaint();
+      QCoreApplication::processEvents();
+      QCoreApplication::quit();
+    }
   });
   return QApplication::exec();
 }
