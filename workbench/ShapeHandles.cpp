@@ -65,6 +65,7 @@ ShapeHandles::ShapeHandles(Workspace& workspace, vtkRenderWindowInteractor* inte
   m_boxShape->GetHandleProperty()->SetColor(kHandleColour[0], kHandleColour[1], kHandleColour[2]);
   m_sphereShape->SetRepresentationToWireframe();
   m_sphereShape->HandleVisibilityOn();
+  m_sphereShape->HandleTextOff();
   m_sphereShape->RadialLineOn();
   m_sphereShape->GetSphereProperty()->SetColor(kHandleColour[0], kHandleColour[1],
                                                kHandleColour[2]);
