@@ -43,6 +43,9 @@ class TextLayer {
   TextLayer& operator=(const TextLayer&) = delete;
 
   void Show(const std::vector<PlacedText>& texts, double size);
+  void AppendActors(std::vector<vtkProp*>& actors) const {
+    for (const Shown& shown : m_shown) actors.push_back(shown.actor);
+  }
 
  private:
   struct Shown {
@@ -68,6 +71,12 @@ class Axes {
   void Hide();
   void ShowFlat(const PlotCamera& camera, double textSize, double scale);
   void ShowSolid(const PlotCamera& camera, const DataBox& data, double textSize, double scale);
+  /// Those that stand in the plot, in the order in which they are drawn.
+  void AppendActors(std::vector<vtkProp*>& actors) const {
+    if (m_box != nullptr) actors.push_back(m_box);
+    m_solidLines.AppendActors(actors);
+    m_solidTexts.AppendActors(actors);
+  }
 
  private:
   /// The box itself stands among the data, which hide its far edges.
@@ -89,6 +98,10 @@ class OrientationMarker {
 
   void Hide();
   void Show(const PlotCamera& camera, double textSize, double scale);
+  void AppendActors(std::vector<vtkProp*>& actors) const {
+    for (const FlatLayer& arrow : m_arrows) arrow.AppendActors(actors);
+    m_names.AppendActors(actors);
+  }
 
  private:
   std::array<FlatLayer, 3> m_arrows;

@@ -17,6 +17,26 @@ extern "C" unsigned glewInit() {
 }
 
 namespace qelhost {
+namespace {
+
+/// The display of all windows, which the last of them ends; null when there is none.
+std::shared_ptr<void> SharedDisplay() {
+  static std::weak_ptr<void> shared;
+  if (auto display = shared.lock()) return display;
+  const auto getDisplay = reinterpret_cast<PFNEGLGETPLATFORMDISPLAYEXTPROC>(
+      eglGetProcAddress("eglGetPlatformDisplayEXT"));
+  if (getDisplay == nullptr) return nullptr;
+  const EGLDisplay display =
+      getDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
+  if (display == EGL_NO_DISPLAY || eglInitialize(display, nullptr, nullptr) == EGL_FALSE) {
+    return nullptr;
+  }
+  std::shared_ptr<void> owner(display, [](EGLDisplay last) { eglTerminate(last); });
+  shared = owner;
+  return owner;
+}
+
+}  // namespace
 
 vtkStandardNewMacro(EglWindow);
 
@@ -24,22 +44,15 @@ EglWindow::~EglWindow() {
   if (m_context != EGL_NO_CONTEXT) {
     MakeCurrent();
     Finalize();
-    eglMakeCurrent(m_display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
-    eglDestroyContext(m_display, m_context);
+    eglMakeCurrent(m_display.get(), EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+    eglDestroyContext(m_display.get(), m_context);
   }
-  if (m_surface != EGL_NO_SURFACE) eglDestroySurface(m_display, m_surface);
-  if (m_display != EGL_NO_DISPLAY) eglTerminate(m_display);
+  if (m_surface != EGL_NO_SURFACE) eglDestroySurface(m_display.get(), m_surface);
 }
 
 bool EglWindow::Open(int width, int height) {
-  const auto getDisplay = reinterpret_cast<PFNEGLGETPLATFORMDISPLAYEXTPROC>(
-      eglGetProcAddress("eglGetPlatformDisplayEXT"));
-  if (getDisplay == nullptr) return false;
-  m_display = getDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
-  if (m_display == EGL_NO_DISPLAY || eglInitialize(m_display, nullptr, nullptr) == EGL_FALSE) {
-    m_display = EGL_NO_DISPLAY;
-    return false;
-  }
+  m_display = SharedDisplay();
+  if (m_display == nullptr) return false;
   eglBindAPI(EGL_OPENGL_API);
   const EGLint wanted[] = {EGL_SURFACE_TYPE,
                            EGL_PBUFFER_BIT,
@@ -56,11 +69,11 @@ bool EglWindow::Open(int width, int height) {
                            EGL_NONE};
   EGLConfig config = nullptr;
   EGLint count = 0;
-  if (eglChooseConfig(m_display, wanted, &config, 1, &count) == EGL_FALSE || count < 1)
+  if (eglChooseConfig(m_display.get(), wanted, &config, 1, &count) == EGL_FALSE || count < 1)
     return false;
   // VTK draws into buffers of its own; the context only wants some surface.
   const EGLint small[] = {EGL_WIDTH, 16, EGL_HEIGHT, 16, EGL_NONE};
-  m_surface = eglCreatePbufferSurface(m_display, config, small);
+  m_surface = eglCreatePbufferSurface(m_display.get(), config, small);
   const EGLint version[] = {EGL_CONTEXT_MAJOR_VERSION,
                             3,
                             EGL_CONTEXT_MINOR_VERSION,
@@ -68,7 +81,7 @@ bool EglWindow::Open(int width, int height) {
                             EGL_CONTEXT_OPENGL_PROFILE_MASK,
                             EGL_CONTEXT_OPENGL_CORE_PROFILE_BIT,
                             EGL_NONE};
-  m_context = eglCreateContext(m_display, config, EGL_NO_CONTEXT, version);
+  m_context = eglCreateContext(m_display.get(), config, EGL_NO_CONTEXT, version);
   if (m_surface == EGL_NO_SURFACE || m_context == EGL_NO_CONTEXT) return false;
 
   SetSize(width, height);
@@ -82,7 +95,7 @@ bool EglWindow::Open(int width, int height) {
   return true;
 }
 
-void EglWindow::MakeCurrent() { eglMakeCurrent(m_display, m_surface, m_surface, m_context); }
+void EglWindow::MakeCurrent() { eglMakeCurrent(m_display.get(), m_surface, m_surface, m_context); }
 
 bool EglWindow::IsCurrent() {
   return m_context != EGL_NO_CONTEXT && eglGetCurrentContext() == m_context;

@@ -5,6 +5,8 @@
 
 #include <EGL/egl.h>
 
+#include <memory>
+
 namespace qelhost {
 
 /// Draws into memory through a surfaceless EGL context.
@@ -27,7 +29,8 @@ class EglWindow : public vtkGenericOpenGLRenderWindow {
   ~EglWindow() override;
 
  private:
-  EGLDisplay m_display = EGL_NO_DISPLAY;
+  /// Shared by all windows: ending one ends the contexts of all.
+  std::shared_ptr<void> m_display;
   EGLContext m_context = EGL_NO_CONTEXT;
   EGLSurface m_surface = EGL_NO_SURFACE;
 };

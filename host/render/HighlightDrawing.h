@@ -19,6 +19,9 @@ class HighlightDrawing {
   LgIndex_t ZoneNum() const { return m_highlight.zone; }
   /// Follows what is seen of the zone. Without a zone nothing is shown.
   void Update(ZoneDrawing* zone, double scale);
+  void AppendActors(std::vector<vtkProp*>& actors) const {
+    for (const auto& actor : m_actors) actors.push_back(actor);
+  }
 
  private:
   void Show(ZoneDrawing& zone, double scale);

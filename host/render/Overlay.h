@@ -35,6 +35,9 @@ class FlatLayer {
  public:
   explicit FlatLayer(vtkRenderer* renderer) : m_renderer(renderer) {}
   void Show(FlatLines lines);
+  void AppendActors(std::vector<vtkProp*>& actors) const {
+    if (m_actor != nullptr) actors.push_back(m_actor);
+  }
 
  private:
   vtkRenderer* m_renderer;
@@ -52,6 +55,11 @@ class Overlay {
 
   void Update(const GeometryList& geometries, const PlotCamera& camera, double lineWidth,
               double scale);
+  void AppendActors(std::vector<vtkProp*>& actors) const {
+    for (const FlatLayer* const layer : {&m_geometries, &m_selected, &m_band}) {
+      layer->AppendActors(actors);
+    }
+  }
 
  private:
   FlatLayer m_geometries;

@@ -3,11 +3,14 @@
 #include <vtkCamera.h>
 #include <vtkLookupTable.h>
 #include <vtkNew.h>
+#include <vtkPropCollection.h>
 #include <vtkRenderer.h>
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <map>
+#include <set>
 #include <utility>
 
 #include "Axes.h"
@@ -75,6 +78,7 @@ class PlotScene::Parts {
     UpdateHighlights(look.scale);
     overlay.Update(frame.geometries, camera, std::max(look.scale, 0.3 * height / 100.0),
                    look.scale);
+    PutInOrder();
   }
 
   std::optional<ProbeHit> HitAt(double x, double y) const {
@@ -161,6 +165,30 @@ class PlotScene::Parts {
       m_faceCount += drawn->Surface().Faces().Count();
       m_zones[zone.Version()] = std::move(drawn);
     }
+  }
+
+  /// Lines that coincide cover each other by the order in which they are drawn, which is to be that
+  /// of the zones and their layers, whenever each was switched on. The collection is put in order
+  /// itself: removing actors from the renderer would throw away what the graphics hold of them.
+  void PutInOrder() {
+    std::vector<vtkProp*> wanted;
+    for (const auto& [version, zone] : m_zones) zone->AppendActors(wanted);
+    for (const auto& highlight : m_highlights) highlight->AppendActors(wanted);
+    m_axes.AppendActors(wanted);
+    m_orientation.AppendActors(wanted);
+    overlay.AppendActors(wanted);
+    vtkPropCollection* const props = m_plotRenderer->GetViewProps();
+    std::vector<vtkSmartPointer<vtkProp>> before;
+    vtkCollectionSimpleIterator place;
+    props->InitTraversal(place);
+    while (vtkProp* const prop = props->GetNextProp(place)) before.emplace_back(prop);
+    // Whatever others put into the renderer comes last.
+    const std::set<vtkProp*> own(wanted.begin(), wanted.end());
+    std::copy_if(before.begin(), before.end(), std::back_inserter(wanted),
+                 [&own](vtkProp* prop) { return own.count(prop) == 0; });
+    if (std::equal(wanted.begin(), wanted.end(), before.begin(), before.end())) return;
+    props->RemoveAllItems();
+    for (vtkProp* const prop : wanted) props->AddItem(prop);
   }
 
   /// While the view moves and there are too many faces for that: the detail to show them in.

@@ -151,6 +151,14 @@ void ZoneDrawing::ColourSurface(ZoneSurface& surface) const {
   surface.Colour(field, location, m_look.range);
 }
 
+void ZoneDrawing::AppendActors(std::vector<vtkProp*>& actors) const {
+  for (std::size_t part = 0; part < kPartCount; ++part) {
+    for (vtkActor* const actor : {m_parts[part].Get(), m_roughParts[part].Get()}) {
+      if (actor != nullptr) actors.push_back(actor);
+    }
+  }
+}
+
 const FaceEdges& ZoneDrawing::Edges() {
   if (m_edges == nullptr) {
     m_edges = std::make_unique<FaceEdges>(m_surface->Faces(), m_surface->PointCount());

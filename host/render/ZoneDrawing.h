@@ -64,6 +64,8 @@ class ZoneDrawing {
   const ZoneSurface& SeenSurface() const { return m_isRough ? *m_rough : *m_surface; }
   std::int64_t SeenVersion() const { return m_isRough ? m_roughVersion : m_surfaceVersion; }
   const FaceEdges& Edges();
+  /// Its actors in the order in which they are to be drawn.
+  void AppendActors(std::vector<vtkProp*>& actors) const;
 
  private:
   /// The layers in the order in which they are drawn.

@@ -10,6 +10,7 @@
 #include <array>
 #include <cmath>
 #include <cstdlib>
+#include <stdexcept>
 #include <vector>
 
 #include "EglWindow.h"
@@ -76,6 +77,8 @@ class Canvas {
   Pixels Draw(qelhost::Frame& frame, const qelhost::PlotLook& look) {
     Update(frame, look);
     m_window->Render();
+    // Or the pixels would be another window's.
+    if (!m_window->IsCurrent()) throw std::runtime_error("the window cannot draw");
     vtkNew<vtkUnsignedCharArray> bytes;
     m_window->GetPixelData(0, 0, m_width - 1, m_height - 1, 0, bytes.Get(), 0);
     Pixels pixels{m_width, m_height, {}};
