@@ -221,7 +221,7 @@ void Axes::ShowFlat(const PlotCamera& camera, double textSize, double scale) {
   const std::array<double, 2> high = camera.GridAt(right, top);
   // The axis's own name stands at its end, instead of a number.
   const double lastX = right - 1.5 * textSize;
-  const double lastY = top - 1.2 * textSize;
+  const double lastY = top - 1.8 * textSize;
   const auto add = [&](std::size_t axis, const std::vector<double>& ticks) {
     const double step = ticks.size() > 1 ? ticks[1] - ticks[0] : high[axis] - low[axis];
     for (const double tick : ticks) {
