@@ -60,6 +60,14 @@ DocumentQuestions AskInDialogs() {
   questions.fileToSave = [](QWidget* window, const QString& proposal) {
     return QFileDialog::getSaveFileName(window, QObject::tr("Save As"), proposal, Filter(true));
   };
+  questions.replace = [](QWidget* window, const QString& name) {
+    return QMessageBox::question(
+               window, QObject::tr("Replace the results?"),
+               QObject::tr("Saving replaces the results in \"%1\" by the altered ones. Replace "
+                           "them? (Save As writes another file.)")
+                   .arg(name),
+               QMessageBox::Save | QMessageBox::Cancel, QMessageBox::Cancel) == QMessageBox::Save;
+  };
   questions.unsaved = [](QWidget* window, const QString& name) {
     const auto answer = QMessageBox::question(
         window, QObject::tr("Unsaved changes"),
@@ -141,9 +149,19 @@ bool Documents::Close() {
 
 bool Documents::Save() {
   Frame* const frame = m_workspace.TheHost().frames.Active();
-  if (frame == nullptr || frame->Data() == nullptr) return false;
-  const QString path = QString::fromStdString(frame->fileName);
-  return ProposalFor(path) == path ? SaveTo(*frame, path) : SaveAs();
+  return frame != nullptr && frame->Data() != nullptr && SaveBack(*frame);
+}
+
+bool Documents::SaveBack(Frame& frame) {
+  const QString path = QString::fromStdString(frame.fileName);
+  QString target = ProposalFor(path);
+  if (target != path) {
+    target = questions.fileToSave(m_window, target);
+  } else if (m_savedRevision.count(frame.Data()->Id()) == 0 &&
+             !questions.replace(m_window, QFileInfo(path).fileName())) {
+    return false;
+  }
+  return !target.isEmpty() && SaveTo(frame, target);
 }
 
 bool Documents::SaveAs() {
@@ -194,12 +212,8 @@ bool Documents::MayDiscard() {
         return false;
       case DocumentQuestions::Answer::Discard:
         break;
-      case DocumentQuestions::Answer::Save: {
-        const QString path = QString::fromStdString(frame.fileName);
-        const QString target =
-            ProposalFor(path) == path ? path : questions.fileToSave(m_window, ProposalFor(path));
-        if (target.isEmpty() || !SaveTo(frame, target)) return false;
-      }
+      case DocumentQuestions::Answer::Save:
+        if (!SaveBack(frame)) return false;
     }
   }
   return true;

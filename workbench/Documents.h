@@ -18,6 +18,8 @@ struct DocumentQuestions {
   enum class Answer { Save, Discard, Cancel };
   std::function<QString(QWidget* window, const QString& folder)> fileToOpen;
   std::function<QString(QWidget* window, const QString& proposal)> fileToSave;
+  /// About writing over results that were opened and not written by this window yet.
+  std::function<bool(QWidget* window, const QString& name)> replace;
   /// About data that were altered and not saved.
   std::function<Answer(QWidget* window, const QString& name)> unsaved;
 };
@@ -44,8 +46,8 @@ class Documents : public QObject {
   bool Add(const QString& path);
   bool Close();
 
-  /// Saves the active frame's data to the file they came from; SaveAs when its format cannot be
-  /// written.
+  /// Saves the active frame's data to the file they came from, which the user is asked about the
+  /// first time; SaveAs when its format cannot be written.
   bool Save();
   bool SaveAs();
 
@@ -64,6 +66,7 @@ class Documents : public QObject {
 
  private:
   qelhost::DataSetPtr Read(const QString& path);
+  bool SaveBack(qelhost::Frame& frame);
   bool SaveTo(qelhost::Frame& frame, const QString& path);
   void Remember(const QString& path);
 

@@ -64,6 +64,10 @@ PlotCanvas::PlotCanvas(Workspace& workspace, LookSettings& look)
   };
   interactor()->SetInteractorStyle(style);
   m_handles = std::make_unique<ShapeHandles>(workspace, interactor(), m_scene.Plot());
+  m_handles->onDragging = [this](bool isDragging) {
+    m_scene.SetInteracting(isDragging);
+    if (!isDragging) Follow();
+  };
   m_tools.onRedraw = [this] { Draw(); };
   m_tools.onProbed = [this](const std::string& text) {
     if (onProbed) onProbed(text);

@@ -79,17 +79,22 @@ ShapeHandles::ShapeHandles(Workspace& workspace, vtkRenderWindowInteractor* inte
     widget->SetCurrentRenderer(renderer);
     widget->SetDefaultRenderer(renderer);
     LeaveOtherButtons(widget);
-    Listen(widget, vtkCommand::StartInteractionEvent, [this] { m_isDragging = true; });
+    Listen(widget, vtkCommand::StartInteractionEvent, [this] { SetDragging(true); });
     Listen(widget, vtkCommand::InteractionEvent, [this, take = take] { (this->*take)(); });
-    Listen(widget, vtkCommand::EndInteractionEvent, [this] {
-      m_isDragging = false;
-      m_version = -1;
-      Follow();
-    });
+    Listen(widget, vtkCommand::EndInteractionEvent, [this] { SetDragging(false); });
   }
 }
 
 ShapeHandles::~ShapeHandles() { Hide(); }
+
+void ShapeHandles::SetDragging(bool isDragging) {
+  m_isDragging = isDragging;
+  if (onDragging) onDragging(isDragging);
+  if (isDragging) return;
+  // Now the numbers lead again, which were rounded.
+  m_version = -1;
+  Follow();
+}
 
 void ShapeHandles::Hide() {
   m_box->SetEnabled(0);

@@ -10,6 +10,7 @@
 #include <vtkSphereWidget2.h>
 
 #include <cstdint>
+#include <functional>
 
 #include "Workspace.h"
 
@@ -26,10 +27,14 @@ class ShapeHandles {
 
   /// Brings the handles to the shape that the host holds.
   void Follow();
+  /// Called when the user takes hold of a handle, and when he lets go.
+  std::function<void(bool isDragging)> onDragging;
+
   /// Takes the handles off the picture, for one that is written to a file.
   void Hide();
 
  private:
+  void SetDragging(bool isDragging);
   void ShowBox(const qelhost::ShownShape& shape);
   void ShowSphere(const qelhost::ShownShape& shape);
   void TakeBox();

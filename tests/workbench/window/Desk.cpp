@@ -34,6 +34,7 @@ Desk::Desk() : m_host(qelhost::Host::Instance()) {
     m_messages.push_back(text);
     return true;
   });
+  m_window->Files().questions.replace = [](QWidget*, const QString&) { return true; };
   m_window->show();
   EXPECT_TRUE(QTest::qWaitForWindowExposed(m_window.get()));
   m_workspace->Do([](qelhost::Host& host) {

@@ -81,6 +81,29 @@ TEST(OpenSaveTest, SavingOverTheSourceKeepsWhatWasNotReadYet) {
             ValuesOf(*qelhost::ReadDataSet(desk.Path("part/gmsh_part.vtu").toStdString())));
 }
 
+TEST(OpenSaveTest, ResultsThatWereOpenedAreReplacedOnlyWhenTheUserSaysSo) {
+  Desk desk;
+  desk.OpenExample("part/gmsh_part.vtu");
+  Alter(desk);
+  int asked = 0;
+  bool answer = false;
+  desk.window().Files().questions.replace = [&](QWidget*, const QString& name) {
+    EXPECT_EQ(name, "gmsh_part.vtu");
+    ++asked;
+    return answer;
+  };
+  const auto original = ValuesOf(*qelhost::ReadDataSet(desk.Frame().fileName));
+  desk.Choose("save");
+  EXPECT_TRUE(desk.window().isWindowModified());
+  EXPECT_EQ(ValuesOf(*qelhost::ReadDataSet(desk.Frame().fileName)), original);
+  answer = true;
+  desk.Choose("save");
+  EXPECT_FALSE(desk.window().isWindowModified());
+  Alter(desk);
+  desk.Choose("save");
+  EXPECT_EQ(asked, 2) << "what this window wrote itself is written again without a question";
+}
+
 TEST(OpenSaveTest, SaveAsGoesOnWithTheNewFile) {
   Desk desk;
   desk.OpenExample("part/gmsh_part.vtu");

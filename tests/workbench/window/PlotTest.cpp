@@ -1,6 +1,8 @@
 // What the plot shows, and that it agrees with pictures made without a window.
+#include <QFile>
 #include <QImage>
 #include <QOpenGLWidget>
+#include <QProcess>
 #include <QTreeWidget>
 
 #include <gmock/gmock.h>
@@ -9,6 +11,7 @@
 
 #include "Desk.h"
 #include "MenuBar.h"
+#include "OffscreenPicture.h"
 #include "PickWatch.h"
 
 namespace marquell::workbench {
@@ -60,6 +63,30 @@ TEST(PlotTest, TheWindowAndAPictureWithoutAWindowAgree) {
   const QImage drawn = QImage(file).convertToFormat(QImage::Format_RGB888);
   EXPECT_GT(Colourful(shown), 0.03);
   EXPECT_LT(Difference(shown, drawn), 0.01);
+}
+
+TEST(PlotTest, TheWindowAndTheCommandLineDrawTheSamePicture) {
+  Desk desk;
+  desk.OpenExample("pitzDaily/pitzDaily.vtm");
+  qelhost::PlotLook look;
+  look.variable = desk.Frame().Data()->VariableNumber("p");
+  const qelhost::Range range = desk.Frame().Data()->VariableRange(look.variable);
+  look.min = range.min;
+  look.max = range.max;
+  const QImage inWindow = DrawOffscreen(desk.Frame(), look, 800, 600);
+  QFile journal(desk.Path("look.journal"));
+  ASSERT_TRUE(journal.open(QIODevice::WriteOnly));
+  journal.write("# marquell journal 1\n");
+  journal.close();
+  const QString picture = desk.Path("headless.png");
+  ASSERT_EQ(QProcess::execute(MARQUELL_PROGRAM,
+                              {"run", journal.fileName(), desk.Path("pitzDaily/pitzDaily.vtm"),
+                               "--dry-run", "--quiet", "--image", picture, "--image-variable", "p",
+                               "--add-on", MARQUELL_ADDON}),
+            0);
+  const QImage headless = QImage(picture).convertToFormat(QImage::Format_RGB888);
+  EXPECT_GT(Colourful(headless), 0.03);
+  EXPECT_LT(Difference(inWindow, headless), 0.005);
 }
 
 TEST(PlotTest, AnEmptyWindowIsWhite) {
