@@ -96,6 +96,9 @@ void PlotCanvas::UpdateScene() {
   if (width < 1 || height < 1) return;
   qelhost::PlotLook look = LookOf(frame, m_look);
   look.scale = ratio;
+  // The scale is in the sizes already; the view's own would enlarge texts a second time.
+  constexpr int kPlainDpi = 72;
+  renderWindow()->SetDPI(kPlainDpi);
   m_scene.SetSelectedGeometry(frame.picked.empty() ? 0 : frame.picked.front().geometry);
   m_scene.Update(frame, look, width, height);
 }

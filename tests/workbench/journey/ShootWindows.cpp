@@ -29,8 +29,9 @@ QImage Shot() {
   constexpr int kSettlingMs = 300;
   QTest::qWait(kSettlingMs);
   QScreen* const screen = QGuiApplication::primaryScreen();
-  const QImage whole = screen->grabWindow(0).toImage();
+  QImage whole = screen->grabWindow(0).toImage();
   const double ratio = screen->devicePixelRatio();
+  whole.setDevicePixelRatio(1.0);
   QRegion shown;
   for (const QWidget* const widget : QApplication::topLevelWidgets()) {
     if (!widget->isVisible() || widget->windowType() == Qt::ToolTip) continue;
