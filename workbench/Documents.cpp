@@ -117,7 +117,10 @@ bool Documents::Open(const QString& path) {
     host.idle.Run();
   });
   m_savedRevision.clear();
-  if (isShown) Remember(path);
+  if (isShown) {
+    Remember(path);
+    emit Opened(QFileInfo(path).absoluteFilePath());
+  }
   return isShown;
 }
 
@@ -135,12 +138,16 @@ bool Documents::Add(const QString& path) {
       its.ShowFile(data, QFileInfo(path).absoluteFilePath().toStdString());
     });
   });
-  if (isShown) Remember(path);
+  if (isShown) {
+    Remember(path);
+    emit Added(QFileInfo(path).absoluteFilePath());
+  }
   return isShown;
 }
 
 bool Documents::Close() {
   if (!MayDiscard()) return false;
+  emit Closed();
   return m_workspace.Do([](Host& host) {
     host.CloseAll();
     host.idle.Run();
@@ -190,6 +197,7 @@ bool Documents::SaveTo(Frame& frame, const QString& path) {
   m_savedRevision[frame.Data()->Id()] = m_workspace.TheHost().history.Revision(frame.Data()->Id());
   m_workspace.Do([&](Host&) { frame.fileName = target; });
   Remember(path);
+  emit Saved(QFileInfo(path).absoluteFilePath());
   emit Said(tr("Saved %1").arg(path));
   return true;
 }

@@ -61,6 +61,11 @@ class Documents : public QObject {
   void SetRecent(const QStringList& files) { m_recent = files; }
 
  signals:
+  /// A file is shown in place of everything else, or beside the others.
+  void Opened(const QString& path);
+  void Added(const QString& path);
+  void Saved(const QString& path);
+  void Closed();
   void RecentChanged();
   void Said(const QString& text);
 

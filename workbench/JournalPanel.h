@@ -39,7 +39,7 @@ class JournalPanel : public QWidget {
   bool SaveTo(const QString& path);
 
   bool IsPlaying() const { return m_isPlaying; }
-  bool IsRecording() const { return m_workspace.TheHost().recorder.IsActive(); }
+  bool IsRecording() const { return m_workspace.TheHost().recorder.IsRecording(); }
   /// Whether lines were recorded that stand in no file.
   bool HasUnsavedLines() const;
   const JournalLines& Recorded() const { return *m_recorded; }

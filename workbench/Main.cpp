@@ -8,11 +8,13 @@
 
 #include <clocale>
 
+#include "CrashLog.h"
 #include "Host.h"
 #include "Icons.h"
 #include "JournalPanel.h"
 #include "MainWindow.h"
 #include "PlotCanvas.h"
+#include "TakeUp.h"
 #include "Workspace.h"
 
 namespace {
@@ -88,11 +90,13 @@ int main(int argc, char** argv) {
   marquell::workbench::Workspace workspace(host);
   MainWindow window(workspace, marquell::workbench::MakePlotCanvas);
   window.RestoreSettings();
+  auto& crashLog = window.KeepCrashLog(marquell::workbench::CrashLog::DefaultFolder());
   window.show();
   QTimer::singleShot(0, &window, [&] {
     LoadAddOns(window, host, arguments.addOns);
     workspace.Do([](qelhost::Host& its) { its.idle.Run(); });
-    if (!arguments.file.isEmpty()) window.Files().Open(arguments.file);
+    const bool isTakenUp = OfferLostWork(workspace, window.Files(), crashLog, &window);
+    if (!isTakenUp && !arguments.file.isEmpty()) window.Files().Open(arguments.file);
     if (!arguments.journal.isEmpty()) window.Journal().OpenFile(arguments.journal);
     if (arguments.quitsAfterPicture) {
       window.repaint();

@@ -13,6 +13,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include "CrashLog.h"
 #include "DialogWindows.h"
 #include "HelpWindow.h"
 #include "JournalPanel.h"
@@ -132,6 +133,15 @@ void MainWindow::ConnectHost() {
           [this](const QString& text) { statusBar()->showMessage(text, 8000); });
 }
 
+CrashLog& MainWindow::KeepCrashLog(const QString& folder) {
+  m_crashLog = new CrashLog(m_workspace, folder, this);
+  connect(m_documents, &Documents::Opened, m_crashLog, &CrashLog::FileOpened);
+  connect(m_documents, &Documents::Added, m_crashLog, &CrashLog::FileAdded);
+  connect(m_documents, &Documents::Saved, m_crashLog, &CrashLog::FileSaved);
+  connect(m_documents, &Documents::Closed, m_crashLog, &CrashLog::End);
+  return *m_crashLog;
+}
+
 void MainWindow::Follow() {
   qelhost::Frame* const frame = m_workspace.TheHost().frames.Active();
   if (frame != nullptr) ChooseContourVariable(*frame);
@@ -226,6 +236,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     return;
   }
   SaveSettings();
+  if (m_crashLog != nullptr) m_crashLog->End();
   m_workspace.Do([](qelhost::Host& host) { host.Quit(); });
   event->accept();
 }

@@ -15,6 +15,7 @@
 namespace marquell::workbench {
 
 class AddOnMenus;
+class CrashLog;
 class DialogWindows;
 class HelpWindow;
 class JournalPanel;
@@ -39,6 +40,10 @@ class MainWindow : public QMainWindow {
   /// Brings back, and keeps, the layout, the recent files and the colours of the last time.
   void RestoreSettings();
   void SaveSettings() const;
+
+  /// From now on keeps what is done in logs in the folder, for the day on which the program ends
+  /// unexpectedly.
+  CrashLog& KeepCrashLog(const QString& folder);
 
   /// Why errors are told to the user; tests replace the box.
   std::function<void(const QString& reason)> tellFailure;
@@ -89,6 +94,7 @@ class MainWindow : public QMainWindow {
   DialogWindows* m_dialogs = nullptr;
   HelpWindow* m_help = nullptr;
   PickWatch* m_pickWatch = nullptr;
+  CrashLog* m_crashLog = nullptr;
   QMenu* m_recentMenu = nullptr;
   QMenu* m_viewMenu = nullptr;
   QMenu* m_helpMenu = nullptr;

@@ -1,0 +1,62 @@
+// What was done since the file was opened, kept on disk for the day on which the program ends
+// unexpectedly.
+#pragma once
+
+#include <QFile>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <vector>
+
+#include "Workspace.h"
+
+namespace marquell::workbench {
+
+/// The steps of a window that did not end as it should.
+struct LostWork {
+  QString file;     ///< that they were done on
+  bool isFileSame;  ///< it is as it was then
+  QString journal;  ///< the log itself
+  std::vector<std::string> lines;
+};
+
+/// Writes every line as it comes, at once, into a file of this process. The file is gone when the
+/// data are closed or the program quits; one that no process holds any more is lost work.
+class CrashLog : public QObject {
+  Q_OBJECT
+
+ public:
+  /// folder: where the logs of all windows of this user lie; made when missing.
+  CrashLog(Workspace& workspace, const QString& folder, QObject* parent = nullptr);
+  ~CrashLog() override;
+
+  /// A file was opened, alone or beside others.
+  void FileOpened(const QString& file);
+  void FileAdded(const QString& file) { m_files << file; }
+  /// Data were written. Over the file that the log begins with, the log begins anew; over one of
+  /// several, whose steps are in one log, there can be none any more.
+  void FileSaved(const QString& file);
+  /// There is nothing to lose any more.
+  void End();
+
+  /// What earlier windows have lost, the latest first. Logs without a step are removed on the way.
+  std::vector<LostWork> FindLostWork();
+  /// Removes a log.
+  void Forget(const LostWork& work);
+
+  /// Where a user's logs lie.
+  static QString DefaultFolder();
+
+ private:
+  void Begin(const QString& file);
+  void Write(const std::string& line);
+
+  Workspace& m_workspace;
+  QString m_folder;
+  std::unique_ptr<QFile> m_log;
+  QStringList m_files;  ///< that the steps in the log go by
+};
+
+}  // namespace marquell::workbench

@@ -1,0 +1,66 @@
+#include "TakeUp.h"
+
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include "Player.h"
+#include "UserActions.h"
+
+namespace marquell::workbench {
+
+LostWorkAnswer AskAboutLostWork(QWidget* window, const LostWork& work) {
+  QMessageBox box(QMessageBox::Question, QObject::tr("Work that was not saved"), {},
+                  QMessageBox::NoButton, window);
+  const QString name = QFileInfo(work.file).fileName();
+  const int count = static_cast<int>(work.lines.size());
+  box.setText(QObject::tr("The workbench ended unexpectedly after %1 steps on \"%2\".")
+                  .arg(count)
+                  .arg(name));
+  QPushButton* takeUp = nullptr;
+  if (work.isFileSame) {
+    box.setInformativeText(QObject::tr("Open the file and play them again?"));
+    takeUp = box.addButton(QObject::tr("&Play again"), QMessageBox::AcceptRole);
+  } else {
+    box.setInformativeText(
+        QObject::tr("The file has changed since, so they cannot be played again by themselves. "
+                    "They are a journal: %1")
+            .arg(work.journal));
+  }
+  QPushButton* const discard = box.addButton(QObject::tr("&Discard"), QMessageBox::DestructiveRole);
+  box.addButton(QObject::tr("&Later"), QMessageBox::RejectRole);
+  box.exec();
+  if (takeUp != nullptr && box.clickedButton() == takeUp) return LostWorkAnswer::TakeUp;
+  return box.clickedButton() == discard ? LostWorkAnswer::Discard : LostWorkAnswer::Later;
+}
+
+namespace {
+
+/// False when a step failed, which was told then.
+bool PlayAgain(Workspace& workspace, const LostWork& work) {
+  return workspace.Do([&work](qelhost::Host& host) {
+    qelhost::Player player(host);
+    for (const std::string& line : work.lines) {
+      const qelhost::LineResult result = qelhost::PlayLine(host, player, line);
+      if (!result.isDone) throw std::runtime_error(line + ": " + result.message);
+    }
+  });
+}
+
+}  // namespace
+
+bool OfferLostWork(Workspace& workspace, Documents& documents, CrashLog& log, QWidget* window,
+                   const LostWorkQuestion& ask) {
+  for (const LostWork& work : log.FindLostWork()) {
+    const LostWorkAnswer answer = ask(window, work);
+    if (answer == LostWorkAnswer::Discard) log.Forget(work);
+    if (answer != LostWorkAnswer::TakeUp || !work.isFileSame) continue;
+    if (!documents.Open(work.file)) continue;
+    // What was played again stands in the log of this window now.
+    if (PlayAgain(workspace, work)) log.Forget(work);
+    return true;
+  }
+  return false;
+}
+
+}  // namespace marquell::workbench
