@@ -84,7 +84,7 @@ class Pictures : public testing::Test {
     desk.Settle();
   }
 
-  /// A turned box about the part's near end.
+  /// A turned box in the part.
   void TypeBox() {
     for (const auto& [field, number] :
          {std::pair("Anchor X", "1.2"), std::pair("Anchor Y", "-0.1"),
@@ -202,7 +202,12 @@ TEST_F(Pictures, Blanked) {
 TEST_F(Pictures, Journal) {
   desk.OpenExample("pitzDaily/pitzDaily.vtm");
   ASSERT_TRUE(desk.window().Journal().OpenFile(MARQUELL_EXAMPLES "/pitzDaily/edits.journal"));
-  constexpr int kLines = 5;
+  auto* const dock = desk.window().findChild<QDockWidget*>("journalDock");
+  ASSERT_NE(dock, nullptr);
+  constexpr int kLinesReadable = 480;
+  desk.window().resizeDocks({dock}, {kLinesReadable}, Qt::Horizontal);
+  desk.ChooseFrom("Variable that colours the plot", "p (cell)");
+  constexpr int kLines = 6;
   for (int line = 0; line < kLines; ++line) desk.Choose("journalStep");
   Save(Shot(), "journal");
 }
