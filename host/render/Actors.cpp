@@ -36,6 +36,13 @@ Colour IndexedColour(LgIndex_t index) {
 
 vtkSmartPointer<vtkActor> MakeFacesActor(vtkPolyData* faces) {
   auto actor = MakeActor(faces);
+  // Steep faces fall far within a pixel: they are set back by their slope, so that the lines and
+  // points on them are whole.
+  constexpr double kBySlope = 3.0;
+  constexpr double kBack = 2.0;
+  vtkMapper* const mapper = actor->GetMapper();
+  mapper->SetResolveCoincidentTopologyToPolygonOffset();
+  mapper->SetRelativeCoincidentTopologyPolygonOffsetParameters(kBySlope, kBack);
   // Colours stand for numbers, so a light may shade them but little.
   actor->GetProperty()->SetAmbient(0.55);
   actor->GetProperty()->SetDiffuse(0.45);
