@@ -14,7 +14,7 @@ workbench=$2 marquell=$3 add_on=$4 data=$5 folder=$6
 work=$(mktemp -d)
 export HOME="$work" XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work/run"
 mkdir -m 700 "$XDG_RUNTIME_DIR"
-program_pid= manager_pid=
+program_pid='' manager_pid=''
 
 finish() {
   local status=$?
@@ -52,7 +52,7 @@ has_ended() { ! is_running; }
 is_focused() {
   is_running || fail "the program has gone while it should show \"$1\""
   local name
-  # shellcheck disable=SC2053 - it is a pattern
+  # shellcheck disable=SC2053
   name=$(xdotool getwindowfocus getwindowname 2>/dev/null) && [[ $name == $1 ]]
 }
 
