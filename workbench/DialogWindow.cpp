@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QProgressDialog>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollArea>
@@ -117,8 +118,9 @@ bool DialogWindow::CommitTyped() {
 void DialogWindow::reject() { m_deeds.CloseWindow(m_dialog); }
 
 bool DialogWindow::event(QEvent* event) {
-  // A message box stands before the dialog, or has gone.
-  if (event->type() == QEvent::WindowBlocked) ++m_blockedCount;
+  // A message box stands before the dialog, or has gone; a bar asks nothing.
+  const bool isBar = qobject_cast<QProgressDialog*>(QApplication::activeModalWidget()) != nullptr;
+  if (event->type() == QEvent::WindowBlocked && !isBar) ++m_blockedCount;
   if (event->type() == QEvent::WindowUnblocked) {
     QTimer::singleShot(0, this, [this] { LetGoOfButtons(*this); });
   }

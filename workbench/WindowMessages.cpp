@@ -49,7 +49,7 @@ class WorkBar {
   void Say(const std::string& text) {
     m_text = QString::fromStdString(text);
     if (m_text.isEmpty()) {
-      m_bar.reset();
+      Hide();
       return;
     }
     Show(-1.0);
@@ -59,7 +59,7 @@ class WorkBar {
     if (!m_clock.isValid() || fraction <= 0.0) m_clock.start();
     if (fraction >= 1.0) {
       m_clock.invalidate();
-      if (m_text.isEmpty()) m_bar.reset();
+      if (m_text.isEmpty()) Hide();
       return;
     }
     constexpr int kShowAfterMs = 400;
@@ -71,17 +71,25 @@ class WorkBar {
   }
 
  private:
+  /// What the user did to the window meanwhile goes to the bar, and with it: an impatient second
+  /// click must not begin the work again.
+  void Hide() {
+    if (m_bar != nullptr) QApplication::processEvents();
+    m_bar.reset();
+  }
+
   void Show(double fraction) {
     constexpr int kSteps = 1000;
     if (m_bar == nullptr) {
       m_bar = std::make_unique<QProgressDialog>(m_window);
       m_bar->setWindowTitle(QObject::tr("Marquell Workbench"));
       m_bar->setCancelButton(nullptr);
+      m_bar->setWindowModality(Qt::ApplicationModal);
       m_bar->setMinimumDuration(0);
       m_bar->setAutoClose(false);
       m_bar->setAutoReset(false);
-      m_bar->show();
     }
+    m_bar->show();
     m_bar->setLabelText(m_text.isEmpty() ? QObject::tr("Working ...") : m_text);
     m_bar->setMaximum(fraction < 0.0 ? 0 : kSteps);
     m_bar->setValue(fraction < 0.0 ? 0 : static_cast<int>(fraction * kSteps));

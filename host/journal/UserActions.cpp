@@ -11,11 +11,27 @@
 
 namespace qelhost {
 
+namespace {
+
+/// The work is over, also when it has failed.
+class WorkEnd {
+ public:
+  explicit WorkEnd(WorkProgress& progress) : m_progress(progress) {}
+  ~WorkEnd() { m_progress.End(); }
+  WorkEnd(const WorkEnd&) = delete;
+  WorkEnd& operator=(const WorkEnd&) = delete;
+
+ private:
+  WorkProgress& m_progress;
+};
+
+}  // namespace
+
 void Perform(Host& host, const std::string& name, const std::function<void()>& deed) {
   const HistoryOperation operation(host.history, name);
+  const WorkEnd end(host.progress);
   deed();
   host.idle.Run();
-  host.progress.End();
 }
 
 void ActAs(Host& host, const std::string& command, const std::function<void(Host&)>& deed) {
