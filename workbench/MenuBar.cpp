@@ -16,6 +16,10 @@ void AddRows(QMenu* menu, const std::vector<ActionRow>& rows) {
     auto* const action = new QAction(row.text, menu->window());
     action->setObjectName(row.name);
     if (!row.shortcut.isEmpty()) action->setShortcut(row.shortcut);
+    // An add-on's dialog has the keyboard most of the time; what is saved there is the same data.
+    if (!row.shortcut.isEmpty() && (row.shortcut[0] & Qt::CTRL) != 0) {
+      action->setShortcutContext(Qt::ApplicationShortcut);
+    }
     if (row.glyph) action->setIcon(IconOf(*row.glyph));
     QObject::connect(action, &QAction::triggered, action, [deed = row.deed] { deed(); });
     menu->addAction(action);
@@ -120,6 +124,23 @@ void LayerActions::Follow() {
   }
 }
 
+namespace {
+
+/// The label with its letter marked, when it occurs in it.
+QString Marked(const qelhost::MenuEntry& entry) {
+  const QString label = QString::fromStdString(entry.label);
+  const int place =
+      entry.mnemonic == 0 ? -1 : label.indexOf(QChar(entry.mnemonic), 0, Qt::CaseInsensitive);
+  QString text;
+  for (int i = 0; i < label.size(); ++i) {
+    if (i == place || label.at(i) == '&') text += '&';
+    text += label.at(i);
+  }
+  return text;
+}
+
+}  // namespace
+
 AddOnMenus::AddOnMenus(Workspace& workspace, QMainWindow* window, QMenu* before)
     : QObject(window), m_workspace(workspace), m_window(window), m_before(before) {}
 
@@ -129,7 +150,13 @@ QMenu* AddOnMenus::MenuOf(const QString& path) {
   const int cut = path.lastIndexOf('|');
   if (cut >= 0) {
     menu = MenuOf(path.left(cut))->addMenu(path.mid(cut + 1));
-  } else {
+    return menu;
+  }
+  // A menu of the window's own takes an add-on's entries as well.
+  for (const QAction* const own : m_window->menuBar()->actions()) {
+    if (own->text().remove('&') == path) menu = own->menu();
+  }
+  if (menu == nullptr) {
     menu = new QMenu("&" + path, m_window);
     m_window->menuBar()->insertMenu(m_before->menuAction(), menu);
   }
@@ -145,8 +172,8 @@ void AddOnMenus::Follow() {
       m_entries.push_back(menu->addSeparator());
       continue;
     }
-    QAction* const action = menu->addAction(QString::fromStdString(entry.label));
-    action->setObjectName("addOn:" + action->text());
+    QAction* const action = menu->addAction(Marked(entry));
+    action->setObjectName("addOn:" + QString::fromStdString(entry.label));
     connect(action, &QAction::triggered, this, [this, path = entry.path, label = entry.label] {
       m_workspace.Do([&](qelhost::Host& host) { qelhost::ChooseMenu(host, path, label); });
       if (onChosen) onChosen();
