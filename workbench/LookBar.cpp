@@ -64,8 +64,8 @@ LookBar::LookBar(Workspace& workspace, LookSettings& look, QWidget* parent)
     m_workspace.Do(
         [this](qelhost::Host&) { m_look.colourMap = m_colours->currentText().toStdString(); });
   });
-  connect(m_min, &QLineEdit::editingFinished, this, &LookBar::TakeRange);
-  connect(m_max, &QLineEdit::editingFinished, this, &LookBar::TakeRange);
+  connect(m_min, &QLineEdit::editingFinished, this, [this] { TakeRange(*m_min); });
+  connect(m_max, &QLineEdit::editingFinished, this, [this] { TakeRange(*m_max); });
   connect(m_automatic, &QAction::triggered, this, [this](bool on) {
     m_workspace.Do([this, on](qelhost::Host&) { m_look.isRangeAutomatic = on; });
   });
@@ -114,9 +114,11 @@ void LookBar::TakeVariable(int place) {
   });
 }
 
-void LookBar::TakeRange() {
-  const double min = QLocale::c().toDouble(m_min->text());
-  const double max = QLocale::c().toDouble(m_max->text());
+void LookBar::TakeRange(const QLineEdit& typed) {
+  double min = QLocale::c().toDouble(m_min->text());
+  double max = QLocale::c().toDouble(m_max->text());
+  // The other end comes along, until it is typed as well.
+  if (min > max) (&typed == m_min ? max : min) = QLocale::c().toDouble(typed.text());
   qelhost::Frame* const frame = m_workspace.TheHost().frames.Active();
   if (frame == nullptr) return;
   const qelhost::PlotLook now = LookOf(*frame, m_look);

@@ -21,7 +21,8 @@ class LookBar : public QToolBar {
 
  private:
   void TakeVariable(int place);
-  void TakeRange();
+  /// typed: the end that the user has entered.
+  void TakeRange(const QLineEdit& typed);
   void FollowVariables(const qelhost::Frame* frame);
 
   Workspace& m_workspace;
