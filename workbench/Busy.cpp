@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QProgressDialog>
+#include <QPushButton>
 #include <QTimer>
 
 #include <atomic>
@@ -41,7 +42,6 @@ void RunBeside(QWidget* window, const QString& title,
     progress.isDone = true;
   });
 
-  // The window takes no input from the start: what is being read must not be asked for twice.
   QProgressDialog bar(title, QObject::tr("Cancel"), 0, 0, window);
   bar.setObjectName("progress");
   bar.setWindowTitle(QObject::tr("Marquell Workbench"));
@@ -64,14 +64,24 @@ void RunBeside(QWidget* window, const QString& title,
     const double fraction = progress.fraction;
     bar.setMaximum(fraction < 0.0 ? 0 : kSteps);
     if (fraction >= 0.0) bar.setValue(static_cast<int>(fraction * kSteps));
-    if (!bar.isVisible() && !progress.isCancelled) bar.show();
+    // It stays until the work has ended, also while that takes back what it has done.
+    if (!bar.isVisible()) bar.show();
   });
   QObject::connect(&bar, &QProgressDialog::canceled, [&] {
     progress.isCancelled = true;
     bar.setLabelText(QObject::tr("Cancelling ..."));
+    if (auto* const cancel = bar.findChild<QPushButton*>()) cancel->setEnabled(false);
+    bar.show();
   });
   timer.start(kLookEveryMs);
-  loop.exec(QEventLoop::ExcludeSocketNotifiers);
+  // What the user does before the bar is there waits: the work must not be begun twice, nor what
+  // it works on be changed.
+  QTimer::singleShot(kShowAfterMs, &loop, &QEventLoop::quit);
+  loop.exec(QEventLoop::ExcludeUserInputEvents);
+  if (!progress.isDone) {
+    bar.show();
+    loop.exec();
+  }
   thread.join();
   if (window != nullptr) window->unsetCursor();
   if (failure != nullptr) std::rethrow_exception(failure);

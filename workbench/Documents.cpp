@@ -84,6 +84,7 @@ Documents::Documents(Workspace& workspace, QWidget* window)
     : QObject(window), m_workspace(workspace), m_window(window) {}
 
 qelhost::DataSetPtr Documents::Read(const QString& path) {
+  const Workspace::Hold hold(m_workspace);
   qelhost::DataSetPtr data;
   try {
     RunBeside(m_window, tr("Reading %1").arg(QFileInfo(path).fileName()),
@@ -109,8 +110,11 @@ bool Documents::AskAndOpen() {
 }
 
 bool Documents::Open(const QString& path) {
+  const Workspace::Hold hold(m_workspace);
+  // Asked before reading: the file may be the one that is saved in answer.
+  if (!MayDiscard()) return false;
   const qelhost::DataSetPtr data = Read(path);
-  if (data == nullptr || !MayDiscard()) return false;
+  if (data == nullptr) return false;
   const bool isShown = m_workspace.Do([&](Host& host) {
     if (host.frames.Count() > 0) host.CloseAll();
     host.ShowFile(data, QFileInfo(path).absoluteFilePath().toStdString());
@@ -146,6 +150,7 @@ bool Documents::Add(const QString& path) {
 }
 
 bool Documents::Close() {
+  const Workspace::Hold hold(m_workspace);
   if (!MayDiscard()) return false;
   emit Closed();
   return m_workspace.Do([](Host& host) {
@@ -180,6 +185,7 @@ bool Documents::SaveAs() {
 }
 
 bool Documents::SaveTo(Frame& frame, const QString& path) {
+  const Workspace::Hold hold(m_workspace);
   const std::string target = QFileInfo(path).absoluteFilePath().toStdString();
   try {
     RunBeside(m_window, tr("Saving %1").arg(QFileInfo(path).fileName()),
@@ -210,6 +216,7 @@ bool Documents::IsUnsaved(const Frame& frame) const {
 }
 
 bool Documents::MayDiscard() {
+  const Workspace::Hold hold(m_workspace);
   Host& host = m_workspace.TheHost();
   for (LgIndex_t n = 1; n <= host.frames.Count(); ++n) {
     Frame& frame = *host.frames.At(n);

@@ -9,6 +9,7 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QSettings>
+#include <QSignalBlocker>
 #include <QStatusBar>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -19,6 +20,7 @@
 #include "JournalPanel.h"
 #include "LookBar.h"
 #include "MenuBar.h"
+#include "PendingArray.h"
 #include "PickWatch.h"
 #include "TimeBar.h"
 #include "WindowMessages.h"
@@ -46,7 +48,10 @@ MainWindow::MainWindow(Workspace& workspace, const MakePlotArea& makePlot)
   setAcceptDrops(true);
   resize(1280, 800);
   tellFailure = [this](const QString& reason) {
-    QMessageBox::warning(this, tr("Marquell Workbench"), reason);
+    QMessageBox box(QMessageBox::Warning, tr("Marquell Workbench"), reason, QMessageBox::Ok, this);
+    // Names of files and arrays may look like marks.
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
   };
   mayForgetJournal = [this] {
     return QMessageBox::question(this, tr("Unsaved journal"),
@@ -71,7 +76,7 @@ void MainWindow::BuildCentre(const MakePlotArea& makePlot) {
   m_frames->setObjectName("frames");
   m_frames->setExpanding(false);
   m_frames->setDocumentMode(true);
-  connect(m_frames, &QTabBar::tabBarClicked, this, [this](int tab) {
+  connect(m_frames, &QTabBar::currentChanged, this, [this](int tab) {
     if (tab >= 0) m_workspace.Act("$!FRAME " + std::to_string(tab + 1));
   });
   auto* const centre = new QWidget;
@@ -116,10 +121,7 @@ void MainWindow::BuildStatusBar() {
   m_plot->onPointed = [this](const std::string& text) {
     m_pointed->setText(QString::fromStdString(text));
   };
-  m_plot->onProbed = [this](const std::string& text) {
-    m_probed->setText(QString::fromStdString(text));
-    m_probed->setToolTip(m_probed->text());
-  };
+  m_plot->onProbed = [this](const std::string& text) { SayProbed(QString::fromStdString(text)); };
   connect(m_pickWatch, &PickWatch::Counted, m_counted, &QLabel::setText);
 }
 
@@ -144,7 +146,10 @@ CrashLog& MainWindow::KeepCrashLog(const QString& folder) {
 
 void MainWindow::Follow() {
   qelhost::Frame* const frame = m_workspace.TheHost().frames.Active();
-  if (frame != nullptr) ChooseContourVariable(*frame);
+  if (frame != nullptr) {
+    ChooseContourVariable(*frame);
+    ForgoUnreadableColours(*frame);
+  }
   FollowFrames();
   FollowTitle();
   FollowHistory();
@@ -155,7 +160,45 @@ void MainWindow::Follow() {
   m_layers->Follow();
   m_addOnMenus->Follow();
   m_help->Follow();
+  FollowProbe();
   m_plot->Follow();
+}
+
+/// What was read out goes with its data; where an add-on waits for a click it says on what.
+void MainWindow::FollowProbe() {
+  const qelhost::Host& host = m_workspace.TheHost();
+  const qelhost::Frame* const frame = host.frames.Active();
+  const bool hasData = frame != nullptr && frame->Data() != nullptr;
+  const QelUniqueID_t data = hasData ? frame->Data()->Id() : 0;
+  const bool isAsked = host.interaction.probeCallback != nullptr;
+  const QString instruction =
+      isAsked ? QString::fromStdString(host.interaction.probeInstruction) : QString();
+  if (instruction == m_instruction && data == m_probedData) return;
+  m_instruction = instruction;
+  m_probedData = data;
+  SayProbed(instruction);
+}
+
+void MainWindow::SayProbed(const QString& text) {
+  m_probed->setText(text);
+  m_probed->setToolTip(text);
+}
+
+/// Values that cannot be read colour nothing; the user is told once and may choose others. Other
+/// data are coloured again.
+void MainWindow::ForgoUnreadableColours(qelhost::Frame& frame) {
+  const QelUniqueID_t data = frame.Data() == nullptr ? 0 : frame.Data()->Id();
+  if (m_uncoloured != 0 && data != m_uncoloured) {
+    m_look.isColoured = true;
+    m_uncoloured = 0;
+  }
+  try {
+    LookOf(frame, m_look);
+  } catch (const qelhost::ValuesError& e) {
+    m_look.isColoured = false;
+    m_uncoloured = data;
+    m_workspace.TheHost().unreadableValues = e.what();
+  }
 }
 
 void MainWindow::FollowTitle() {
@@ -203,6 +246,7 @@ void MainWindow::FollowHistory() {
 
 void MainWindow::FollowFrames() {
   const qelhost::FrameList& frames = m_workspace.TheHost().frames;
+  const QSignalBlocker quiet(m_frames);
   while (m_frames->count() > frames.Count()) m_frames->removeTab(m_frames->count() - 1);
   while (m_frames->count() < frames.Count()) m_frames->addTab({});
   for (LgIndex_t n = 1; n <= frames.Count(); ++n) {
@@ -223,12 +267,20 @@ void MainWindow::FollowRecent() {
         tr("&%1  %2").arg(++n).arg(QFileInfo(file).fileName().replace("&", "&&")));
     action->setToolTip(file);
     action->setStatusTip(file);
-    connect(action, &QAction::triggered, this, [this, file] { m_documents->Open(file); });
+    // Later: opening makes this menu anew, and its actions with it.
+    connect(
+        action, &QAction::triggered, this, [this, file] { m_documents->Open(file); },
+        Qt::QueuedConnection);
   }
   m_recentMenu->setEnabled(n > 0);
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
+  if (m_workspace.IsBusy()) {
+    event->ignore();
+    return;
+  }
+  const Workspace::Hold hold(m_workspace);
   const bool mayGo =
       m_documents->MayDiscard() && (!m_journal->HasUnsavedLines() || mayForgetJournal());
   if (!mayGo) {
@@ -241,7 +293,13 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   event->accept();
 }
 
+/// A box before the window keeps the mouse away from it, but not what is dragged.
+bool MainWindow::TakesFiles() const {
+  return !m_workspace.IsBusy() && QApplication::activeModalWidget() == nullptr;
+}
+
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (!TakesFiles()) return;
   const QList<QUrl> urls = event->mimeData()->urls();
   if (urls.size() == 1 && urls.front().isLocalFile()) event->acceptProposedAction();
 }
@@ -250,7 +308,9 @@ void MainWindow::dropEvent(QDropEvent* event) {
   const QString file = event->mimeData()->urls().front().toLocalFile();
   event->acceptProposedAction();
   // The program that the file comes from waits until the drop has been handled.
-  QTimer::singleShot(0, this, [this, file] { m_documents->Open(file); });
+  QTimer::singleShot(0, this, [this, file] {
+    if (TakesFiles()) m_documents->Open(file);
+  });
 }
 
 void MainWindow::resizeEvent(QResizeEvent* event) {

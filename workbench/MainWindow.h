@@ -68,10 +68,15 @@ class MainWindow : public QMainWindow {
   void ConnectHost();
 
   void Follow();
+  void ForgoUnreadableColours(qelhost::Frame& frame);
   void FollowTitle();
   void FollowHistory();
   void FollowFrames();
   void FollowRecent();
+  void FollowProbe();
+  void SayProbed(const QString& text);
+
+  bool TakesFiles() const;
 
   void LookAlong(double psiDeg, double alphaDeg);
   void ExportPicture();
@@ -101,6 +106,9 @@ class MainWindow : public QMainWindow {
   QLabel* m_pointed = nullptr;
   QLabel* m_probed = nullptr;
   QLabel* m_counted = nullptr;
+  QelUniqueID_t m_uncoloured = 0;  ///< data whose values could not be read
+  QString m_instruction;
+  QelUniqueID_t m_probedData = 0;
 };
 
 }  // namespace marquell::workbench

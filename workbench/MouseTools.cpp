@@ -206,6 +206,7 @@ void MouseTools::ClickPolygon(const MouseEvent& event) {
   }
   const Point corner = m_scene.GridAt(event.x, event.y);
   if (m_polygon.empty() || m_polygon.back() != corner) m_polygon.push_back(corner);
+  m_polygonFrame = ActiveFrame(m_workspace)->Id();
   ShowPolygon(corner);
 }
 
@@ -232,6 +233,13 @@ bool MouseTools::Cancel() {
   m_scene.SetInteracting(false);
   ShowBand(std::nullopt);
   return isDrawing;
+}
+
+void MouseTools::Follow() {
+  if (m_polygon.empty()) return;
+  const Frame* const frame = ActiveFrame(m_workspace);
+  const bool isSame = frame != nullptr && frame->Id() == m_polygonFrame;
+  if (!isSame || ModeOf(m_workspace) != Mouse_GeomPolyline) Cancel();
 }
 
 std::optional<Geometry> MouseTools::Drawn(const Point& pointer) const {

@@ -41,6 +41,8 @@ class MouseTools {
   bool FinishPolygon();
   /// Gives up what is being drawn; false when nothing is.
   bool Cancel();
+  /// The host may have changed: a polygon belongs to its tool and its frame.
+  void Follow();
 
   /// Called with the read-out of a probed cell or node.
   std::function<void(const std::string& text)> onProbed;
@@ -73,6 +75,7 @@ class MouseTools {
   LgIndex_t m_movedGeometry = 0;
   Point m_movedAnchor{0.0, 0.0};
   std::vector<Point> m_polygon;
+  QelUniqueID_t m_polygonFrame = 0;
 };
 
 }  // namespace marquell::workbench

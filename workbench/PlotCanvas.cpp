@@ -15,6 +15,7 @@
 #include <map>
 
 #include "OffscreenPicture.h"
+#include "PendingArray.h"
 #include "Picture.h"
 #include "ToolStyle.h"
 
@@ -81,6 +82,7 @@ PlotCanvas::~PlotCanvas() {
 }
 
 void PlotCanvas::Follow() {
+  m_tools.Follow();
   UpdateScene();
   m_handles->Follow();
   ShowCursor();
@@ -94,13 +96,20 @@ void PlotCanvas::UpdateScene() {
   const int width = static_cast<int>(this->width() * ratio);
   const int height = static_cast<int>(this->height() * ratio);
   if (width < 1 || height < 1) return;
-  qelhost::PlotLook look = LookOf(frame, m_look);
-  look.scale = ratio;
   // The scale is in the sizes already; the view's own would enlarge texts a second time.
   constexpr int kPlainDpi = 72;
   renderWindow()->SetDPI(kPlainDpi);
   m_scene.SetSelectedGeometry(frame.picked.empty() ? 0 : frame.picked.front().geometry);
-  m_scene.Update(frame, look, width, height);
+  try {
+    qelhost::PlotLook look = LookOf(frame, m_look);
+    look.scale = ratio;
+    m_scene.Update(frame, look, width, height);
+    m_unreadable.clear();
+  } catch (const qelhost::ValuesError& e) {
+    // Told once: the plot is drawn at every motion of the mouse.
+    if (m_unreadable != e.what()) m_workspace.TheHost().unreadableValues = e.what();
+    m_unreadable = e.what();
+  }
 }
 
 void PlotCanvas::Draw() {

@@ -48,6 +48,7 @@ class PlotCanvas : public QVTKOpenGLNativeWidget, public PlotArea {
   qelhost::Frame m_nothing;  ///< what is shown where there is no frame
   MouseTools m_tools;
   std::unique_ptr<ShapeHandles> m_handles;
+  std::string m_unreadable;  ///< why the plot could not be brought up to date; empty: it could
 };
 
 /// Makes the plot area of the real window, which will own it.

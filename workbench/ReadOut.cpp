@@ -2,12 +2,26 @@
 
 #include <fmt/format.h>
 
+#include "PendingArray.h"
+
 namespace marquell::workbench {
 
 namespace {
 
 bool IsOfPlace(const qelhost::Field& field, bool isNode) {
   return (field.location == ValueLocation_Nodal) == isNode;
+}
+
+/// Empty when the variable has no value there.
+std::string ValueOf(qelhost::DataSet& data, LgIndex_t zone, LgIndex_t variable, LgIndex_t index) {
+  const std::string& name = data.FindVariable(variable)->name;
+  try {
+    const QelFieldData* const field = data.Readable(zone, variable);
+    if (field == nullptr || index < 1 || index > field->count) return {};
+    return fmt::format("  {} = {:.7g}", name, field->get(field, index - 1));
+  } catch (const qelhost::ValuesError&) {
+    return fmt::format("  {} cannot be read", name);
+  }
 }
 
 }  // namespace
@@ -35,10 +49,7 @@ std::string ReadOut(qelhost::Frame& frame, LgIndex_t zone, LgIndex_t cell, LgInd
   }
   for (LgIndex_t variable = 1; variable <= data.VariableCount(); ++variable) {
     if (!IsOfPlace(*data.FindField(zone, variable), isNode)) continue;
-    const QelFieldData* const field = data.Readable(zone, variable);
-    if (field == nullptr || index < 1 || index > field->count) continue;
-    text += fmt::format("  {} = {:.7g}", data.FindVariable(variable)->name,
-                        field->get(field, index - 1));
+    text += ValueOf(data, zone, variable, index);
   }
   return text;
 }

@@ -21,9 +21,12 @@ bool Workspace::Do(const std::function<void(qelhost::Host&)>& deed) {
     return true;
   }
   if (reason.empty()) reason = std::exchange(m_host.unreadableValues, {});
+  const bool isDone = reason.empty();
   emit Changed();
+  // Who looks at the host again may come upon values that cannot be read as well.
+  if (isDone) reason = std::exchange(m_host.unreadableValues, {});
   if (!reason.empty()) emit Failed(QString::fromStdString(reason));
-  return reason.empty();
+  return isDone;
 }
 
 bool Workspace::Act(const std::string& command) {

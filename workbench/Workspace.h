@@ -28,7 +28,21 @@ class Workspace : public QObject {
   bool Do(const std::function<void(qelhost::Host&)>& deed);
   /// Carries out one of the host's own commands and records it.
   bool Act(const std::string& command);
-  bool IsBusy() const { return m_depth > 0; }
+  /// A deed is under way, or somebody holds the workspace: what begins deeds of its own accord
+  /// waits.
+  bool IsBusy() const { return m_depth > 0 || m_holds > 0; }
+
+  /// Keeps others from beginning deeds while it lives; who holds the workspace may.
+  class Hold {
+   public:
+    explicit Hold(Workspace& workspace) : m_workspace(workspace) { ++m_workspace.m_holds; }
+    ~Hold() { --m_workspace.m_holds; }
+    Hold(const Hold&) = delete;
+    Hold& operator=(const Hold&) = delete;
+
+   private:
+    Workspace& m_workspace;
+  };
 
  signals:
   void Changed();
@@ -38,6 +52,7 @@ class Workspace : public QObject {
  private:
   qelhost::Host& m_host;
   int m_depth = 0;
+  int m_holds = 0;
 };
 
 }  // namespace marquell::workbench
