@@ -81,12 +81,10 @@ template <int FaceCount, int Corners>
 struct ElementShape;
 template <>
 struct ElementShape<4, 4> {
-  static constexpr int kPerFace = 3;
   static constexpr int kFaces[4][3] = {{0, 1, 3}, {1, 2, 3}, {2, 0, 3}, {0, 2, 1}};
 };
 template <>
 struct ElementShape<6, 8> {
-  static constexpr int kPerFace = 4;
   static constexpr int kFaces[6][4] = {{0, 4, 7, 3}, {1, 2, 6, 5}, {0, 1, 5, 4},
                                        {3, 7, 6, 2}, {0, 3, 2, 1}, {4, 5, 6, 7}};
 };

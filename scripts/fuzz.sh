@@ -1,0 +1,64 @@
+#!/usr/bin/env bash
+# Builds the fuzz targets and runs each on its corpus for the given time, half a minute when none is
+# given. What covers more than the corpus does lies in build-fuzz/found/ afterwards; an input that
+# breaks something in build-fuzz/crashes/.
+#
+#   scripts/fuzz.sh [SECONDS] [TARGET...]
+set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+
+seconds=${1-30}
+[[ $seconds =~ ^[1-9][0-9]*$ ]] || die "not a number of seconds: $seconds"
+shift $(($# > 0 ? 1 : 0))
+
+install_missing "${build_packages[@]}" "${test_packages[@]}" clang-14 libclang-rt-14-dev
+configure fuzz
+build fuzz
+
+programs=$root/build-fuzz/fuzz
+found=$root/build-fuzz/found
+crashes=$root/build-fuzz/crashes
+mkdir -p "$crashes"
+targets=("$@")
+[ $# -gt 0 ] || mapfile -t targets < <(ls "$root/fuzz/corpus")
+
+# The words that inputs of a target are made of; nothing for those made of bytes alone.
+dictionary_of() {
+  case "$1" in
+    command_parser | command_line | session) echo "$root/fuzz/dictionaries/command.dict" ;;
+    journal | host_commands) echo "$root/fuzz/dictionaries/host.dict" ;;
+  esac
+}
+
+# The libraries that are not instrumented share containers with those that are.
+export ASAN_OPTIONS=detect_container_overflow=0
+total=0
+crashed=()
+for target in "${targets[@]}"; do
+  [ -x "$programs/$target" ] || die "there is no target $target"
+  mkdir -p "$found/$target"
+  before=$(find "$found/$target" -type f | wc -l)
+  options=(-max_total_time="$seconds" -timeout=20 -rss_limit_mb=2048 -print_final_stats=1
+    -artifact_prefix="$crashes/$target-")
+  dictionary=$(dictionary_of "$target")
+  [ -z "$dictionary" ] || options+=(-dict="$dictionary")
+  log=$crashes/$target.log
+  count=0
+  if ! "$programs/$target" "${options[@]}" "$found/$target" "$root/fuzz/corpus/$target" >"$log" 2>&1; then
+    count=1
+    crashed+=("$target")
+  fi
+  runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log" | tail -n1)
+  total=$((total + ${runs:-0}))
+  printf '%-16s %9d runs, %5d new inputs, %d crashes\n' "$target:" "${runs:-0}" \
+    $(($(find "$found/$target" -type f | wc -l) - before)) "$count"
+done
+
+for target in "${crashed[@]}"; do
+  log=$crashes/$target.log
+  echo "$target: $(grep -m1 -E 'does not hold|ERROR|runtime error' "$log" || tail -n1 "$log")" >&2
+  echo "  input: $(sed -n 's/.*Test unit written to //p' "$log" | tail -n1)" >&2
+  echo "  log: $log" >&2
+done
+echo "$total runs, ${#crashed[@]} crashes"
+[ ${#crashed[@]} -eq 0 ]
