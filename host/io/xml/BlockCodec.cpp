@@ -16,6 +16,8 @@ namespace {
 /// zlib's own default, which VTK's writers use as well.
 constexpr int kDeflateLevel = 6;
 constexpr std::uint32_t kLzmaLevel = 5;
+/// Twice what the highest level of any writer needs.
+constexpr std::uint64_t kMostLzmaMemory = std::uint64_t{128} << 20;
 
 struct FreeDeflate {
   void operator()(libdeflate_compressor* c) const { libdeflate_free_compressor(c); }
@@ -50,6 +52,7 @@ bool DecodeLz4(const char* from, std::size_t size, char* to, std::size_t decoded
 }
 
 std::vector<char> EncodeLz4(const char* from, std::size_t size) {
+  if (size > LZ4_MAX_INPUT_SIZE) throw std::bad_alloc();  // blocks are made smaller than that
   const int bound = LZ4_compressBound(static_cast<int>(size));
   std::vector<char> to(static_cast<std::size_t>(bound));
   const int length = LZ4_compress_default(from, to.data(), static_cast<int>(size), bound);
@@ -61,7 +64,7 @@ const std::uint8_t* Bytes(const char* from) { return reinterpret_cast<const std:
 std::uint8_t* Bytes(char* to) { return reinterpret_cast<std::uint8_t*>(to); }
 
 bool DecodeLzma(const char* from, std::size_t size, char* to, std::size_t decodedSize) {
-  std::uint64_t memoryLimit = std::numeric_limits<std::uint64_t>::max();
+  std::uint64_t memoryLimit = kMostLzmaMemory;
   std::size_t read = 0;
   std::size_t written = 0;
   const lzma_ret result = lzma_stream_buffer_decode(&memoryLimit, 0, nullptr, Bytes(from), &read,
@@ -81,9 +84,9 @@ std::vector<char> EncodeLzma(const char* from, std::size_t size) {
 }
 
 constexpr BlockCodec kCodecs[] = {
-    {"vtkZLibDataCompressor", Inflate, Deflate},
-    {"vtkLZ4DataCompressor", DecodeLz4, EncodeLz4},
-    {"vtkLZMADataCompressor", DecodeLzma, EncodeLzma},
+    {"vtkZLibDataCompressor", 1040, Inflate, Deflate},
+    {"vtkLZ4DataCompressor", 256, DecodeLz4, EncodeLz4},
+    {"vtkLZMADataCompressor", 32768, DecodeLzma, EncodeLzma},
 };
 
 constexpr char kAlphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";

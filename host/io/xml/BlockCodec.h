@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -9,7 +10,8 @@ namespace qelhost {
 
 /// Thread-safe.
 struct BlockCodec {
-  const char* compressor;  ///< VTK's class name
+  const char* compressor;   ///< VTK's class name
+  std::int64_t mostGrowth;  ///< no byte of it ever decodes to more bytes than these
   /// False unless the bytes decode to exactly so many.
   bool (*decode)(const char* from, std::size_t size, char* to, std::size_t decodedSize);
   /// Throws std::bad_alloc.

@@ -11,6 +11,7 @@ namespace {
 
 /// VTK's own choice for new arrays.
 constexpr std::int64_t kNewBlockSize = 32768;
+constexpr std::int64_t kMostReused = std::int64_t{1} << 30;
 
 /// The array's memory in blocks, each as the file has its numbers.
 class NumberBlocks {
@@ -165,8 +166,9 @@ std::int64_t SizeOf(const EncodedPayload& payload) {
 EncodedPayload Encode(vtkDataArray* array, const PayloadFormat& format, const StoredArray* before) {
   const bool isSwapped = format.IsSwapped();
   // Out of text, blocks cannot be copied by their places in the file; nor can those that end within
-  // a number.
+  // a number, or are longer than a codec takes.
   const bool isReusable = before != nullptr && format.codec != nullptr && !format.isText &&
+                          before->Table().blockSize <= kMostReused &&
                           before->Table().blockSize % before->ValueSize() == 0;
   const StoredArray* const reusable = isReusable ? before : nullptr;
   const std::int64_t blockSize = isReusable ? before->Table().blockSize : kNewBlockSize;

@@ -6,6 +6,8 @@
 #include <vtkPoints.h>
 
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 #include <limits>
 #include <map>
 #include <optional>
@@ -49,6 +51,26 @@ const char* XmlTypeOf(int vtkType) {
   };
   const auto found = kTypes.find(vtkType);
   return found == kTypes.end() ? nullptr : found->second;
+}
+
+/// Whether the text is the number, with as many digits as it has or with all of them. What says the
+/// same stays as it is.
+bool IsSaying(const std::string& text, double number) {
+  char* end = nullptr;
+  const double said = std::strtod(text.c_str(), &end);
+  if (text.empty() || *end != '\0') return false;
+  if (said == number) return true;
+  const std::string mantissa = text.substr(0, text.find_first_of("eE"));
+  const std::size_t first = mantissa.find_first_of("123456789");
+  if (first == std::string::npos) return false;
+  const auto digits = std::count_if(mantissa.begin() + static_cast<std::ptrdiff_t>(first),
+                                    mantissa.end(), [](char c) { return c >= '0' && c <= '9'; });
+  // Fewer than a writer would leave say too little to be the same.
+  constexpr std::ptrdiff_t kLeast = 6;
+  if (digits < kLeast) return false;
+  char rounded[64];
+  std::snprintf(rounded, sizeof(rounded), "%.*g", static_cast<int>(digits), number);
+  return std::strtod(rounded, nullptr) == said;
 }
 
 class PassThroughWriter {
@@ -176,7 +198,7 @@ class PassThroughWriter {
     const char* const keys[2] = {"RangeMin", "RangeMax"};
     for (int n = 0; n < 2; ++n) {
       const XmlAttribute* const attribute = tag.Find(keys[n]);
-      if (attribute == nullptr) continue;
+      if (attribute == nullptr || IsSaying(attribute->value, range[n])) continue;
       ReplaceValue(*attribute, ShortestNumber(range[n]));
     }
   }

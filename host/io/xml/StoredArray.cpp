@@ -31,22 +31,8 @@ void SwapWords(char* bytes, std::int64_t byteCount) {
   }
 }
 
-/// Text without the blanks around it.
-struct TextRange {
-  std::int64_t begin;
-  std::int64_t end;
-};
-
 /// Of base64.
 std::int64_t CharactersFor(std::int64_t bytes) { return (bytes + 2) / 3 * 4; }
-
-TextRange WithoutBlanks(const std::string& text) {
-  constexpr char kBlanks[] = " \t\r\n";
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string::npos) return {0, 0};
-  return {static_cast<std::int64_t>(first),
-          static_cast<std::int64_t>(text.find_last_not_of(kBlanks)) + 1};
-}
 
 }  // namespace
 
@@ -95,14 +81,18 @@ class StoredArray::EncodedBytes {
     const PayloadTable& table = array.m_table;
     std::string text(static_cast<std::size_t>(table.end - table.begin), '\0');
     m_file.ReadAt(table.begin, text.data(), table.end - table.begin);
-    std::size_t used = 0;
     // A compressed payload's header is a text of its own, with its own padding.
+    std::size_t used = 0;
     bool isGood = true;
-    std::size_t at = 0;
-    while (isGood && at < text.size()) {
-      isGood = DecodeBase64(text.data() + at, text.size() - at, m_decoded, used) && used > 0;
-      at += used;
+    if (array.m_format.codec != nullptr) {
+      const auto header = static_cast<std::size_t>(CharactersFor(table.dataBegin));
+      isGood = DecodeBase64(text.data(), header, m_decoded, used) && used == header &&
+               static_cast<std::int64_t>(m_decoded.size()) == table.dataBegin;
+      text.erase(0, header);
     }
+    isGood = isGood && DecodeBase64(text.data(), text.size(), m_decoded, used) &&
+             used == text.size() &&
+             static_cast<std::int64_t>(m_decoded.size()) == table.dataBegin + array.EncodedSize();
     if (!isGood) throw FileError(m_file.Path(), kDamaged);
   }
 
@@ -143,6 +133,16 @@ std::unique_ptr<StoredArray> StoredArray::Open(std::shared_ptr<const ByteFile> f
   if (!isRead || table.end > array.payloadLimit || table.byteCount % valueSize != 0) return nullptr;
   if (valueCount != kAsStored && table.byteCount != valueCount * valueSize) return nullptr;
   return stored;
+}
+
+bool StoredArray::HasNoBlocks(std::shared_ptr<const ByteFile> file, const PayloadFormat& format,
+                              const XmlArray& array) {
+  StoredArray stored;
+  stored.m_file = std::move(file);
+  stored.m_format = format;
+  std::vector<std::uint64_t> count(1);
+  const std::int64_t begin = format.isText ? stored.TextOf(array).begin : array.payloadBegin;
+  return format.codec != nullptr && stored.ReadEntries(begin, count) && count[0] == 0;
 }
 
 /// Header entries from a place of the file on, or out of text.
@@ -194,26 +194,32 @@ bool StoredArray::TakeBlockSizes(const std::vector<std::uint64_t>& sizes) {
   const std::uint64_t partial = sizes[2];
   constexpr std::uint64_t kMost = std::numeric_limits<std::int64_t>::max() / 4;
   if (sizes[1] == 0 || partial > sizes[1] || sizes[1] > kMost / count) return false;
+  const auto growth = static_cast<std::uint64_t>(m_format.codec->mostGrowth);
   const std::uint64_t whole = partial == 0 ? count : count - 1;
   m_table.byteCount = static_cast<std::int64_t>(whole * sizes[1] + partial);
   m_table.blockSize = static_cast<std::int64_t>(sizes[1]);
   std::int64_t end = 0;
   for (std::size_t block = 3; block < sizes.size(); ++block) {
-    if (sizes[block] > static_cast<std::uint64_t>(m_file->Size())) return false;
+    const bool isPartial = block + 1 == sizes.size() && partial > 0;
+    const std::uint64_t wanted = isPartial ? partial : sizes[1];
+    // Nobody need make room for numbers that cannot be in it.
+    if (sizes[block] > static_cast<std::uint64_t>(m_file->Size() - end)) return false;
+    if (wanted / growth > sizes[block]) return false;
     end += static_cast<std::int64_t>(sizes[block]);
     m_table.blockEnds.push_back(end);
   }
   return true;
 }
 
-/// The whole header, from the table's begin on; entryCount receives how many entries it has.
-bool StoredArray::ReadHeader(std::int64_t& entryCount) {
+/// The whole header, from the table's begin on and before the limit; entryCount receives how many
+/// entries it has.
+bool StoredArray::ReadHeader(std::int64_t limit, std::int64_t& entryCount) {
   std::vector<std::uint64_t> entries(1);
   if (!ReadEntries(m_table.begin, entries)) return false;
   entryCount = 1;
   if (m_format.codec == nullptr) return TakeLength(entries[0]);
   // An array without blocks is left to VTK.
-  const auto most = static_cast<std::uint64_t>(m_file->Size() / m_format.EntrySize());
+  const auto most = static_cast<std::uint64_t>((limit - m_table.begin) / m_format.EntrySize());
   if (entries[0] == 0 || entries[0] > most) return false;
   entries.resize(3 + static_cast<std::size_t>(entries[0]));
   entryCount = static_cast<std::int64_t>(entries.size());
@@ -223,20 +229,30 @@ bool StoredArray::ReadHeader(std::int64_t& entryCount) {
 bool StoredArray::ReadTable(const XmlArray& array) {
   m_table.begin = array.payloadBegin;
   std::int64_t entryCount = 0;
-  if (!ReadHeader(entryCount)) return false;
+  if (!ReadHeader(array.payloadLimit, entryCount)) return false;
   m_table.dataBegin = m_table.begin + entryCount * m_format.EntrySize();
   m_table.end = m_table.dataBegin + EncodedSize();
   return true;
 }
 
-bool StoredArray::ReadTextTable(const XmlArray& array) {
+/// Where its text stands in the file.
+StoredArray::TextRange StoredArray::TextOf(const XmlArray& array) const {
   std::string text(static_cast<std::size_t>(array.payloadLimit - array.payloadBegin), '\0');
   m_file->ReadAt(array.payloadBegin, text.data(), static_cast<std::int64_t>(text.size()));
-  const TextRange range = WithoutBlanks(text);
-  m_table.begin = array.payloadBegin + range.begin;
-  m_table.end = array.payloadBegin + range.end;
+  constexpr char kBlanks[] = " \t\r\n";
+  const std::size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::string::npos) return {array.payloadBegin, array.payloadBegin};
+  const std::size_t last = text.find_last_not_of(kBlanks);
+  return {array.payloadBegin + static_cast<std::int64_t>(first),
+          array.payloadBegin + static_cast<std::int64_t>(last) + 1};
+}
+
+bool StoredArray::ReadTextTable(const XmlArray& array) {
+  const TextRange range = TextOf(array);
+  m_table.begin = range.begin;
+  m_table.end = range.end;
   std::int64_t entryCount = 0;
-  if (range.begin == range.end || !ReadHeader(entryCount)) return false;
+  if (range.begin == range.end || !ReadHeader(m_table.end, entryCount)) return false;
   m_table.dataBegin = entryCount * m_format.EntrySize();
   // A compressed payload's header is a text of its own.
   const std::int64_t characters =
@@ -281,6 +297,8 @@ void StoredArray::ForEachBlockNumber(const Body& body) const {
                       [&body, first](std::int64_t n) { body(first + n); });
   }
 }
+
+void StoredArray::CheckText() const { const EncodedBytes encoded(*this); }
 
 void StoredArray::ReadAll(char* to) const {
   const EncodedBytes encoded(*this);

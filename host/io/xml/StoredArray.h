@@ -55,6 +55,14 @@ class StoredArray {
                                            const PayloadFormat& format, const XmlArray& array,
                                            std::int64_t valueCount, int valueSize);
 
+  /// Whether a compressed array is stored as one of no values, which is left to VTK.
+  static bool HasNoBlocks(std::shared_ptr<const ByteFile> file, const PayloadFormat& format,
+                          const XmlArray& array);
+
+  /// Throws FileError when a text is no base64 of the right length; where there is none it does
+  /// nothing.
+  void CheckText() const;
+
   /// Reads every value to memory that has room for all of them, in the byte order of this machine,
   /// in parallel. Throws FileError.
   void ReadAll(char* to) const;
@@ -73,12 +81,18 @@ class StoredArray {
 
  private:
   class EncodedBytes;
+  /// Without the blanks around it.
+  struct TextRange {
+    std::int64_t begin;
+    std::int64_t end;
+  };
 
   StoredArray() = default;
   bool ReadTable(const XmlArray& array);
+  TextRange TextOf(const XmlArray& array) const;
   bool ReadTextTable(const XmlArray& array);
   bool ReadEntries(std::int64_t position, std::vector<std::uint64_t>& entries) const;
-  bool ReadHeader(std::int64_t& entryCount);
+  bool ReadHeader(std::int64_t limit, std::int64_t& entryCount);
   bool TakeLength(std::uint64_t length);
   bool TakeBlockSizes(const std::vector<std::uint64_t>& sizes);
   std::int64_t EncodedSize() const;

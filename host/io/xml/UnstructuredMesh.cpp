@@ -40,6 +40,11 @@ bool IsIndexType(int vtkType) {
   return vtkType == VTK_ID_TYPE || vtkType == VTK_LONG_LONG || vtkType == VTK_INT;
 }
 
+void Take(int number, int& role, MeshArrays& found) {
+  if (role >= 0) found.areAll = false;
+  role = number;
+}
+
 MeshArrays FindMeshArrays(const XmlLayout& layout) {
   MeshArrays found;
   for (std::size_t n = 0; n < layout.arrays.size(); ++n) {
@@ -48,14 +53,15 @@ MeshArrays FindMeshArrays(const XmlLayout& layout) {
     const bool isReal = array.vtkType == VTK_FLOAT || array.vtkType == VTK_DOUBLE;
     if (array.section == XmlSection::FieldData) found.areAll = false;
     if (array.section != XmlSection::Mesh) continue;
-    if (array.part == "Points" && array.components == 3 && isReal && found.points < 0) {
-      found.points = number;
-    } else if (array.name == "connectivity" && IsIndexType(array.vtkType)) {
-      found.connectivity = number;
-    } else if (array.name == "offsets" && IsIndexType(array.vtkType)) {
-      found.offsets = number;
-    } else if (array.name == "types" && array.vtkType == VTK_UNSIGNED_CHAR) {
-      found.types = number;
+    const bool isOfCells = array.part == "Cells";
+    if (array.part == "Points" && array.components == 3 && isReal && !array.hasOtherKeys) {
+      Take(number, found.points, found);
+    } else if (isOfCells && array.name == "connectivity" && IsIndexType(array.vtkType)) {
+      Take(number, found.connectivity, found);
+    } else if (isOfCells && array.name == "offsets" && IsIndexType(array.vtkType)) {
+      Take(number, found.offsets, found);
+    } else if (isOfCells && array.name == "types" && array.vtkType == VTK_UNSIGNED_CHAR) {
+      Take(number, found.types, found);
     } else {
       found.areAll = false;
     }
@@ -66,7 +72,7 @@ MeshArrays FindMeshArrays(const XmlLayout& layout) {
 std::shared_ptr<const StoredArray> OpenArray(const XmlSource& source, int number,
                                              std::int64_t valueCount) {
   const XmlArray& array = source.layout.arrays[static_cast<std::size_t>(number)];
-  if (array.isInline && array.tag.Value("format") != "binary") return nullptr;
+  if (array.isText) return nullptr;
   const auto format =
       PayloadFormat::Of(source.layout, array.isInline || source.layout.isAppendedText);
   if (!format) return nullptr;

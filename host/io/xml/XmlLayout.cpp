@@ -3,12 +3,16 @@
 #include <vtkType.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <charconv>
 #include <cstring>
 #include <fstream>
+#include <initializer_list>
+#include <limits>
 #include <map>
 #include <set>
+#include <sstream>
 
 #include "../FileError.h"
 #include "../XmlText.h"
@@ -17,7 +21,7 @@ namespace qelhost {
 namespace {
 
 /// VTK's own choice where several of its types have the size.
-int VtkTypeOf(const XmlTag& tag) {
+const std::map<std::string, int>& NumberTypes() {
   static const std::map<std::string, int> kTypes = {
       {"Float32", VTK_FLOAT},    {"Float64", VTK_DOUBLE},
       {"Int8", VTK_SIGNED_CHAR}, {"UInt8", VTK_UNSIGNED_CHAR},
@@ -25,9 +29,19 @@ int VtkTypeOf(const XmlTag& tag) {
       {"Int32", VTK_INT},        {"UInt32", VTK_UNSIGNED_INT},
       {"Int64", VTK_LONG_LONG},  {"UInt64", VTK_UNSIGNED_LONG_LONG},
   };
-  if (tag.Value("IdType") == "1") return VTK_ID_TYPE;
-  const auto found = kTypes.find(tag.Value("type"));
-  return found == kTypes.end() ? 0 : found->second;
+  return kTypes;
+}
+
+int VtkTypeOf(const XmlTag& tag) {
+  const auto found = NumberTypes().find(tag.Value("type"));
+  if (found == NumberTypes().end()) return 0;
+  const XmlAttribute* const isId = tag.Find("IdType");
+  if (isId == nullptr || isId->value == "0") return found->second;
+  return isId->value == "1" && found->second == VTK_LONG_LONG ? VTK_ID_TYPE : 0;
+}
+
+bool IsKnownType(const std::string& type) {
+  return NumberTypes().count(type) > 0 || type == "String" || type == "Bit";
 }
 
 /// A whole number that fills the text but for blanks around it; nothing else.
@@ -42,116 +56,274 @@ std::optional<std::int64_t> NumberIn(const std::string& text) {
   return number;
 }
 
+bool IsOneOf(const std::string& text, std::initializer_list<const char*> choice) {
+  return std::any_of(choice.begin(), choice.end(),
+                     [&text](const char* other) { return text == other; });
+}
+
+/// What a piece has, as its tag says.
+struct PieceCounts {
+  std::map<std::string, std::int64_t> counts;  ///< "NumberOfPoints" and so on
+  std::int64_t nodes = -1;                     ///< -1: it does not say
+  std::int64_t cells = -1;
+  std::array<std::int64_t, 3> ticks{-1, -1, -1};  ///< along each axis
+  std::array<std::int32_t, 6> extent{};           ///< lowest and highest index along each axis
+  bool hasExtent = false;
+  bool areSound = true;
+
+  std::int64_t Of(const std::string& count) const {
+    const auto found = counts.find(count);
+    return found == counts.end() ? 0 : found->second;
+  }
+
+  static PieceCounts Of(const XmlTag& piece) {
+    PieceCounts result;
+    for (const XmlAttribute& attribute : piece.attributes) {
+      if (attribute.name == "Extent" || attribute.name == "WholeExtent") {
+        result.TakeExtent(attribute.value);
+      }
+      if (attribute.name.rfind("NumberOf", 0) != 0) continue;
+      const std::optional<std::int64_t> count = NumberIn(attribute.value);
+      result.areSound = result.areSound && count && *count <= kMost;
+      result.counts[attribute.name] = count.value_or(0);
+      if (attribute.name == "NumberOfPoints") result.nodes = count.value_or(0);
+    }
+    if (result.nodes < 0) return result;
+    result.cells = result.Of("NumberOfCells");
+    for (const char* part : {"Verts", "Lines", "Strips", "Polys"}) {
+      result.cells += result.Of(std::string("NumberOf") + part);
+    }
+    return result;
+  }
+
+  bool Contains(const PieceCounts& other) const {
+    for (std::size_t n = 0; n < extent.size(); n += 2) {
+      if (extent[n] > other.extent[n] || extent[n + 1] < other.extent[n + 1]) return false;
+    }
+    return true;
+  }
+
+ private:
+  /// Many more than fit into memory, and few enough to be multiplied.
+  static constexpr std::int64_t kMost = std::int64_t{1} << 40;
+
+  void TakeExtent(const std::string& text) {
+    std::istringstream in(text);
+    hasExtent = true;
+    nodes = cells = 1;
+    for (std::size_t axis = 0; axis < ticks.size(); ++axis) {
+      std::int32_t& low = extent[2 * axis];
+      std::int32_t& high = extent[2 * axis + 1];
+      areSound = areSound && (in >> low >> high);
+      const std::int64_t count = std::max<std::int64_t>(std::int64_t{high} - low + 1, 0);
+      areSound = areSound && (count == 0 || nodes <= kMost / count);
+      if (!areSound) return;
+      ticks[axis] = count;
+      nodes *= count;
+      cells *= count == 1 ? 1 : std::max<std::int64_t>(count - 1, 0);
+    }
+    if (nodes == 0) cells = 0;
+  }
+};
+
 /// Takes the tags of a file in their order.
 class LayoutReader {
  public:
-  explicit LayoutReader(std::istream& in) : m_in(in), m_scanner(in) {}
+  LayoutReader(const std::string& path, std::istream& in) : m_path(path), m_in(in), m_scanner(in) {}
 
   bool Read() {
     XmlTag tag;
     while (m_scanner.Next(tag)) {
-      if (!Take(tag)) return false;
-      if (tag.name == "AppendedData") return TakeAppended(tag);
+      if (tag.name.empty()) return false;
+      const char first = tag.name.front();
+      if (first == '!' || first == '?') {
+        if (!TakeRemark(tag)) return false;
+        continue;
+      }
+      const bool isTaken = first == '/' ? TakeEnd(tag) : TakeBegin(tag);
+      if (!isTaken) return false;
+      if (layout.appendedBegin > 0) return Finish();
     }
-    return m_pieces == 1 && !m_isInArray;
+    return m_open.empty() && Finish();
   }
 
   XmlLayout layout;
 
  private:
-  bool Take(const XmlTag& tag) {
-    if (m_isInArray && tag.name != "/DataArray") return TakeInside(tag);
-    if (tag.name == "/DataArray") return EndArray(tag);
-    if (tag.name == "DataArray" || tag.name == "Array") return BeginArray(tag);
-    if (tag.name == "VTKFile") return TakeRoot(tag);
-    if (tag.name == "Piece") return TakePiece(tag);
-    return TakeSection(tag);
+  [[noreturn]] void Damaged(const std::string& what) const {
+    throw FileError(m_path, "damaged: " + what);
+  }
+
+  /// A layout is plain when all of its parts stand where VTK looks for them, each once.
+  void RequirePlain(bool isPlain) { layout.isPlain = layout.isPlain && isPlain; }
+
+  bool Finish() {
+    // What no piece fills would be left as it lay in memory.
+    const bool isFilled = m_pieces == 1 ? m_isFilledByOne : m_cells >= m_whole.cells;
+    if (m_whole.hasExtent && m_whole.nodes > 0 && !isFilled) {
+      Damaged("its pieces do not fill its extent");
+    }
+    RequirePlain(m_pieces == 1 && m_pointArrays <= 1);
+    return !layout.type.empty();
+  }
+
+  /// Comments and the declaration. Other encodings, declarations of entities and text that is
+  /// marked as such are VTK's business.
+  bool TakeRemark(const XmlTag& tag) {
+    if (m_isInArray) return false;
+    if (tag.name == "!--") return true;
+    const XmlAttribute* const encoding = tag.Find("encoding");
+    return tag.name == "?xml" &&
+           (encoding == nullptr || IsOneOf(encoding->value, {"UTF-8", "utf-8"}));
+  }
+
+  bool TakeBegin(const XmlTag& tag) {
+    constexpr std::size_t kDeepest = 64;
+    if (!tag.isSound || m_open.size() > kDeepest) return false;
+    if (m_open.empty() != (tag.name == "VTKFile")) return false;
+    bool isGood = true;
+    if (m_isInArray) {
+      isGood = TakeInside(tag);
+    } else if (tag.name == "DataArray" || tag.name == "Array") {
+      BeginArray(tag);
+    } else if (tag.name == "VTKFile") {
+      isGood = TakeRoot(tag);
+    } else if (m_open.size() == 1 && tag.name == "AppendedData") {
+      isGood = !tag.isClosed && TakeAppended(tag);
+    } else {
+      TakeSection(tag);
+    }
+    if (!tag.isClosed) m_open.push_back(tag.name);
+    return isGood;
+  }
+
+  bool TakeEnd(const XmlTag& tag) {
+    if (m_open.empty() || tag.name.compare(1, std::string::npos, m_open.back()) != 0) return false;
+    m_open.pop_back();
+    if (tag.name == "/DataArray" || tag.name == "/Array") {
+      EndArray(tag);
+    } else if (IsVariables(tag.name.substr(1)) && m_open.size() == 3) {
+      layout.sectionEnds.push_back(tag.begin);
+    }
+    return true;
   }
 
   bool TakeRoot(const XmlTag& tag) {
+    const std::string headers = tag.Value("header_type");
+    const std::string order = tag.Value("byte_order");
     layout.type = tag.Value("type");
     layout.compressor = tag.Value("compressor");
-    layout.wideHeader = tag.Value("header_type") == "UInt64";
-    layout.bigEndian = tag.Value("byte_order") == "BigEndian";
-    return true;
+    layout.wideHeader = headers == "UInt64";
+    layout.bigEndian = order == "BigEndian";
+    return !tag.isClosed && IsOneOf(headers, {"", "UInt32", "UInt64"}) &&
+           IsOneOf(order, {"", "LittleEndian", "BigEndian"});
   }
 
-  bool TakePiece(const XmlTag& tag) {
-    layout.points = NumberIn(tag.Value("NumberOfPoints")).value_or(0);
-    layout.cells = NumberIn(tag.Value("NumberOfCells")).value_or(0);
-    return ++m_pieces == 1;
+  static bool IsVariables(const std::string& name) {
+    return name == "PointData" || name == "CellData";
   }
 
-  bool TakeSection(const XmlTag& tag) {
-    const bool isEnd = !tag.name.empty() && tag.name.front() == '/';
-    const std::string name = isEnd ? tag.name.substr(1) : tag.name;
-    const bool isAttributes = name == "PointData" || name == "CellData";
-    if (isEnd) {
-      if (isAttributes) layout.sectionEnds.push_back(tag.begin);
-      m_part.clear();
-      m_section = XmlSection::Mesh;
-      return layout.sectionEnds.size() <= layout.attributeSections.size();
+  void TakeSection(const XmlTag& tag) {
+    if (m_open.size() == 1) {
+      RequirePlain(tag.name == layout.type && ++m_meshes == 1);
+      m_whole = PieceCounts::Of(tag);
     }
-    if (tag.isClosed) return true;
-    if (isAttributes) layout.attributeSections.push_back(tag);
-    m_part = name;
-    m_section = name == "PointData"   ? XmlSection::PointData
-                : name == "CellData"  ? XmlSection::CellData
-                : name == "FieldData" ? XmlSection::FieldData
-                                      : XmlSection::Mesh;
-    return true;
+    if (tag.name == "Piece") {
+      RequirePlain(m_open.size() == 2);
+      m_counts = PieceCounts::Of(tag);
+      if (!m_counts.areSound) Damaged("a piece counts what cannot be counted");
+      layout.points = m_counts.Of("NumberOfPoints");
+      layout.cells = m_counts.Of("NumberOfCells");
+      m_isFilledByOne = m_isFilledByOne || m_counts.Contains(m_whole);
+      m_cells += std::max<std::int64_t>(m_counts.cells, 0);
+      m_names.clear();
+      m_coordinates = 0;
+      ++m_pieces;
+    } else if (IsVariables(tag.name)) {
+      RequirePlain(m_open.size() == 3 && m_variables.insert(tag.name).second);
+      if (!tag.isClosed) layout.attributeSections.push_back(tag);
+    }
   }
 
-  bool BeginArray(const XmlTag& tag) {
+  void BeginArray(const XmlTag& tag) {
     XmlArray array;
-    array.section = m_section;
-    array.part = m_part;
+    array.part = m_open.back();
+    array.section = array.part == "PointData"   ? XmlSection::PointData
+                    : array.part == "CellData"  ? XmlSection::CellData
+                    : array.part == "FieldData" ? XmlSection::FieldData
+                                                : XmlSection::Mesh;
     const std::optional<std::string> name = Unescaped(tag.Value("Name"));
-    if (!name) return false;
-    array.name = *name;
+    RequirePlain(name.has_value());
+    array.name = name.value_or("");
+    array.isTypeKnown = IsKnownType(tag.Value("type"));
     array.vtkType = tag.name == "DataArray" ? VtkTypeOf(tag) : 0;
     const XmlAttribute* const components = tag.Find("NumberOfComponents");
     const auto count = components == nullptr ? 1 : NumberIn(components->value).value_or(0);
-    if (count < 0 || count > 1 << 20) return false;
+    RequirePlain(count <= 1 << 20);
     // VTK's writer says 0 of arrays that it took for no vectors.
-    array.components = std::max(static_cast<int>(count), 1);
+    array.components = static_cast<int>(std::clamp<std::int64_t>(count, 1, 1 << 20));
     array.tag = tag;
     array.closing = tag.end;
-    const std::string format = tag.Value("format");
-    array.isInline = format != "appended";
-    // What is no part of the user's variables is left to VTK in any form.
-    const bool isVariable = m_section == XmlSection::PointData || m_section == XmlSection::CellData;
-    if (isVariable && format != "appended" && format != "binary") return false;
-    if (tag.Find("TimeStep") != nullptr) return false;
-    if (!array.isInline && !TakeOffset(array)) return false;
+    if (array.part == "Points") ++m_pointArrays;
+    array.tuples = TuplesOf(array);
+    // VTK's reader would miss the second.
+    if (IsVariables(array.part) && !m_names.insert({array.part, tag.Value("Name")}).second) {
+      Damaged("two arrays have the name \"" + array.name + "\"");
+    }
+    RequirePlain(m_open.size() == (array.section == XmlSection::FieldData ? 3 : 4));
+    TakeFormat(array);
     layout.arrays.push_back(std::move(array));
     m_isInArray = !tag.isClosed;
-    return true;
+  }
+
+  std::int64_t TuplesOf(const XmlArray& array) {
+    if (array.part == "PointData" || array.part == "Points") return m_counts.nodes;
+    if (array.part == "CellData") return m_counts.cells;
+    if (array.part == "Coordinates")
+      return m_coordinates < 3 ? m_counts.ticks[m_coordinates++] : -1;
+    if (array.section == XmlSection::FieldData) {
+      const XmlAttribute* const tuples = array.tag.Find("NumberOfTuples");
+      return tuples == nullptr ? -1 : NumberIn(tuples->value).value_or(-1);
+    }
+    if (array.name == "types" || array.name == "offsets") {
+      return m_counts.Of("NumberOf" + array.part);
+    }
+    return -1;
+  }
+
+  /// VTK goes by the offset, where there is one.
+  void TakeFormat(XmlArray& array) {
+    const std::string format = array.tag.Value("format");
+    array.isInline = array.tag.Find("offset") == nullptr;
+    array.isText = array.isInline && format != "binary";
+    RequirePlain(array.isInline == (format != "appended"));
+    if (array.isText && !IsOneOf(format, {"", "ascii"})) Damaged("an array has no known format");
+    // What is no part of the user's variables is left to VTK in any form.
+    RequirePlain(!array.isText || !IsVariables(array.part));
+    RequirePlain(array.tag.Find("TimeStep") == nullptr);
+    if (!array.isInline) TakeOffset(array);
   }
 
   /// The payload's place relative to the appended data, until that is known. Arrays that share a
   /// payload could not be altered by themselves.
-  bool TakeOffset(XmlArray& array) {
-    const std::optional<std::int64_t> offset = NumberIn(array.tag.Value("offset"));
-    if (!offset || !m_offsets.insert(*offset).second) return false;
-    array.payloadBegin = *offset;
-    return true;
+  void TakeOffset(XmlArray& array) {
+    constexpr std::int64_t kNowhere = std::numeric_limits<std::int64_t>::max();
+    array.payloadBegin = NumberIn(array.tag.Value("offset")).value_or(kNowhere);
+    RequirePlain(m_offsets.insert(array.payloadBegin).second);
   }
 
   bool TakeInside(const XmlTag& tag) {
     static const std::set<std::string> kRangeKeys = {"L2_NORM_RANGE", "L2_NORM_FINITE_RANGE",
                                                      "COMPONENT_RANGE"};
-    if (tag.name == "DataArray" || tag.name == "AppendedData") return false;
+    if (IsOneOf(tag.name, {"DataArray", "Array"})) Damaged("an array stands in another");
     XmlArray& array = layout.arrays.back();
     if (array.keysBegin == 0) array.keysBegin = tag.begin;
-    if (tag.name == "InformationKey" && kRangeKeys.count(tag.Value("name")) == 0) {
-      array.hasOtherKeys = true;
-    }
+    const bool isKey = tag.name == "InformationKey" && kRangeKeys.count(tag.Value("name")) > 0;
+    if (!isKey && tag.name != "Value") array.hasOtherKeys = true;
     return true;
   }
 
-  bool EndArray(const XmlTag& tag) {
-    if (!m_isInArray) return false;
+  void EndArray(const XmlTag& tag) {
     XmlArray& array = layout.arrays.back();
     array.closing = tag.begin;
     if (array.isInline) {
@@ -159,20 +331,25 @@ class LayoutReader {
       array.payloadLimit = array.keysBegin == 0 ? tag.begin : array.keysBegin;
     }
     m_isInArray = false;
-    return true;
   }
 
   bool TakeAppended(const XmlTag& tag) {
-    if (m_pieces != 1) return false;
-    layout.isAppendedText = tag.Value("encoding") == "base64";
+    const std::string encoding = tag.Value("encoding");
+    RequirePlain(IsOneOf(encoding, {"raw", "base64"}));
+    layout.isAppendedText = encoding != "raw";
+    constexpr std::streamsize kMostBefore = 4096;
+    std::string before(kMostBefore, '\0');
     m_in.clear();
     m_in.seekg(tag.end);
-    char c = ' ';
-    std::int64_t place = tag.end;
-    while (m_in.get(c) && std::strchr(" \t\r\n", c) != nullptr) ++place;
-    if (!m_in || c != '_') return false;
-    layout.appendedBegin = place + 1;
-    return FindAppendedEnd() && PlacePayloads();
+    m_in.read(before.data(), kMostBefore);
+    before.resize(static_cast<std::size_t>(m_in.gcount()));
+    const std::size_t mark = before.find('_');
+    if (mark == std::string::npos) return false;
+    RequirePlain(before.find_first_not_of(" \t\r\n") == mark);
+    layout.appendedBegin = tag.end + static_cast<std::int64_t>(mark) + 1;
+    if (!FindAppendedEnd()) return false;
+    PlacePayloads();
+    return true;
   }
 
   /// The end tag is looked for from the file's end, because raw data may hold its letters.
@@ -191,12 +368,13 @@ class LayoutReader {
     return true;
   }
 
-  bool PlacePayloads() {
+  /// What lies behind them all lies at their end, where no payload is.
+  void PlacePayloads() {
+    const std::int64_t size = layout.appendedEnd - layout.appendedBegin;
     std::set<std::int64_t> starts;
     for (XmlArray& array : layout.arrays) {
       if (array.isInline) continue;
-      if (array.payloadBegin > layout.appendedEnd - layout.appendedBegin) return false;
-      array.payloadBegin += layout.appendedBegin;
+      array.payloadBegin = layout.appendedBegin + std::min(array.payloadBegin, size);
       starts.insert(array.payloadBegin);
     }
     for (XmlArray& array : layout.arrays) {
@@ -204,15 +382,23 @@ class LayoutReader {
       const auto next = starts.upper_bound(array.payloadBegin);
       array.payloadLimit = next == starts.end() ? layout.appendedEnd : *next;
     }
-    return true;
   }
 
+  const std::string& m_path;
   std::istream& m_in;
   XmlTagScanner m_scanner;
-  XmlSection m_section = XmlSection::Mesh;
-  std::string m_part;
+  PieceCounts m_whole;
+  PieceCounts m_counts;      ///< of the piece in hand
+  std::int64_t m_cells = 0;  ///< of the pieces so far
+  bool m_isFilledByOne = false;
+  std::set<std::pair<std::string, std::string>> m_names;  ///< of the piece's variables
+  std::size_t m_coordinates = 0;                          ///< arrays of them so far
+  std::vector<std::string> m_open;                        ///< elements, the outermost first
+  std::set<std::string> m_variables;
   std::set<std::int64_t> m_offsets;
+  int m_meshes = 0;
   int m_pieces = 0;
+  int m_pointArrays = 0;
   bool m_isInArray = false;
 };
 
@@ -221,7 +407,7 @@ class LayoutReader {
 std::optional<XmlLayout> ReadXmlLayout(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
   if (!in) throw FileError(path, std::strerror(errno));
-  LayoutReader reader(in);
+  LayoutReader reader(path, in);
   if (!reader.Read()) return std::nullopt;
   return std::move(reader.layout);
 }

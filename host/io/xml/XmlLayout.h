@@ -17,9 +17,12 @@ struct XmlArray {
   XmlSection section = XmlSection::Mesh;
   std::string part;  ///< of the mesh: "Points", "Cells", "Polys", ...
   std::string name;
-  int vtkType = 0;  ///< as VTK's reader makes it; 0: no number, or unknown
+  int vtkType = 0;           ///< as VTK's reader makes it; 0: no number, or unknown
+  bool isTypeKnown = false;  ///< of numbers, and of strings
   int components = 1;
+  std::int64_t tuples = -1;  ///< that its mesh has for it; -1: they cannot be told from outside
   bool isInline = false;
+  bool isText = false;  ///< inline, as decimal numbers
   XmlTag tag;
   std::int64_t keysBegin = 0;     ///< of elements inside; 0: there are none
   std::int64_t closing = 0;       ///< of its end tag; the tag's end where it has none
@@ -29,6 +32,7 @@ struct XmlArray {
 };
 
 struct XmlLayout {
+  bool isPlain = true;     ///< one piece, and nothing that only VTK's reader need understand
   std::string type;        ///< UnstructuredGrid, PolyData, ...
   std::string compressor;  ///< VTK's class name; "" for none
   bool wideHeader = false;
@@ -43,9 +47,9 @@ struct XmlLayout {
   std::int64_t appendedEnd = 0;    ///< where its end tag stands, blanks before it left out
 };
 
-/// Nothing for files that are laid out in a way that only VTK's reader need understand: several
-/// pieces, arrays as text, arrays for several time steps. Throws FileError when the file cannot be
-/// opened.
+/// Nothing for what is not the markup of a VTK XML file as VTK writes it, down to the last tag:
+/// whether it is any is for VTK's reader to say. Throws FileError when the file cannot be opened,
+/// or says what can be of no mesh.
 std::optional<XmlLayout> ReadXmlLayout(const std::string& path);
 
 }  // namespace qelhost

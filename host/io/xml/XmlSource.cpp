@@ -9,10 +9,23 @@
 #include <set>
 #include <utility>
 
+#include "../XmlText.h"
 #include "LargeMemory.h"
+#include "PayloadCheck.h"
 
 namespace qelhost {
 namespace {
+
+/// What is read while somebody writes the file would be half of the old and half of the new.
+void ReadValues(const StoredArray& stored, vtkDataArray* array, std::int64_t tupleCount) {
+  stored.File().RequireUnchanged();
+  array->SetNumberOfTuples(tupleCount);
+  void* const memory = array->GetVoidPointer(0);
+  PreferLargePages(memory, stored.Table().byteCount);
+  stored.ReadAll(static_cast<char*>(memory));
+  stored.File().RequireUnchanged();
+  array->Modified();
+}
 
 class PendingXmlArray : public PendingArray {
  public:
@@ -23,14 +36,7 @@ class PendingXmlArray : public PendingArray {
   std::int64_t TupleCount() const override { return m_tupleCount; }
 
  private:
-  void Fill() override {
-    m_stored->File().RequireUnchanged();
-    m_array->SetNumberOfTuples(m_tupleCount);
-    void* const memory = m_array->GetVoidPointer(0);
-    PreferLargePages(memory, m_stored->Table().byteCount);
-    m_stored->ReadAll(static_cast<char*>(memory));
-    m_array->Modified();
-  }
+  void Fill() override { ReadValues(*m_stored, m_array, m_tupleCount); }
 
   std::shared_ptr<const StoredArray> m_stored;
   vtkDataArray* m_array;  ///< which is kept beside this
@@ -73,7 +79,8 @@ void SetActiveAttributes(const XmlTag& section, vtkDataSetAttributes* attributes
   for (int type = 0; type < vtkDataSetAttributes::NUM_ATTRIBUTES; ++type) {
     const XmlAttribute* const name =
         section.Find(vtkDataSetAttributes::GetAttributeTypeAsString(type));
-    if (name != nullptr) attributes->SetActiveAttribute(name->value.c_str(), type);
+    const auto text = name == nullptr ? std::nullopt : Unescaped(name->value);
+    if (text) attributes->SetActiveAttribute(text->c_str(), type);
   }
 }
 
@@ -91,7 +98,13 @@ bool OpenVariables(XmlSource& source, vtkDataSet* block) {
     std::shared_ptr<const StoredArray> stored = StoredArray::Open(
         source.file, *format, array, tuples * array.components, placeholder->GetDataTypeSize());
     if (stored == nullptr) return false;
-    (*source.pending)[placeholder] = std::make_shared<PendingXmlArray>(stored, placeholder, tuples);
+    // Whoever looks at the mesh looks at its marks.
+    if (array.name == vtkDataSetAttributes::GhostArrayName()) {
+      ReadValues(*stored, placeholder, tuples);
+    } else {
+      (*source.pending)[placeholder] =
+          std::make_shared<PendingXmlArray>(stored, placeholder, tuples);
+    }
     source.stored[n] = std::move(stored);
     source.arrays[n] = placeholder;
   }
@@ -106,10 +119,10 @@ void KnowPoints(XmlSource& source, vtkDataSet* block) {
   for (std::size_t n = 0; n < source.arrays.size(); ++n) {
     const XmlArray& array = source.layout.arrays[n];
     if (array.part != "Points" || source.arrays[n] != nullptr) continue;
-    const bool isStored = !array.isInline || array.tag.Value("format") == "binary";
     const auto format =
         PayloadFormat::Of(source.layout, array.isInline || source.layout.isAppendedText);
-    if (!isStored || !format || array.vtkType != places->GetDataType()) continue;
+    const bool isPlain = !array.isText && !array.hasOtherKeys && array.components == 3;
+    if (!isPlain || !format || array.vtkType != places->GetDataType()) continue;
     source.stored[n] = StoredArray::Open(source.file, *format, array, places->GetNumberOfValues(),
                                          places->GetDataTypeSize());
     if (source.stored[n] != nullptr) source.arrays[n] = places;
@@ -124,6 +137,8 @@ std::shared_ptr<XmlSource> OpenXmlSource(const std::string& path) {
   source->file = std::make_shared<const ByteFile>(path);
   std::optional<XmlLayout> layout = ReadXmlLayout(path);
   if (!layout) return nullptr;
+  CheckPayloads(source->file, *layout);
+  if (!layout->isPlain) return nullptr;
   source->layout = std::move(*layout);
   std::set<std::pair<XmlSection, std::string>> names;
   for (const XmlArray& array : source->layout.arrays) {
@@ -150,10 +165,6 @@ bool AttachArrays(XmlSource& source, vtkDataSet* block) {
     const XmlArray& array = source.layout.arrays[n];
     if (!IsVariable(array)) continue;
     AttributesOf(block, array.section)->AddArray(source.arrays[n]);
-    // Whoever looks at the mesh looks at its marks.
-    if (array.name == vtkDataSetAttributes::GhostArrayName()) {
-      source.pending->at(source.arrays[n])->Load();
-    }
   }
   KnowPoints(source, block);
   for (const XmlTag& section : source.layout.attributeSections) {

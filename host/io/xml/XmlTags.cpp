@@ -7,35 +7,70 @@ namespace qelhost {
 namespace {
 
 constexpr char kBlanks[] = " \t\r\n";
+constexpr std::size_t kLongestTag = 1 << 16;
 
 std::string NameOf(const std::string& text) {
+  if (text.rfind("!--", 0) == 0) return "!--";
   return text.substr(0, std::min(text.find_first_of(" \t\r\n/>", 1), text.size()));
 }
 
-/// text: the tag without its angle brackets, which begins at `start`.
-std::vector<XmlAttribute> AttributesOf(const std::string& text, std::int64_t start) {
-  std::vector<XmlAttribute> attributes;
-  std::size_t at = text.find_first_of(kBlanks);
-  while (at != std::string::npos) {
-    at = text.find_first_not_of(" \t\r\n/", at);
-    const std::size_t equals = at == std::string::npos ? at : text.find('=', at);
-    if (equals == std::string::npos) break;
-    const std::size_t quote = text.find_first_of("\"'", equals);
-    const std::size_t close =
-        quote == std::string::npos ? quote : text.find(text[quote], quote + 1);
-    if (close == std::string::npos) break;
-    XmlAttribute attribute;
-    attribute.name = text.substr(at, equals - at);
-    const std::size_t nameEnd = attribute.name.find_last_not_of(kBlanks);
-    attribute.name.resize(nameEnd == std::string::npos ? 0 : nameEnd + 1);
-    attribute.value = text.substr(quote + 1, close - quote - 1);
-    attribute.begin = start + static_cast<std::int64_t>(quote) + 1;
-    attribute.end = start + static_cast<std::int64_t>(close);
-    attributes.push_back(std::move(attribute));
-    at = close + 1;
-  }
-  return attributes;
+/// One attribute from `at` on, which is left behind it. False when none stands there as it should.
+bool ReadAttribute(const std::string& text, std::int64_t start, std::size_t& at,
+                   XmlAttribute& attribute) {
+  const std::size_t nameEnd = std::min(text.find_first_of(" \t\r\n=\"'<", at), text.size());
+  const std::size_t equals = text.find_first_not_of(kBlanks, nameEnd);
+  if (nameEnd == at || equals == std::string::npos || text[equals] != '=') return false;
+  const std::size_t quote = text.find_first_not_of(kBlanks, equals + 1);
+  if (quote == std::string::npos || (text[quote] != '"' && text[quote] != '\'')) return false;
+  const std::size_t close = text.find(text[quote], quote + 1);
+  if (close == std::string::npos) return false;
+  attribute.name = text.substr(at, nameEnd - at);
+  attribute.value = text.substr(quote + 1, close - quote - 1);
+  attribute.begin = start + static_cast<std::int64_t>(quote) + 1;
+  attribute.end = start + static_cast<std::int64_t>(close);
+  at = close + 1;
+  return attribute.value.find('<') == std::string::npos;
 }
+
+/// Fills in the attributes of a tag up to the first that is none. text: without its angle brackets.
+void ReadAttributes(const std::string& text, XmlTag& tag) {
+  const std::size_t end = text.size() - (tag.isClosed ? 1 : 0);
+  std::size_t at = tag.name.size();
+  for (;;) {
+    const std::size_t next = std::min(text.find_first_not_of(kBlanks, at), end);
+    if (next >= end) return;
+    const bool isApart = next > at;
+    XmlAttribute attribute;
+    at = next;
+    tag.isSound = isApart && ReadAttribute(text, tag.begin + 1, at, attribute) &&
+                  tag.Find(attribute.name.c_str()) == nullptr;
+    if (!tag.isSound) return;
+    tag.attributes.push_back(std::move(attribute));
+  }
+}
+
+bool StartsWith(const std::string& text, const char* start) { return text.rfind(start, 0) == 0; }
+
+/// Whether the angle bracket behind a text that grows ends its tag: within quotes and in a comment
+/// it does not.
+class EndOfTag {
+ public:
+  bool IsBehind(const std::string& text) {
+    if (StartsWith(text, "!--")) {
+      return text.size() >= 5 && text.compare(text.size() - 2, 2, "--") == 0;
+    }
+    if (StartsWith(text, "!") || StartsWith(text, "?")) return true;
+    for (; m_seen < text.size(); ++m_seen) {
+      const char c = text[m_seen];
+      if (m_quote == 0 ? c == '"' || c == '\'' : c == m_quote) m_quote = m_quote == 0 ? c : 0;
+    }
+    return m_quote == 0;
+  }
+
+ private:
+  std::size_t m_seen = 0;
+  char m_quote = 0;
+};
 
 }  // namespace
 
@@ -56,17 +91,28 @@ XmlTagScanner::XmlTagScanner(std::istream& in) : m_in(in), m_buffer(1 << 20) {}
 bool XmlTagScanner::Next(XmlTag& tag) {
   if (!SkipPast('<', nullptr)) return false;
   tag.begin = Position() - 1;
-  m_text.clear();
-  if (!SkipPast('>', &m_text)) return false;
+  if (!ReadToEndOfTag()) return false;
   tag.end = Position();
   tag.name = NameOf(m_text);
-  tag.isClosed = !m_text.empty() && m_text.back() == '/';
-  tag.attributes = AttributesOf(m_text, tag.begin + 1);
+  tag.isClosed = m_text.size() > tag.name.size() && m_text.back() == '/';
+  tag.isSound = true;
+  tag.attributes.clear();
+  ReadAttributes(m_text, tag);
   return true;
 }
 
+bool XmlTagScanner::ReadToEndOfTag() {
+  m_text.clear();
+  EndOfTag end;
+  // No tag is longer: this is some other file.
+  while (m_text.size() <= kLongestTag && SkipPast('>', &m_text)) {
+    if (end.IsBehind(m_text)) return true;
+    m_text += '>';
+  }
+  return false;
+}
+
 bool XmlTagScanner::SkipPast(char wanted, std::string* text) {
-  constexpr std::size_t kLongestTag = 1 << 16;
   for (;;) {
     if (m_at == m_end && !Fill()) return false;
     const char* from = m_buffer.data() + m_at;
@@ -78,7 +124,6 @@ bool XmlTagScanner::SkipPast(char wanted, std::string* text) {
       ++m_at;
       return true;
     }
-    // No tag is that long: this is some other file.
     if (text != nullptr && text->size() > kLongestTag) return false;
   }
 }

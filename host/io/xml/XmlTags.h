@@ -17,11 +17,12 @@ struct XmlAttribute {
 };
 
 struct XmlTag {
-  std::string name;  ///< "/DataArray" ends one
+  std::string name;  ///< "/DataArray" ends one; "!--" is a comment, "?xml" the declaration
   std::vector<XmlAttribute> attributes;
   std::int64_t begin = 0;  ///< of its angle bracket
   std::int64_t end = 0;    ///< behind the other
   bool isClosed = false;   ///< it ends itself
+  bool isSound = true;     ///< its attributes are written as XML demands
 
   const XmlAttribute* Find(const char* attribute) const;
   /// "" when there is none.
@@ -32,11 +33,13 @@ class XmlTagScanner {
  public:
   explicit XmlTagScanner(std::istream& in);
 
-  /// Text between tags is skipped unread. False at the end of the file.
+  /// Text between tags is skipped unread. False at the end of the file, and at something too long
+  /// to be a tag.
   bool Next(XmlTag& tag);
 
  private:
   bool SkipPast(char wanted, std::string* text);
+  bool ReadToEndOfTag();
   bool Fill();
   std::int64_t Position() const { return m_bufferStart + static_cast<std::int64_t>(m_at); }
 
