@@ -94,7 +94,7 @@ void MainWindow::BuildPanels() {
   MakeDock(this, "zonesDock", tr("Zones"), m_zones, Qt::LeftDockWidgetArea);
   QDockWidget* const journal =
       MakeDock(this, "journalDock", tr("Journal"), m_journal, Qt::LeftDockWidgetArea);
-  constexpr int kPanelCharacters = 46;
+  constexpr int kPanelCharacters = 60;
   resizeDocks({journal}, {kPanelCharacters * fontMetrics().averageCharWidth()}, Qt::Horizontal);
   m_dialogs = new DialogWindows(m_workspace, this);
   m_help = new HelpWindow(m_workspace, this);

@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QSaveFile>
 
+#include <vtkCamera.h>
 #include <vtkGenericOpenGLRenderWindow.h>
 #include <vtkNew.h>
 #include <vtkRenderWindowInteractor.h>
@@ -49,6 +50,9 @@ PlotCanvas::PlotCanvas(Workspace& workspace, LookSettings& look)
   // The margin lies under the plot.
   window->AddRenderer(m_scene.Margin());
   window->AddRenderer(m_scene.Plot());
+  window->SetNumberOfLayers(2);
+  m_handlesRenderer->SetLayer(1);
+  window->AddRenderer(m_handlesRenderer);
 
   vtkNew<ToolStyle> style;
   style->onPress = [this](const MouseEvent& event) { m_tools.Press(event); };
@@ -64,7 +68,7 @@ PlotCanvas::PlotCanvas(Workspace& workspace, LookSettings& look)
     m_tools.Wheel(event, notches);
   };
   interactor()->SetInteractorStyle(style);
-  m_handles = std::make_unique<ShapeHandles>(workspace, interactor(), m_scene.Plot());
+  m_handles = std::make_unique<ShapeHandles>(workspace, interactor(), m_handlesRenderer);
   m_handles->onDragging = [this](bool isDragging) {
     m_scene.SetInteracting(isDragging);
     if (!isDragging) Follow();
@@ -77,6 +81,7 @@ PlotCanvas::PlotCanvas(Workspace& workspace, LookSettings& look)
 
 PlotCanvas::~PlotCanvas() {
   m_handles.reset();
+  renderWindow()->RemoveRenderer(m_handlesRenderer);
   renderWindow()->RemoveRenderer(m_scene.Plot());
   renderWindow()->RemoveRenderer(m_scene.Margin());
 }
@@ -110,6 +115,11 @@ void PlotCanvas::UpdateScene() {
     if (m_unreadable != e.what()) m_workspace.TheHost().unreadableValues = e.what();
     m_unreadable = e.what();
   }
+  m_handles->SetScale(ratio);
+  m_handlesRenderer->SetViewport(m_scene.Plot()->GetViewport());
+  m_handlesRenderer->GetActiveCamera()->DeepCopy(m_scene.Plot()->GetActiveCamera());
+  // A shape may be larger than the data.
+  m_handlesRenderer->ResetCameraClippingRange();
 }
 
 void PlotCanvas::Draw() {

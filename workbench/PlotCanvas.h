@@ -3,6 +3,9 @@
 
 #include <QVTKOpenGLNativeWidget.h>
 
+#include <vtkNew.h>
+#include <vtkRenderer.h>
+
 #include <memory>
 
 #include "LookSettings.h"
@@ -45,7 +48,8 @@ class PlotCanvas : public QVTKOpenGLNativeWidget, public PlotArea {
   Workspace& m_workspace;
   LookSettings& m_look;
   qelhost::PlotScene m_scene;
-  qelhost::Frame m_nothing;  ///< what is shown where there is no frame
+  vtkNew<vtkRenderer> m_handlesRenderer;  ///< over the plot, so that solids hide no handles
+  qelhost::Frame m_nothing;               ///< what is shown where there is no frame
   MouseTools m_tools;
   std::unique_ptr<ShapeHandles> m_handles;
   std::string m_unreadable;  ///< why the plot could not be brought up to date; empty: it could

@@ -1,5 +1,6 @@
 #include "ShapeHandles.h"
 
+#include <vtkCamera.h>
 #include <vtkCommand.h>
 #include <vtkNew.h>
 #include <vtkPoints.h>
@@ -64,9 +65,9 @@ ShapeHandles::ShapeHandles(Workspace& workspace, vtkRenderWindowInteractor* inte
   m_boxShape->GetOutlineProperty()->SetColor(kHandleColour[0], kHandleColour[1], kHandleColour[2]);
   m_boxShape->GetHandleProperty()->SetColor(kHandleColour[0], kHandleColour[1], kHandleColour[2]);
   m_sphereShape->SetRepresentationToWireframe();
-  m_sphereShape->HandleVisibilityOn();
+  m_sphereShape->HandleVisibilityOff();
   m_sphereShape->HandleTextOff();
-  m_sphereShape->RadialLineOn();
+  m_sphereShape->RadialLineOff();
   m_sphereShape->GetSphereProperty()->SetColor(kHandleColour[0], kHandleColour[1],
                                                kHandleColour[2]);
   m_sphereShape->GetSphereProperty()->SetOpacity(0.25);
@@ -79,7 +80,10 @@ ShapeHandles::ShapeHandles(Workspace& workspace, vtkRenderWindowInteractor* inte
     widget->SetCurrentRenderer(renderer);
     widget->SetDefaultRenderer(renderer);
     LeaveOtherButtons(widget);
-    Listen(widget, vtkCommand::StartInteractionEvent, [this] { SetDragging(true); });
+    Listen(widget, vtkCommand::StartInteractionEvent, [this, isSphere = widget == m_sphere] {
+      if (isSphere) BeginSphere();
+      SetDragging(true);
+    });
     Listen(widget, vtkCommand::InteractionEvent, [this, take = take] { (this->*take)(); });
     Listen(widget, vtkCommand::EndInteractionEvent, [this] { SetDragging(false); });
   }
@@ -94,6 +98,11 @@ void ShapeHandles::SetDragging(bool isDragging) {
   // Now the numbers lead again, which were rounded.
   m_version = -1;
   Follow();
+}
+
+void ShapeHandles::SetScale(double devicePixelRatio) {
+  constexpr double kHandlePixels = 5.0;
+  m_boxShape->SetHandleSize(kHandlePixels * devicePixelRatio);
 }
 
 void ShapeHandles::Hide() {
@@ -139,8 +148,30 @@ void ShapeHandles::TakeBox() {
   Tell(box.anchor, box.size, box.rotationDeg);
 }
 
+double ShapeHandles::PointerDistance() const {
+  vtkRenderer* const renderer = m_sphere->GetCurrentRenderer();
+  renderer->SetWorldPoint(m_sphereCentre[0], m_sphereCentre[1], m_sphereCentre[2], 1.0);
+  renderer->WorldToDisplay();
+  const double* const centre = renderer->GetDisplayPoint();
+  const int* const pointer = m_sphere->GetInteractor()->GetEventPosition();
+  const double unitsPerPixel =
+      2.0 * renderer->GetActiveCamera()->GetParallelScale() / renderer->GetSize()[1];
+  return std::hypot(pointer[0] - centre[0], pointer[1] - centre[1]) * unitsPerPixel;
+}
+
+void ShapeHandles::BeginSphere() {
+  constexpr double kRim = 0.75;  ///< of the radius; from there on outwards
+  m_sphereShape->GetCenter(m_sphereCentre.data());
+  m_isSizing = PointerDistance() > kRim * m_sphereShape->GetRadius();
+}
+
 void ShapeHandles::TakeSphere() {
   std::array<double, 3> centre{};
+  if (m_isSizing) {
+    // VTK has moved it: its own sizing wants another button.
+    m_sphereShape->SetCenter(m_sphereCentre.data());
+    m_sphereShape->SetRadius(PointerDistance());
+  }
   m_sphereShape->GetCenter(centre.data());
   Tell(centre, {m_sphereShape->GetRadius(), 0.0, 0.0}, {0.0, 0.0, 0.0});
 }

@@ -17,7 +17,8 @@
 namespace marquell::workbench {
 
 /// Shows VTK's handles for the shape that an add-on wants to be dragged, and tells the add-on what
-/// the user makes of it.
+/// the user makes of it. A box is moved by its middle handle, sized by those of its faces and
+/// turned beside them; a sphere is sized by its rim and moved within it.
 class ShapeHandles {
  public:
   ShapeHandles(Workspace& workspace, vtkRenderWindowInteractor* interactor, vtkRenderer* renderer);
@@ -30,11 +31,15 @@ class ShapeHandles {
   /// Called when the user takes hold of a handle, and when he lets go.
   std::function<void(bool isDragging)> onDragging;
 
+  void SetScale(double devicePixelRatio);
   /// Takes the handles off the picture, for one that is written to a file.
   void Hide();
 
  private:
   void SetDragging(bool isDragging);
+  void BeginSphere();
+  /// How far the pointer is from the sphere's centre, in data units.
+  double PointerDistance() const;
   void ShowBox(const qelhost::ShownShape& shape);
   void ShowSphere(const qelhost::ShownShape& shape);
   void TakeBox();
@@ -49,6 +54,8 @@ class ShapeHandles {
   vtkSmartPointer<vtkSphereRepresentation> m_sphereShape;
   std::int64_t m_version = -1;
   bool m_isDragging = false;
+  bool m_isSizing = false;                 ///< of the sphere, by its rim
+  std::array<double, 3> m_sphereCentre{};  ///< when the user took hold of it
 };
 
 }  // namespace marquell::workbench

@@ -114,11 +114,27 @@ TEST_F(ShapeTest, TheSphereIsSizedByItsSurface) {
   ASSERT_TRUE(before.isShown);
   ASSERT_EQ(before.kind, Shape_Sphere);
   const QPoint rim =
-      PixelOf({before.anchor[0] + 0.7 * before.size[0], before.anchor[1], before.anchor[2]});
-  desk.Drag(rim, rim + QPoint(40, 0));
+      PixelOf({before.anchor[0] + 0.9 * before.size[0], before.anchor[1], before.anchor[2]});
+  const QPoint wider =
+      PixelOf({before.anchor[0] + 1.3 * before.size[0], before.anchor[1], before.anchor[2]});
+  desk.Drag(rim, wider);
   const qelhost::ShownShape after = desk.host().shape;
-  EXPECT_TRUE(after.size[0] != before.size[0] || after.anchor != before.anchor);
+  EXPECT_NEAR(after.size[0], 1.3 * before.size[0], 0.03 * before.size[0]);
+  for (std::size_t axis = 0; axis < 3; ++axis) {
+    EXPECT_NEAR(after.anchor[axis], before.anchor[axis], 1e-5 * before.size[0]);
+  }
   EXPECT_NEAR(Field("Radius"), after.size[0], 1e-5 * after.size[0]);
+  EXPECT_NEAR(Field("Center X"), after.anchor[0], 1e-5 * (1 + std::abs(after.anchor[0])));
+}
+
+TEST_F(ShapeTest, TheSphereIsMovedByItsMiddle) {
+  desk.Press("Define pick area using a sphere");
+  const qelhost::ShownShape before = desk.host().shape;
+  const QPoint middle = PixelOf(before.anchor);
+  desk.Drag(middle, middle + QPoint(40, 0));
+  const qelhost::ShownShape after = desk.host().shape;
+  EXPECT_GT(after.anchor[0], before.anchor[0]);
+  EXPECT_NEAR(after.size[0], before.size[0], 1e-5 * before.size[0]);
   EXPECT_NEAR(Field("Center X"), after.anchor[0], 1e-5 * (1 + std::abs(after.anchor[0])));
 }
 
