@@ -1,6 +1,7 @@
 #include "Axes.h"
 
 #include <vtkCellArray.h>
+#include <vtkMapper.h>
 #include <vtkNew.h>
 #include <vtkPoints.h>
 #include <vtkProperty.h>
@@ -187,6 +188,9 @@ void Axes::ShowBox(const DataBox& data, double scale) {
   box->SetPoints(points);
   box->SetLines(lines);
   m_box = MakeLinesActor(box);
+  // Behind the edges of data that fill the box.
+  constexpr double kForward = -4.0;
+  m_box->GetMapper()->SetRelativeCoincidentTopologyLineOffsetParameters(0.0, kForward);
   m_box->GetProperty()->SetColor(kBoxColour[0], kBoxColour[1], kBoxColour[2]);
   m_box->GetProperty()->SetLineWidth(static_cast<float>(scale));
   m_plot->AddActor(m_box);
