@@ -146,7 +146,7 @@ void CClippingCube::PlaceByDefault() {
 }
 
 void CClippingCube::AddZone() {
-  const LgIndex_t zoneNum = QelUtilDataSetGetNumZones() + 1;
+  const LgIndex_t zoneNum = NumberOfNextZone();
   const auto iMax = static_cast<LgIndex_t>(kCornerCount);
   HOST_CHECK(QelUtilDataSetAddZone(CUBEZONENAME, iMax, 1, 1, ZoneType_FEBrick, NULL));
 

@@ -63,7 +63,7 @@ bool CClippingSphere::Create() {
 void CClippingSphere::CreateSphereZone() {
   const HostLock lock;
   DeleteZone();
-  const LgIndex_t zoneNum = QelUtilDataSetGetNumZones() + 1;
+  const LgIndex_t zoneNum = NumberOfNextZone();
   const double radius = Radius();
   HOST_CHECK(QelUtilCreateSphericalZone(12, 12, m_anchor.x, m_anchor.y, m_anchor.z - radius, radius, FieldDataType_Invalid));
   {

@@ -100,12 +100,21 @@ void CPickBoundary3d::DeleteZone() {
   m_frameId = 0;
 }
 
+LgIndex_t CPickBoundary3d::NumberOfNextZone() {
+  // Data that a boundary lies around has a zone. With none the number would be that of a zone of
+  // the user, which would be written over.
+  LgIndex_t numZones = 0;
+  HOST_CHECK((numZones = QelUtilDataSetGetNumZones()) > 0);
+  return numZones + 1;
+}
+
 bool CPickBoundary3d::ReadExtents() {
   const HostLock lock;
   if (QelUtilFrameGetPlotType() != PlotType_Cartesian3D) return false;
-  m_xVar = QelUtilVarGetNumByAssignment('X');
-  m_yVar = QelUtilVarGetNumByAssignment('Y');
-  m_zVar = QelUtilVarGetNumByAssignment('Z');
+  // A boundary without its variables could be made, but not moved any more.
+  HOST_CHECK(m_xVar = QelUtilVarGetNumByAssignment('X'));
+  HOST_CHECK(m_yVar = QelUtilVarGetNumByAssignment('Y'));
+  HOST_CHECK(m_zVar = QelUtilVarGetNumByAssignment('Z'));
   ReadRange(m_xVar, m_extents.min.x, m_extents.max.x);
   ReadRange(m_yVar, m_extents.min.y, m_extents.max.y);
   ReadRange(m_zVar, m_extents.min.z, m_extents.max.z);

@@ -114,6 +114,9 @@ class CPickBoundary3d {
   /// Cartesian plot.
   bool ReadExtents();
 
+  /// The number that the zone of the boundary gets when it is added to the data.
+  static LgIndex_t NumberOfNextZone();
+
   /// Whether the bounding box and the extents overlap in x and y; z does not count.
   bool OverlapsExtents() const;
 

@@ -50,12 +50,15 @@ class ElementPatch {
   ElementPatch(const ElementMaps& maps, LgIndex_t cornerCount, std::int64_t elementCount)
       : m_maps(maps),
         m_lastCorner(static_cast<std::int8_t>(cornerCount - 1)),
+        m_elementCount(elementCount),
         m_visited(elementCount) {}
 
   bool Next(std::int64_t node, Cursor& cursor, std::int64_t& next) {
     const LgIndex_t elementCount = m_maps.ElementCount(HostNode(node));
     for (; cursor.n <= elementCount; ++cursor.n, cursor.corner = 0) {
       const LgIndex_t element = m_maps.Element(HostNode(node), cursor.n);
+      // A damaged map may name an element that the zone does not have.
+      if (element < 1 || element > m_elementCount) continue;
       if (cursor.corner == 0) {
         if (m_visited.Contains(element - 1)) continue;
         m_visited.Insert(element - 1);
@@ -71,6 +74,7 @@ class ElementPatch {
  private:
   const ElementMaps& m_maps;
   std::int8_t m_lastCorner;
+  std::int64_t m_elementCount;
   InsideSet m_visited;  ///< by element
 };
 

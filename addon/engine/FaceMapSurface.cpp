@@ -17,12 +17,13 @@ class Faces {
     LgIndex_t faceNode = 0;  ///< the last one given; 0: the face was not looked at yet
   };
 
-  /// walksBoundary: over faces with an element on one side alone, else over all.
-  Faces(LgIndex_t zone, bool walksBoundary)
+  /// Walks over faces with an element on one side alone.
+  explicit Faces(LgIndex_t zone)
       : m_elements(QelUtilDataNodeToElemMapGetReadableRef(zone)),
         m_facesOfElement(QelUtilDataElemGetReadableRef(zone)),
-        m_faceMap(QelUtilDataFaceMapGetReadableRef(zone)),
-        m_walksBoundary(walksBoundary) {}
+        m_faceMap(QelUtilDataFaceMapGetReadableRef(zone)) {}
+
+  void WalkOverAll() { m_walksBoundary = false; }
 
   bool AreThere() const {
     return m_elements != nullptr && m_facesOfElement != nullptr && m_faceMap != nullptr;
@@ -62,26 +63,22 @@ class Faces {
   const QelNodeToElemMap* m_elements;
   const QelElemToFaceMap* m_facesOfElement;
   const QelFaceMap* m_faceMap;
-  bool m_walksBoundary;
+  bool m_walksBoundary = true;
 };
 
 }  // namespace
 
 bool SearchFaceMapSurface(LgIndex_t zone, std::int64_t seed, InsideSet& inside) {
-  const Faces boundary(zone, true);
-  if (!boundary.AreThere()) return false;
+  Faces faces(zone);
+  if (!faces.AreThere()) return false;
   Faces::Cursor cursor;
   std::int64_t neighbour = 0;
-  if (!boundary.Next(seed, cursor, neighbour)) return false;
+  if (!faces.Next(seed, cursor, neighbour)) return false;
 
   // Polygons are a surface themselves, so every edge of theirs lies in it; only the seed has to be
   // on the rim.
-  if (QelUtilZoneGetType(zone) == ZoneType_FEPolygon) {
-    const Faces edges(zone, false);
-    KeepReached(edges, seed, inside);
-  } else {
-    KeepReached(boundary, seed, inside);
-  }
+  if (QelUtilZoneGetType(zone) == ZoneType_FEPolygon) faces.WalkOverAll();
+  KeepReached(faces, seed, inside);
   return true;
 }
 

@@ -36,7 +36,9 @@ GeometryChoice ChooseSelected() {
   if (QelUtilPickListGetType(1) != PickObject_Geom) {
     return {0, GeometryFault::SelectedIsNoGeometry};
   }
-  return ChooseIfSupported(QelUtilPickListGetGeom(1));
+  const QelGeomID_t geometry = QelUtilPickListGetGeom(1);
+  if (geometry == 0) return {0, GeometryFault::SelectedIsNoGeometry};
+  return ChooseIfSupported(geometry);
 }
 
 /// Indexed by the fault.

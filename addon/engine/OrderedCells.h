@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 
 namespace qelvane::qelutiltools {
 
@@ -18,7 +19,13 @@ struct OrderedGrid {
 
   static constexpr std::int64_t CellsAlong(std::int64_t nodes) { return nodes > 1 ? nodes - 1 : 1; }
 
-  std::int64_t NodeCount() const { return iNodes * jNodes * kNodes; }
+  /// 0 also for more nodes than a host can count, which is in 32 bits.
+  std::int64_t NodeCount() const {
+    constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
+    if (iNodes < 1 || jNodes < 1 || kNodes < 1 || iNodes > kMost / jNodes) return 0;
+    const std::int64_t inPlane = iNodes * jNodes;
+    return inPlane > kMost / kNodes ? 0 : inPlane * kNodes;
+  }
   std::int64_t CellCount() const {
     return CellsAlong(iNodes) * CellsAlong(jNodes) * CellsAlong(kNodes);
   }

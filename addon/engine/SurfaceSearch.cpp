@@ -1,6 +1,7 @@
 #include "SurfaceSearch.h"
 
 #include "HostLock.h"
+#include "OrderedCells.h"
 #include "SurfaceWalk.h"
 
 #include "qelvane/QelUtil.h"
@@ -71,6 +72,9 @@ bool SearchOrderedSurface(LgIndex_t zone, std::int64_t seed, InsideSet& inside) 
   LgIndex_t jMax = 0;
   LgIndex_t kMax = 0;
   QelUtilZoneGetIJK(zone, &iMax, &jMax, &kMax);
+  const std::int64_t nodeCount = OrderedGrid{iMax, jMax, kMax}.NodeCount();
+  // A host that has changed its mind about the zone must not lead past the end of the set.
+  if (nodeCount < 1 || nodeCount != inside.NodeCount()) return false;
   OrderedSurface surface({iMax, jMax, kMax});
   if (!surface.IsOnSurface(seed)) return false;
   KeepReached(surface, seed, inside);

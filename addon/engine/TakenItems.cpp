@@ -49,8 +49,14 @@ TakenItems CellByCell(std::int64_t cellCount, TakesItem takesItem) {
   return {cellCount, decide, true};
 }
 
+TakenItems NoItems() {
+  return {0, [](std::int64_t, std::int64_t, std::uint64_t*) {}};
+}
+
 TakenItems CellsOfGrid(LgIndex_t zone, PickRule rule, const InsideSet& inside) {
   const OrderedGrid grid = GridOfZone(zone);
+  // A host that has changed its mind about the zone must not lead past the end of the set.
+  if (grid.NodeCount() != inside.NodeCount()) return NoItems();
   const OrderedCells cells(grid, CornerRule(rule), inside);
   return {grid.CellCount(),
           [cells](std::int64_t firstWord, std::int64_t wordCount, std::uint64_t* words) {
@@ -180,9 +186,9 @@ TakenItems Shown(const TakenItems& taken, LgIndex_t zone, const QelParallel_s* p
   return Decided(taken.count, shown);
 }
 
-TakenItems CellsOnSide(LgIndex_t zone, PickRule rule, const InsideSet& inside,
+TakenItems CellsOnSide(LgIndex_t zone, QelZoneType_e type, PickRule rule, const InsideSet& inside,
                        const QelBulkAccess_s* bulk) {
-  switch (QelUtilZoneGetType(zone)) {
+  switch (type) {
     case ZoneType_Ordered:
       return CellsOfGrid(zone, rule, inside);
     case ZoneType_FETriangle:
@@ -195,7 +201,7 @@ TakenItems CellsOnSide(LgIndex_t zone, PickRule rule, const InsideSet& inside,
     case ZoneType_FEPolyhedron:
       return FaceBasedCells(zone, rule, inside);
     default:
-      return {0, [](std::int64_t, std::int64_t, std::uint64_t*) {}};
+      return NoItems();
   }
 }
 
@@ -210,7 +216,8 @@ bool IsCellShown(LgIndex_t zone, bool isOrdered, std::int64_t cell) {
 ZoneSize SizeOfZone(LgIndex_t zone) {
   if (QelUtilZoneGetType(zone) == ZoneType_Ordered) {
     const OrderedGrid grid = GridOfZone(zone);
-    if (grid.NodeCount() < 1) return {};
+    // Ordered is also what a host answers that cannot tell; elements are no grid.
+    if (grid.NodeCount() < 1 || QelUtilZoneIsFiniteElement(zone)) return {};
     return {grid.NodeCount(), grid.CellCount()};
   }
   const ZoneDims dims = DimsOfZone(zone);
@@ -235,9 +242,10 @@ TakenItems TakenNodes(LgIndex_t zone, PickRule rule, const InsideSet& inside, bo
 
 TakenItems TakenCells(LgIndex_t zone, PickRule rule, const InsideSet& inside, bool skipBlanked,
                       const HostServices& services) {
-  const TakenItems taken = CellsOnSide(zone, rule, inside, services.bulk);
+  const QelZoneType_e type = QelUtilZoneGetType(zone);
+  const TakenItems taken = CellsOnSide(zone, type, rule, inside, services.bulk);
   if (!skipBlanked) return taken;
-  const bool isOrdered = QelUtilZoneGetType(zone) == ZoneType_Ordered;
+  const bool isOrdered = type == ZoneType_Ordered;
   return Shown(taken, zone, services.parallel,
                services.bulk == nullptr ? nullptr : services.bulk->blankedCells,
                [zone, isOrdered](std::int64_t cell) { return IsCellShown(zone, isOrdered, cell); });

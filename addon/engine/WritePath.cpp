@@ -21,8 +21,11 @@ namespace {
 constexpr ValueModifier kBlankModifier{ValueModifier::kAssign, 1.0};
 
 void SetAllToZero(QelFieldData* field) {
-  const LgIndex_t count = QelUtilDataValueGetCountByRef(field);
-  for (LgIndex_t index = 1; index <= count; ++index) QelUtilDataValueSetByRef(field, index, 0.0);
+  // Wider than the host's index: a zone may have as many values as that can count.
+  const std::int64_t count = QelUtilDataValueGetCountByRef(field);
+  for (std::int64_t index = 1; index <= count; ++index) {
+    QelUtilDataValueSetByRef(field, static_cast<LgIndex_t>(index), 0.0);
+  }
 }
 
 std::int64_t AlterInSpan(const SpanWriter& writer, const TakenItems& taken, std::int64_t valueCount,
