@@ -107,7 +107,7 @@ QelNodeMap* QelUtilDataNodeGetWritableRef(LgIndex_t zone) {
 }
 
 LgIndex_t QelUtilDataNodeGetByRef(const QelNodeMap* map, LgIndex_t element, LgIndex_t corner) {
-  Note(__func__, map, element, corner);
+  if (Fails(__func__, map, element, corner)) return 0;
   const Mesh* const mesh = MeshOf(map, __func__);
   if (mesh == nullptr || !IsIn(element, mesh->elements.size())) return 0;
   if (!IsIn(corner, mesh->elements.CornerCount())) return 0;
@@ -129,14 +129,14 @@ QelNodeToElemMap* QelUtilDataNodeToElemMapGetReadableRef(LgIndex_t zone) {
 }
 
 LgIndex_t QelUtilDataNodeToElemMapGetNumElems(const QelNodeToElemMap* map, LgIndex_t node) {
-  Note(__func__, map, node);
+  if (Fails(__func__, map, node)) return 0;
   const Mesh* const mesh = MeshOf(map, __func__);
   return mesh == nullptr ? 0 : mesh->Derived().cellsAroundNodes.CountOf(node);
 }
 
 LgIndex_t QelUtilDataNodeToElemMapGetElem(const QelNodeToElemMap* map, LgIndex_t node,
                                           LgIndex_t n) {
-  Note(__func__, map, node, n);
+  if (Fails(__func__, map, node, n)) return 0;
   const Mesh* const mesh = MeshOf(map, __func__);
   return mesh == nullptr ? 0 : mesh->Derived().cellsAroundNodes.At(node, n);
 }
@@ -147,7 +147,7 @@ QelFaceNeighbors* QelUtilDataFaceNbrGetReadableRef(LgIndex_t zone) {
 
 LgIndex_t QelUtilDataFaceNbrGetNumNByRef(const QelFaceNeighbors* nbr, LgIndex_t element,
                                          LgIndex_t face) {
-  Note(__func__, nbr, element, face);
+  if (Fails(__func__, nbr, element, face)) return 0;
   const Mesh* const mesh = MeshOf(nbr, __func__);
   return mesh == nullptr ? 0 : FaceNeighbourCount(*mesh, element, face);
 }
@@ -157,13 +157,13 @@ QelElemToFaceMap* QelUtilDataElemGetReadableRef(LgIndex_t zone) {
 }
 
 LgIndex_t QelUtilDataElemGetNumFaces(const QelElemToFaceMap* map, LgIndex_t element) {
-  Note(__func__, map, element);
+  if (Fails(__func__, map, element)) return 0;
   const Mesh* const mesh = MeshOf(map, __func__);
   return mesh == nullptr ? 0 : mesh->Derived().facesOfElements.CountOf(element);
 }
 
 LgIndex_t QelUtilDataElemGetFace(const QelElemToFaceMap* map, LgIndex_t element, LgIndex_t n) {
-  Note(__func__, map, element, n);
+  if (Fails(__func__, map, element, n)) return 0;
   const Mesh* const mesh = MeshOf(map, __func__);
   return mesh == nullptr ? 0 : mesh->Derived().facesOfElements.At(element, n);
 }
@@ -173,25 +173,25 @@ QelFaceMap* QelUtilDataFaceMapGetReadableRef(LgIndex_t zone) {
 }
 
 LgIndex_t QelUtilDataFaceMapGetLeftElem(const QelFaceMap* map, LgIndex_t face) {
-  Note(__func__, map, face);
+  if (Fails(__func__, map, face)) return 0;
   const Face* const found = FaceAt(MeshOf(map, __func__), face);
   return found == nullptr ? 0 : found->left;
 }
 
 LgIndex_t QelUtilDataFaceMapGetRightElem(const QelFaceMap* map, LgIndex_t face) {
-  Note(__func__, map, face);
+  if (Fails(__func__, map, face)) return 0;
   const Face* const found = FaceAt(MeshOf(map, __func__), face);
   return found == nullptr ? 0 : found->right;
 }
 
 LgIndex_t QelUtilDataFaceMapGetNFaceNodes(const QelFaceMap* map, LgIndex_t face) {
-  Note(__func__, map, face);
+  if (Fails(__func__, map, face)) return 0;
   const Face* const found = FaceAt(MeshOf(map, __func__), face);
   return found == nullptr ? 0 : static_cast<LgIndex_t>(found->nodes.size());
 }
 
 LgIndex_t QelUtilDataFaceMapGetFaceNode(const QelFaceMap* map, LgIndex_t face, LgIndex_t n) {
-  Note(__func__, map, face, n);
+  if (Fails(__func__, map, face, n)) return 0;
   const Face* const found = FaceAt(MeshOf(map, __func__), face);
   return found == nullptr ? 0 : NumberAt(found->nodes, n);
 }

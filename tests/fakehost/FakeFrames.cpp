@@ -82,14 +82,12 @@ bool QelUtilZoneRename(LgIndex_t zone, const char* name) {
 
 QelZoneType_e QelUtilZoneGetType(LgIndex_t zone) {
   const Zone* const found = Host().ZoneAt(zone);
-  Note(__func__, zone);
-  return found == nullptr ? ZoneType_Ordered : found->mesh.type;
+  return Fails(__func__, zone) || found == nullptr ? ZoneType_Ordered : found->mesh.type;
 }
 
 bool QelUtilZoneIsFiniteElement(LgIndex_t zone) {
   const Zone* const found = Host().ZoneAt(zone);
-  Note(__func__, zone);
-  return found != nullptr && found->mesh.type != ZoneType_Ordered;
+  return !Fails(__func__, zone) && found != nullptr && found->mesh.type != ZoneType_Ordered;
 }
 
 void QelUtilZoneGetIJK(LgIndex_t zone, LgIndex_t* i, LgIndex_t* j, LgIndex_t* k) {
@@ -121,12 +119,14 @@ bool QelUtilZoneGetRelevant(double solutionTime, bool ignoreStrandID, QelSet** z
   if (Fails(__func__, solutionTime, ignoreStrandID) || zones == nullptr) return false;
   const DataSet* const data = Host().ActiveData();
   if (data == nullptr) return false;
-  QelSet* const set = QelUtilSetAlloc(FALSE);
+  QelSet* set = QelUtilSetAlloc(FALSE);
   if (set == nullptr) return false;
   for (std::size_t i = 0; i < data->zones.size(); ++i) {
     const Zone& zone = data->zones[i];
     if (ignoreStrandID || zone.strand == 0 || zone.solutionTime == solutionTime) {
-      QelUtilSetAddMember(set, static_cast<SetIndex_t>(i + 1), FALSE);
+      if (QelUtilSetAddMember(set, static_cast<SetIndex_t>(i + 1), FALSE)) continue;
+      QelUtilSetDealloc(&set);
+      return false;
     }
   }
   *zones = set;

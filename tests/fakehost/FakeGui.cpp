@@ -269,7 +269,7 @@ void QelGUIFormSetCurrentPage(LgIndex_t page) {
 }
 
 LgIndex_t QelGUIRadioBoxGetToggle(LgIndex_t box) {
-  Note(__func__, box);
+  if (Fails(__func__, box)) return 0;
   const Control* const found = FindControl(box, ControlKind::RadioBox);
   return found == nullptr ? 0 : found->value;
 }
@@ -281,7 +281,7 @@ void QelGUIToggleSet(LgIndex_t toggle, bool on) {
 }
 
 LgIndex_t QelGUIOptionMenuGet(LgIndex_t menu) {
-  Note(__func__, menu);
+  if (Fails(__func__, menu)) return 0;
   const Control* const found = FindControl(menu, ControlKind::OptionMenu);
   return found == nullptr ? 0 : found->value;
 }
@@ -298,7 +298,7 @@ void QelGUIOptionMenuSet(LgIndex_t menu, LgIndex_t item) {
 }
 
 LgIndex_t QelGUIOptionMenuGetItemCount(LgIndex_t menu) {
-  Note(__func__, menu);
+  if (Fails(__func__, menu)) return 0;
   const Control* const found = FindControl(menu, ControlKind::OptionMenu);
   return found == nullptr ? 0 : static_cast<LgIndex_t>(found->items.size());
 }

@@ -5,6 +5,8 @@
 #include "qelvane/Extensions.h"
 #include "qelvane/Keywords.h"
 
+#include <set>
+
 struct QelAddOn {
   std::string name;
 };
@@ -14,15 +16,13 @@ using namespace fakehost;
 namespace {
 
 /// Handles live as long as the process: an add-on keeps its own from one test to the next.
-std::vector<QelAddOn*>& AddOns() {
-  static auto* const addOns = new std::vector<QelAddOn*>();
+std::set<const QelAddOn*>& AddOns() {
+  static auto* const addOns = new std::set<const QelAddOn*>();
   return *addOns;
 }
 
 bool IsKnown(const QelAddOn* addOn, const char* function) {
-  for (const QelAddOn* known : AddOns()) {
-    if (known == addOn) return true;
-  }
+  if (AddOns().count(addOn) != 0) return true;
   Host().Report(std::string(function) + " got a foreign add-on handle");
   return false;
 }
@@ -77,8 +77,9 @@ QelAddOn* QelUtilAddOnRegister(LgIndex_t interfaceVersion, const char* name, con
   Host().registeredName = name;
   Host().registeredVersion = version;
   Host().registeredAuthor = author;
-  AddOns().push_back(new QelAddOn{name});
-  return AddOns().back();
+  auto* const addOn = new QelAddOn{name};
+  AddOns().insert(addOn);
+  return addOn;
 }
 
 bool QelUtilMacroAddCommandCallback(const char* addOnName, QelMacroCommandCallback_pf callback) {

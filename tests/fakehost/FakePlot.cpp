@@ -52,7 +52,7 @@ bool QelUtilGeomIsValid(QelGeomID_t geom) {
 }
 
 QelGeomType_e QelUtilGeomGetType(QelGeomID_t geom) {
-  Note(__func__, geom);
+  if (Fails(__func__, geom)) return GeomType_LineSegs;
   const Geometry* const geometry = Existing(geom, __func__);
   return geometry == nullptr ? GeomType_LineSegs : geometry->type;
 }
@@ -81,19 +81,19 @@ void QelUtilGeomRectangleGetSize(QelGeomID_t geom, double* width, double* height
 }
 
 double QelUtilGeomSquareGetSize(QelGeomID_t geom) {
-  Note(__func__, geom);
+  if (Fails(__func__, geom)) return 0.0;
   const Geometry* const geometry = Existing(geom, __func__);
   return geometry == nullptr ? 0.0 : geometry->width;
 }
 
 double QelUtilGeomCircleGetRadius(QelGeomID_t geom) {
-  Note(__func__, geom);
+  if (Fails(__func__, geom)) return 0.0;
   const Geometry* const geometry = Existing(geom, __func__);
   return geometry == nullptr ? 0.0 : geometry->width;
 }
 
 LgIndex_t QelUtilGeomPolyGetPointCount(QelGeomID_t geom) {
-  Note(__func__, geom);
+  if (Fails(__func__, geom)) return 0;
   const Geometry* const geometry = Existing(geom, __func__);
   return geometry == nullptr ? 0 : static_cast<LgIndex_t>(geometry->points.size());
 }
@@ -145,6 +145,5 @@ bool QelUtilMouseSetMode(QelMouseMode_e mode) {
 }
 
 QelMouseMode_e QelUtilMouseGetCurrentMode() {
-  Note(__func__);
-  return Host().mouseMode;
+  return Fails(__func__) ? Mouse_None : Host().mouseMode;
 }

@@ -46,6 +46,7 @@ const std::set<std::string>& ReadingCalls() {
                                               "QelUtilZoneGetRelevant",
                                               "QelUtilZoneIsActive",
                                               "QelUtilZoneGetType",
+                                              "QelUtilZoneIsFiniteElement",
                                               "QelUtilZoneGetIJK",
                                               "QelUtilVarGetNumByAssignment",
                                               "QelUtilDataValueGetLocation",
