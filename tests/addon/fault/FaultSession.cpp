@@ -1,0 +1,422 @@
+#include "FaultSession.h"
+
+#include "FaultTable.h"
+#include "GeometryChoice.h"
+
+#include "qelvane/Keywords.h"
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <map>
+#include <random>
+#include <regex>
+
+/// The add-on's one exported function.
+extern "C" void InitQelAddOn113(void);
+
+namespace fault {
+
+using fakehost::FakeHost;
+using fakehost::Host;
+using fakehost::MakeLattice;
+using fakehost::StoredType;
+
+namespace {
+
+constexpr char kMenuLabel[] = "Marquell ...";
+constexpr LgIndex_t kFileZones = 2;
+
+/// The values of "n" and "c" in the zones of the file: they alone are a user's own.
+using Snapshot = std::vector<std::vector<double>>;
+
+LgIndex_t VariableNamed(const std::string& name) {
+  const std::vector<std::string>& names = Host().ActiveData()->varNames;
+  const auto found = std::find(names.begin(), names.end(), name);
+  return found == names.end() ? 0 : static_cast<LgIndex_t>(found - names.begin()) + 1;
+}
+
+Snapshot ValuesOfUser() {
+  Snapshot values;
+  if (Host().frames.empty() || Host().frames[0].dataSet == nullptr) return values;
+  const std::size_t active = Host().activeFrame;
+  Host().ActivateFrame(0);
+  for (LgIndex_t zone = 1; zone <= kFileZones; ++zone) {
+    for (const char* name : {"n", "c"}) {
+      values.push_back(Host().ValuesOf(zone, VariableNamed(name)));
+    }
+  }
+  Host().ActivateFrame(active);
+  return values;
+}
+
+/// Bit for bit.
+bool AreSame(const std::vector<double>& a, const std::vector<double>& b) {
+  return a.size() == b.size() &&
+         (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0);
+}
+
+/// The first value that is neither what it was nor what the deed makes of it; empty: none.
+std::string WrongValue(const Snapshot& before, const Snapshot& after, Change change) {
+  if (after.empty() || before.empty()) return "";
+  for (std::size_t column = 0; column < before.size(); ++column) {
+    if (AreSame(before[column], after[column])) continue;
+    if (before[column].size() != after[column].size()) return "another number of values";
+    for (std::size_t i = 0; i < before[column].size(); ++i) {
+      const double was = before[column][i];
+      const double is = after[column][i];
+      if (is == was || (change != nullptr && is == change(was))) continue;
+      return "column " + std::to_string(column) + " item " + std::to_string(i + 1) + ": " +
+             std::to_string(was) + " became " + std::to_string(is);
+    }
+  }
+  return "";
+}
+
+std::string WrongBlank() {
+  FakeHost& host = Host();
+  if (host.ActiveData() == nullptr) return "";
+  const LgIndex_t var = VariableNamed("PICK_BLANK");
+  for (LgIndex_t zone = 1; var > 0 && host.ZoneAt(zone) != nullptr; ++zone) {
+    for (const double value : host.ValuesOf(zone, var)) {
+      if (value != 0.0 && value != 1.0) return "PICK_BLANK is " + std::to_string(value);
+    }
+  }
+  return "";
+}
+
+std::vector<std::string> TextsOf(const std::vector<fakehost::MessageShown>& boxes) {
+  std::vector<std::string> texts;
+  for (const fakehost::MessageShown& box : boxes) texts.push_back(box.text);
+  return texts;
+}
+
+/// Those of the first that are not in the second, as often as they are there too many.
+std::vector<std::string> Without(const std::vector<std::string>& all,
+                                 std::vector<std::string> known) {
+  std::vector<std::string> rest;
+  for (const std::string& text : all) {
+    const auto found = std::find(known.begin(), known.end(), text);
+    if (found == known.end()) {
+      rest.push_back(text);
+    } else {
+      known.erase(found);
+    }
+  }
+  return rest;
+}
+
+std::string WithoutLine(const std::string& text) {
+  static const std::regex place(" \\(([A-Za-z0-9]+) [0-9]+\\)$");
+  return std::regex_replace(text, place, " ($1)");
+}
+
+// The next good step -----------------------------------------------------------------------------
+
+double Plus3(double value) { return value + 3.0; }
+
+/// Which values an alteration of an area reaches; what goes wrong on the way is added to problems.
+std::vector<std::vector<bool>> AlterAnArea(bool mayLeaveZone, std::vector<std::string>& problems) {
+  FakeHost& host = Host();
+  const auto play = [&](const char* line) {
+    const fakehost::PlayResult result = host.Play(line);
+    if (!result.isDone) problems.push_back(std::string("next: ") + line + ": " + result.error);
+  };
+  play("PICKRECTANGLE ANCHORX=-1 ANCHORY=-1 SIZEX=2.5 SIZEY=9");
+  const bool isLeft = host.ZoneNamed("PICKING_CUBE") != 0 || host.ZoneNamed("PICKING_SPHERE") != 0;
+  if (isLeft && !mayLeaveZone) {
+    problems.push_back("next: the zone of a boundary was left in the data");
+  }
+  const Snapshot before = ValuesOfUser();
+  play("ALTERAREA VARIABLE=\"c\" MODIFIER=\"+3\" RULE=ANYINSIDE");
+  const Snapshot after = ValuesOfUser();
+  std::vector<std::vector<bool>> mask;
+  const std::string wrong = WrongValue(before, after, Plus3);
+  if (!wrong.empty()) problems.push_back("next: " + wrong);
+  for (std::size_t column = 0; column < std::min(before.size(), after.size()); ++column) {
+    std::vector<bool> bits;
+    for (std::size_t i = 0; i < before[column].size(); ++i) {
+      bits.push_back(before[column][i] != after[column][i]);
+    }
+    mask.push_back(bits);
+  }
+  play("UNDOALTER");
+  const Snapshot undone = ValuesOfUser();
+  for (std::size_t column = 0; column < std::min(before.size(), undone.size()); ++column) {
+    if (!AreSame(before[column], undone[column])) problems.push_back("next: undo left a change");
+  }
+  return mask;
+}
+
+/// What a user does next, in a plot that shows everything from above.
+std::vector<std::vector<bool>> DoNext(bool mayLeaveZone, std::vector<std::string>& problems) {
+  FakeHost& host = Host();
+  host.FailCall("", 0);
+  host.isBatch = false;
+  host.queuedAnswers.assign(99, true);
+  host.ActivateFrame(0);
+  host.ActiveFrame().view = {};
+  host.ActiveFrame().blanking.include = false;
+  for (LgIndex_t zone = 1; zone <= kFileZones; ++zone) host.ZoneAt(zone)->isActive = true;
+  const std::size_t boxes = host.errorBoxes.size();
+  const std::vector<std::vector<bool>> mask = AlterAnArea(mayLeaveZone, problems);
+  host.ChooseMenu(kMenuLabel);
+  if (!host.IsDialogUp()) problems.push_back("next: the dialog does not open");
+  host.Deliver(StateChange_DropDialogs);
+  if (host.errorBoxes.size() != boxes) {
+    problems.push_back("next: a box says " + host.errorBoxes.back());
+  }
+  return mask;
+}
+
+/// Everything is closed, with nothing kept.
+void CloseEverything(std::vector<std::string>& problems) {
+  FakeHost& host = Host();
+  host.FailCall("", 0);
+  host.Deliver(StateChange_NewLayout);
+  host.RunIdleQueue();
+  if (host.LockDepth() != 0) problems.push_back("a lock was left on");
+  for (const std::string& leak : host.Leaks()) problems.push_back("leak: " + leak);
+  for (const std::string& misuse : host.Misuse()) problems.push_back("misuse: " + misuse);
+  if (host.HasDamagedGaps()) problems.push_back("something was written between values");
+}
+
+/// A function that is called more often than this is let fail at a sample of its calls.
+constexpr int kMostCalls = 400;
+constexpr int kFirstCalls = 100;
+constexpr int kLastCalls = 20;
+constexpr int kSampledCalls = 80;
+/// Where boxes may be shown has little to do with which of the calls is refused.
+constexpr int kBatchEvery = 4;
+
+std::vector<int> CallsToFail(int count) {
+  std::vector<int> calls;
+  if (count <= kMostCalls) {
+    for (int nth = 1; nth <= count; ++nth) calls.push_back(nth);
+    return calls;
+  }
+  for (int nth = 1; nth <= kFirstCalls; ++nth) calls.push_back(nth);
+  std::mt19937 random(static_cast<unsigned>(count));
+  std::uniform_int_distribution<int> between(kFirstCalls + 1, count - kLastCalls);
+  for (int i = 0; i < kSampledCalls; ++i) calls.push_back(between(random));
+  for (int nth = count - kLastCalls + 1; nth <= count; ++nth) calls.push_back(nth);
+  return calls;
+}
+
+}  // namespace
+
+bool Heard::operator==(const Heard& other) const {
+  return isDone == other.isDone && error == other.error && errorBoxes == other.errorBoxes &&
+         messages == other.messages;
+}
+
+std::string Difference(const Deed& deed, const Heard& heard, const Heard& asUsual) {
+  if (heard == asUsual) return "as without it";
+  std::string text;
+  const auto add = [&text](const std::string& part) { text += (text.empty() ? "" : " + ") + part; };
+  if (!heard.isDone && heard.error != asUsual.error) add("failed: " + WithoutLine(heard.error));
+  for (const std::string& box : Without(heard.errorBoxes, asUsual.errorBoxes)) {
+    add(deed.box != nullptr && box == deed.box ? "box" : "box: " + box);
+  }
+  for (const std::string& box : Without(heard.messages, asUsual.messages)) add("message: " + box);
+  return text.empty() ? "nothing" : text;
+}
+
+void PrepareZones(QelZoneType_e type, QelPlotType_e plotType) {
+  FakeHost& host = Host();
+  fakehost::Frame& frame = host.AddFrame(plotType);
+  for (const char* layer : {SV_SHOWEDGE, SV_SHOWMESH, SV_SHOWSHADE}) frame.layers[layer] = true;
+  const bool isSolid = type == ZoneType_FETetra || type == ZoneType_FEBrick ||
+                       type == ZoneType_FEPolyhedron ||
+                       (type == ZoneType_Ordered && plotType == PlotType_Cartesian3D);
+  const LgIndex_t rows = type == ZoneType_FELineSeg ? 0 : 2;
+  for (LgIndex_t zone = 1; zone <= kFileZones; ++zone) {
+    host.AddZone(MakeLattice(type, 2, rows, isSolid ? 1 : 0));
+  }
+  for (const QelValueLocation_e location : {ValueLocation_Nodal, ValueLocation_CellCentered}) {
+    const LgIndex_t var =
+        host.AddVariable(location == ValueLocation_Nodal ? "n" : "c", location, StoredType::Double,
+                         [](LgIndex_t, LgIndex_t item) { return 1.0 * item; });
+    host.Share(1, 2, var);
+    host.ActiveFrame().blanking.constraints[1] = {
+        true, var, 0, BlankRelOp_LessThan, ConstraintOp2Mode_UseConstant, 2.0};
+  }
+  host.ActiveFrame().blanking.include = true;
+}
+
+// Running ----------------------------------------------------------------------------------------
+
+FaultRunner::FaultRunner(const Session& session) : m_session(session) {
+  // Once before anything is counted: the dialog is built in the first run of a process.
+  Start(false);
+  if (session.isLoading) InitQelAddOn113();
+  Host().ChooseMenu(kMenuLabel);
+  CloseEverything(m_problems);
+  // The values that an undisturbed step reaches.
+  Start(false);
+  if (session.isLoading) InitQelAddOn113();
+  m_freshMask = DoNext(false, m_problems);
+  CloseEverything(m_problems);
+  CountCalls();
+  for (const std::string& problem : m_problems) ADD_FAILURE() << session.name << ": " << problem;
+  m_problems.clear();
+}
+
+void FaultRunner::Start(bool isBatch) {
+  FakeHost& host = Host();
+  host.Reset();
+  m_session.prepare();
+  host.isRecording = true;
+  // A No would hold for the process, as would a geometry that is waited for.
+  host.queuedAnswers.assign(99, true);
+  qelvane::qelutiltools::SetGeometryArmed(false);
+  host.isBatch = isBatch;
+  if (m_session.isLoading) return;
+  InitQelAddOn113();
+  if (m_session.isOpened) host.ChooseMenu(kMenuLabel);
+  host.calls.clear();
+}
+
+Heard FaultRunner::Do(const Deed& deed) {
+  FakeHost& host = Host();
+  host.errorBoxes.clear();
+  host.messageBoxes.clear();
+  Heard heard;
+  if (deed.act != nullptr) {
+    deed.act();
+  } else {
+    const fakehost::PlayResult result = host.Play(deed.line);
+    heard.isPlayed = true;
+    heard.isDone = result.isDone;
+    heard.error = result.error;
+    host.RunIdleQueue();
+  }
+  heard.errorBoxes = host.errorBoxes;
+  heard.messages = TextsOf(host.messageBoxes);
+  return heard;
+}
+
+void FaultRunner::CountCalls() {
+  Start(false);
+  std::map<std::string, int> counts;
+  for (const Deed& deed : m_session.deeds) {
+    const Snapshot before = ValuesOfUser();
+    m_asUsual.push_back(Do(deed));
+    const std::string wrong = WrongValue(before, ValuesOfUser(), deed.change);
+    if (!wrong.empty()) m_problems.push_back(deed.name + " without a fault: " + wrong);
+  }
+  for (const fakehost::CallRecord& call : Host().calls) {
+    if (call.isFallible) ++counts[call.function];
+  }
+  m_counts.assign(counts.begin(), counts.end());
+  CloseEverything(m_problems);
+}
+
+void FaultRunner::RunAll(const std::vector<std::string>& except) {
+  for (const auto& [function, count] : m_counts) {
+    if (std::find(except.begin(), except.end(), function) != except.end()) continue;
+    for (const int nth : CallsToFail(count)) {
+      RunOne(function, nth, false);
+      if (nth == 1 || nth % kBatchEvery == 0) RunOne(function, nth, true);
+    }
+  }
+}
+
+void FaultRunner::RunApart(const std::string& function) {
+  for (const auto& [called, count] : m_counts) {
+    if (called != function) continue;
+    for (const int nth : CallsToFail(count)) {
+      std::fflush(nullptr);
+      const pid_t child = fork();
+      if (child == 0) {
+        m_unexpected.clear();
+        RunOne(function, nth, false);
+        for (const std::string& line : m_unexpected) std::printf("%s\n", line.c_str());
+        std::fflush(nullptr);
+        _exit(m_unexpected.empty() && !testing::Test::HasFailure() ? 0 : 1);
+      }
+      ++m_faultCount;
+      int status = 0;
+      const bool isOver = waitpid(child, &status, 0) == child;
+      if (isOver && WIFEXITED(status) && WEXITSTATUS(status) == 0) {
+        ++m_survivedCount;
+      } else {
+        m_unexpected.push_back(function + " | call " + std::to_string(nth) + " apart, see above");
+      }
+    }
+  }
+}
+
+void FaultRunner::RunOne(const std::string& function, int nth, bool isBatch) {
+  FakeHost& host = Host();
+  ++m_faultCount;
+  m_problems.clear();
+  Start(isBatch);
+  host.keepsCalls = false;
+  host.FailCall(function, nth);
+  std::string where = "no deed";
+  bool isOver = false;
+  for (std::size_t i = 0; i < m_session.deeds.size(); ++i) {
+    const Deed& deed = m_session.deeds[i];
+    const Snapshot before = ValuesOfUser();
+    const Heard heard = Do(deed);
+    const std::string wrong = WrongValue(before, ValuesOfUser(), deed.change);
+    if (!wrong.empty()) m_problems.push_back(deed.name + ": " + wrong);
+    const std::string wrongBlank = WrongBlank();
+    if (!wrongBlank.empty()) m_problems.push_back(deed.name + ": " + wrongBlank);
+    if (host.LockDepth() != 0) m_problems.push_back(deed.name + " left a lock on");
+    if (!isOver && host.WasFaultHit()) {
+      where = deed.name;
+      CheckDeed(function, deed, heard, m_asUsual[i], isBatch);
+      isOver = true;
+    } else if (isOver && heard.error.find("Assert failed") == 0) {
+      m_problems.push_back("later: " + deed.name + ": " + heard.error);
+    } else if (isOver && !Without(heard.errorBoxes, m_asUsual[i].errorBoxes).empty() &&
+               heard.errorBoxes[0].find("An error occured") == 0) {
+      m_problems.push_back("later: " + deed.name + ": " + heard.errorBoxes[0]);
+    }
+  }
+  if (!isOver) m_problems.push_back("the call was never made");
+  // An add-on that did not load is loaded anew.
+  if (m_session.isLoading) {
+    CloseEverything(m_problems);
+    Start(false);
+    InitQelAddOn113();
+  }
+  // A boundary that was made while the host denied that there is data has not seen the one that was
+  // there; the next choice of a tool takes away one of two.
+  const bool mayLeaveZone = function == "QelUtilDataSetIsAvailable";
+  if (m_freshMask != DoNext(mayLeaveZone, m_problems))
+    m_problems.push_back("the next step reaches other values");
+  CloseEverything(m_problems);
+  if (m_problems.empty()) ++m_survivedCount;
+  for (const std::string& problem : m_problems) {
+    Note(function + " | " + problem + " [" + m_session.name + ", " + where + ", call " +
+         std::to_string(nth) + (isBatch ? ", batch]" : "]"));
+  }
+}
+
+void FaultRunner::CheckDeed(const std::string& function, const Deed& deed, const Heard& heard,
+                            const Heard& asUsual, bool isBatch) {
+  const std::string difference = Difference(deed, heard, asUsual);
+  if (isBatch) {
+    const bool isInternal = difference.find("box") == 0 && difference.find("box:") != 0;
+    if (isInternal || difference.find("+ box") != std::string::npos) {
+      m_problems.push_back(deed.name + " shows a box in a batch run: " + difference);
+    }
+    // Where the user would see a box, nobody sees anything.
+    if (difference == "nothing" || difference == "as without it") return;
+  }
+  const bool isExpected =
+      deed.box == nullptr ? difference == "as without it" : IsExpected(function, difference);
+  if (!isExpected) m_problems.push_back("unexpected: " + difference);
+}
+
+void FaultRunner::Note(const std::string& what) { m_unexpected.push_back(what); }
+
+}  // namespace fault
