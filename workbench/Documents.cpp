@@ -46,6 +46,22 @@ QString ProposalFor(const QString& path) {
   return path;
 }
 
+/// Values are read when somebody asks for them. What the first picture asks for is read here,
+/// beside the window, so that the window need not wait for it.
+void ReadForFirstPicture(qelhost::DataSet& data) {
+  bool hasColours = false;
+  for (LgIndex_t n = 1; n <= data.VariableCount(); ++n) {
+    const bool isCoordinate = data.FindVariable(n)->coordinateAxis >= 0;
+    if (!isCoordinate && hasColours) continue;
+    hasColours = hasColours || !isCoordinate;
+    try {
+      data.VariableRange(n);
+    } catch (const qelhost::ValuesError&) {
+      // Told when it is shown, which other variables can still be.
+    }
+  }
+}
+
 std::string OpenCommand(const QString& path) {
   return "$!OPEN \"" + QFileInfo(path).absoluteFilePath().toStdString() + "\"";
 }
@@ -91,8 +107,10 @@ qelhost::DataSetPtr Documents::Read(const QString& path) {
               [&](const TellProgress& tell) {
                 const qelhost::ReadWatch watch(tell);
                 data = qelhost::ReadDataSet(path.toStdString());
+                ReadForFirstPicture(*data);
               });
   } catch (const qelhost::ReadCancelled&) {
+    data.reset();
     emit Said(tr("Not opened: cancelled"));
   } catch (const std::exception& e) {
     emit m_workspace.Failed(QString::fromStdString(e.what()));

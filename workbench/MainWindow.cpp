@@ -30,6 +30,8 @@ namespace marquell::workbench {
 
 namespace {
 
+constexpr int kMessageMs = 8000;
+
 QDockWidget* MakeDock(QMainWindow* window, const char* name, const QString& title, QWidget* content,
                       Qt::DockWidgetArea area) {
   auto* const dock = new QDockWidget(title, window);
@@ -132,7 +134,7 @@ void MainWindow::ConnectHost() {
           [this](const QString& reason) { tellFailure(reason); });
   connect(m_documents, &Documents::RecentChanged, this, &MainWindow::FollowRecent);
   connect(m_documents, &Documents::Said, this,
-          [this](const QString& text) { statusBar()->showMessage(text, 8000); });
+          [this](const QString& text) { statusBar()->showMessage(text, kMessageMs); });
 }
 
 CrashLog& MainWindow::KeepCrashLog(const QString& folder) {
@@ -230,6 +232,10 @@ void MainWindow::FollowTitle() {
 
 void MainWindow::FollowHistory() {
   qelhost::Host& host = m_workspace.TheHost();
+  if (host.history.TooLargeCount() > m_tooLargeCount) {
+    m_tooLargeCount = host.history.TooLargeCount();
+    statusBar()->showMessage(tr("This step is too large to be undone"), kMessageMs);
+  }
   const qelhost::Frame* const frame = host.frames.Active();
   const bool hasData = frame != nullptr && frame->Data() != nullptr;
   const auto show = [this](const char* name, const QString& plain, const QString& named,

@@ -106,7 +106,8 @@ class MainWindow : public QMainWindow {
   QLabel* m_pointed = nullptr;
   QLabel* m_probed = nullptr;
   QLabel* m_counted = nullptr;
-  QelUniqueID_t m_uncoloured = 0;  ///< data whose values could not be read
+  QelUniqueID_t m_uncoloured = 0;    ///< data whose values could not be read
+  std::int64_t m_tooLargeCount = 0;  ///< steps that the user was told cannot be undone
   QString m_instruction;
   QelUniqueID_t m_probedData = 0;
 };

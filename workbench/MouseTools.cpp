@@ -17,13 +17,13 @@ using qelhost::Frame;
 using qelhost::Geometry;
 using qelhost::Host;
 
-/// A press and a release closer than this are a click, in device pixels.
+/// A press and a release closer than this are a click, in the window system's pixels.
 constexpr double kClickSlack = 4.0;
 /// How near to a geometry's outline or a polygon's first corner a click is on it.
 constexpr double kGrabPixels = 8.0;
 
-bool IsFar(const MouseEvent& from, const MouseEvent& to) {
-  return std::hypot(to.x - from.x, to.y - from.y) > kClickSlack;
+bool IsFar(const MouseEvent& from, const MouseEvent& to, double scale) {
+  return std::hypot(to.x - from.x, to.y - from.y) > scale * kClickSlack;
 }
 
 QelMouseMode_e ModeOf(const Workspace& workspace) {
@@ -101,7 +101,7 @@ void MouseTools::Move(const MouseEvent& event) {
       break;
     default:
       // A click that trembles is no drag, so that it can still probe.
-      if (IsFar(m_pressed, event) || m_last.x != m_pressed.x || m_last.y != m_pressed.y) {
+      if (IsFar(m_pressed, event, m_scale) || m_last.x != m_pressed.x || m_last.y != m_pressed.y) {
         DragView(event);
         m_last = event;
       }
@@ -146,7 +146,7 @@ void MouseTools::Release(const MouseEvent& event) {
   Frame* const frame = ActiveFrame(m_workspace);
   if (frame == nullptr) return;
   const Point pointer = m_scene.GridAt(event.x, event.y);
-  const bool isClick = !IsFar(m_pressed, event);
+  const bool isClick = !IsFar(m_pressed, event, m_scale);
   if (drag == Drag::Draw && !isClick) {
     if (const auto geometry = Drawn(pointer)) Draw(*geometry);
   } else if (drag == Drag::MoveGeometry && !isClick) {
@@ -182,7 +182,8 @@ void MouseTools::Probe(const MouseEvent& event) {
 bool MouseTools::SelectAt(const MouseEvent& event) {
   Frame& frame = *ActiveFrame(m_workspace);
   const Point at = m_scene.GridAt(event.x, event.y);
-  const LgIndex_t found = GeometryAt(frame.geometries, at, kGrabPixels * m_scene.GridPerPixel());
+  const LgIndex_t found =
+      GeometryAt(frame.geometries, at, m_scale * kGrabPixels * m_scene.GridPerPixel());
   if (found == 0) return false;
   m_movedGeometry = found;
   const auto& anchor = frame.geometries.At(found)->anchor;
@@ -199,7 +200,7 @@ void MouseTools::ClickPolygon(const MouseEvent& event) {
   }
   if (m_polygon.size() > 2) {
     const Point first = m_scene.PixelAt(m_polygon.front()[0], m_polygon.front()[1]);
-    if (std::hypot(first[0] - event.x, first[1] - event.y) < kGrabPixels) {
+    if (std::hypot(first[0] - event.x, first[1] - event.y) < m_scale * kGrabPixels) {
       FinishPolygon();
       return;
     }

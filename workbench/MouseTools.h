@@ -44,6 +44,9 @@ class MouseTools {
   /// The host may have changed: a polygon belongs to its tool and its frame.
   void Follow();
 
+  /// Device pixels of one of the window system's: how far a click may tremble grows with it.
+  void SetScale(double devicePixelRatio) { m_scale = devicePixelRatio; }
+
   /// Called with the read-out of a probed cell or node.
   std::function<void(const std::string& text)> onProbed;
   /// Called when the picture has to be drawn although the host has not changed.
@@ -67,6 +70,7 @@ class MouseTools {
 
   Workspace& m_workspace;
   qelhost::PlotScene& m_scene;
+  double m_scale = 1.0;
   Drag m_drag = Drag::None;
   Qt::MouseButton m_button = Qt::NoButton;
   MouseEvent m_last;

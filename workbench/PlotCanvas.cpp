@@ -116,6 +116,7 @@ void PlotCanvas::UpdateScene() {
     m_unreadable = e.what();
   }
   m_handles->SetScale(ratio);
+  m_tools.SetScale(ratio);
   m_handlesRenderer->SetViewport(m_scene.Plot()->GetViewport());
   m_handlesRenderer->GetActiveCamera()->DeepCopy(m_scene.Plot()->GetActiveCamera());
   // A shape may be larger than the data.

@@ -19,6 +19,7 @@ StepOutcome History::End() {
   if (m_depth == 0 || --m_depth > 0) return StepOutcome::NoStep;
   const StepOutcome outcome = Settle();
   m_name.clear();
+  if (outcome == StepOutcome::TooLarge) ++m_tooLargeCount;
   return outcome;
 }
 

@@ -50,6 +50,8 @@ class History {
   StepOutcome End();
   /// The operation in hand may have altered values: they are no state to go back from.
   bool IsAltering() const { return m_depth > 0 && !m_writings.empty(); }
+  /// How many operations have ended as too large to be undone.
+  std::int64_t TooLargeCount() const { return m_tooLargeCount; }
 
   /// Called before a writable reference is handed out; the field has its values.
   void BeforeWriting(const DataSetPtr& data, LgIndex_t zone, LgIndex_t variable);
@@ -135,6 +137,7 @@ class History {
   std::int64_t m_limit = kDefaultLimit;
   std::int64_t m_byteCount = 0;
   int m_depth = 0;
+  std::int64_t m_tooLargeCount = 0;
   std::string m_name;
   std::vector<Writing> m_writings;  ///< of the operation in hand
   std::int64_t m_copiedBytes = 0;

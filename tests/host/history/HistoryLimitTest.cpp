@@ -66,6 +66,7 @@ TEST_F(Limit, OfOneStepEndsTheHistoryAndStillCounts) {
   Alter(history, small, 1, "v", Put(0, -1));
   EXPECT_EQ(history.End(), StepOutcome::Kept);
   EXPECT_EQ(DoAll(data, "Large", -1), StepOutcome::TooLarge);
+  EXPECT_EQ(history.TooLargeCount(), 1);
   EXPECT_THAT(history.UndoNames(data->Id()), IsEmpty());
   const std::int64_t revision = history.Revision(data->Id());
   EXPECT_NE(revision, 0);
