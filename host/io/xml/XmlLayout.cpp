@@ -88,7 +88,7 @@ struct PieceCounts {
       result.counts[attribute.name] = count.value_or(0);
       if (attribute.name == "NumberOfPoints") result.nodes = count.value_or(0);
     }
-    if (result.nodes < 0) return result;
+    if (result.counts.empty()) return result;
     result.cells = result.Of("NumberOfCells");
     for (const char* part : {"Verts", "Lines", "Strips", "Polys"}) {
       result.cells += result.Of(std::string("NumberOf") + part);
@@ -167,14 +167,17 @@ class LayoutReader {
     return !layout.type.empty();
   }
 
-  /// Comments and the declaration. Other encodings, declarations of entities and text that is
-  /// marked as such are VTK's business.
+  /// Comments, the declaration and what is meant for other programs. Other encodings, declarations
+  /// of entities and text that is marked as such are VTK's business.
   bool TakeRemark(const XmlTag& tag) {
-    if (m_isInArray) return false;
-    if (tag.name == "!--") return true;
+    if (m_isInArray) {
+      XmlArray& array = layout.arrays.back();
+      if (array.keysBegin == 0) array.keysBegin = tag.begin;
+      array.hasOtherKeys = true;
+    }
+    if (tag.name != "?xml") return tag.name == "!--" || tag.name.front() == '?';
     const XmlAttribute* const encoding = tag.Find("encoding");
-    return tag.name == "?xml" &&
-           (encoding == nullptr || IsOneOf(encoding->value, {"UTF-8", "utf-8"}));
+    return encoding == nullptr || IsOneOf(encoding->value, {"UTF-8", "utf-8"});
   }
 
   bool TakeBegin(const XmlTag& tag) {
@@ -189,7 +192,7 @@ class LayoutReader {
     } else if (tag.name == "VTKFile") {
       isGood = TakeRoot(tag);
     } else if (m_open.size() == 1 && tag.name == "AppendedData") {
-      isGood = !tag.isClosed && TakeAppended(tag);
+      TakeAppended(tag);
     } else {
       TakeSection(tag);
     }
@@ -258,10 +261,10 @@ class LayoutReader {
     array.isTypeKnown = IsKnownType(tag.Value("type"));
     array.vtkType = tag.name == "DataArray" ? VtkTypeOf(tag) : 0;
     const XmlAttribute* const components = tag.Find("NumberOfComponents");
-    const auto count = components == nullptr ? 1 : NumberIn(components->value).value_or(0);
-    RequirePlain(count <= 1 << 20);
+    const auto count = components == nullptr ? 1 : NumberIn(components->value).value_or(-1);
+    if (count < 0 || count > 1 << 20) Damaged("an array counts what cannot be counted");
     // VTK's writer says 0 of arrays that it took for no vectors.
-    array.components = static_cast<int>(std::clamp<std::int64_t>(count, 1, 1 << 20));
+    array.components = std::max(static_cast<int>(count), 1);
     array.tag = tag;
     array.closing = tag.end;
     if (array.part == "Points") ++m_pointArrays;
@@ -285,10 +288,10 @@ class LayoutReader {
       const XmlAttribute* const tuples = array.tag.Find("NumberOfTuples");
       return tuples == nullptr ? -1 : NumberIn(tuples->value).value_or(-1);
     }
-    if (array.name == "types" || array.name == "offsets") {
-      return m_counts.Of("NumberOf" + array.part);
-    }
-    return -1;
+    const std::int64_t count = m_counts.Of("NumberOf" + array.part);
+    if (array.name == "types" || array.name == "offsets") return count;
+    // How many nodes cells have stands elsewhere, but they have some.
+    return array.name == "connectivity" ? std::min<std::int64_t>(count, 1) : -1;
   }
 
   /// VTK goes by the offset, where there is one.
@@ -333,7 +336,7 @@ class LayoutReader {
     m_isInArray = false;
   }
 
-  bool TakeAppended(const XmlTag& tag) {
+  void TakeAppended(const XmlTag& tag) {
     const std::string encoding = tag.Value("encoding");
     RequirePlain(IsOneOf(encoding, {"raw", "base64"}));
     layout.isAppendedText = encoding != "raw";
@@ -343,13 +346,12 @@ class LayoutReader {
     m_in.seekg(tag.end);
     m_in.read(before.data(), kMostBefore);
     before.resize(static_cast<std::size_t>(m_in.gcount()));
-    const std::size_t mark = before.find('_');
-    if (mark == std::string::npos) return false;
-    RequirePlain(before.find_first_not_of(" \t\r\n") == mark);
+    const std::size_t mark = before.find_first_not_of(" \t\r\n");
+    // VTK would begin to count anywhere.
+    if (mark == std::string::npos || before[mark] != '_') Damaged("no mark begins its data");
     layout.appendedBegin = tag.end + static_cast<std::int64_t>(mark) + 1;
-    if (!FindAppendedEnd()) return false;
+    if (!FindAppendedEnd()) Damaged("its data have no end");
     PlacePayloads();
-    return true;
   }
 
   /// The end tag is looked for from the file's end, because raw data may hold its letters.

@@ -59,7 +59,8 @@ class EndOfTag {
     if (StartsWith(text, "!--")) {
       return text.size() >= 5 && text.compare(text.size() - 2, 2, "--") == 0;
     }
-    if (StartsWith(text, "!") || StartsWith(text, "?")) return true;
+    if (StartsWith(text, "!")) return true;
+    if (StartsWith(text, "?")) return text.size() >= 2 && text.back() == '?';
     for (; m_seen < text.size(); ++m_seen) {
       const char c = text[m_seen];
       if (m_quote == 0 ? c == '"' || c == '\'' : c == m_quote) m_quote = m_quote == 0 ? c : 0;

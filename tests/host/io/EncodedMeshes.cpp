@@ -170,9 +170,10 @@ void ExpectSameMesh(vtkDataSet* a, vtkDataSet* b) {
   ASSERT_EQ(a->GetNumberOfPoints(), b->GetNumberOfPoints());
   ASSERT_EQ(a->GetNumberOfCells(), b->GetNumberOfCells());
   for (vtkIdType node = 0; node < a->GetNumberOfPoints(); ++node) {
-    for (int axis = 0; axis < 3; ++axis) {
-      ASSERT_EQ(a->GetPoint(node)[axis], b->GetPoint(node)[axis]) << node;
-    }
+    double at[3], other[3];
+    a->GetPoint(node, at);
+    b->GetPoint(node, other);
+    ASSERT_EQ(std::memcmp(at, other, sizeof(at)), 0) << node;
   }
   vtkNew<vtkIdList> nodes, others;
   for (vtkIdType cell = 0; cell < a->GetNumberOfCells(); ++cell) {

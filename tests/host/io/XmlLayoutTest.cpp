@@ -1,6 +1,6 @@
 // Markup that VTK does not write itself, and files that say what they do not hold.
 #include <gmock/gmock.h>
-#include <vtkXMLUnstructuredGridWriter.h>
+#include <vtkXMLStructuredGridWriter.h>
 
 #include <cstring>
 
@@ -138,6 +138,14 @@ const LieRow kLies[] = {
     {"UnknownType", "type=\"Float32\" Name=\"p\"", "type=\"Float33\" Name=\"p\"", "unknown type"},
     {"OtherNumberOfStrings", "Name=\"note\" NumberOfTuples=\"1\"",
      "Name=\"note\" NumberOfTuples=\"0\"", "another number of strings"},
+    {"LessThanNoComponents", "NumberOfComponents=\"3\"", "NumberOfComponents=\"-1\"", "counts"},
+    {"MoreComponentsThanCanBe", "NumberOfComponents=\"3\"",
+     "NumberOfComponents=\"99999999999999999999\"", "counts"},
+    {"OffsetBehindTheEndAndARemark", "<FieldData>",
+     "<?a <DataArray?><FieldData><Array type=\"String\" Name=\"x\" format=\"appended\" "
+     "offset=\"999999\"/>",
+     "not as long as it says"},
+    {"NoMarkBeforeTheData", "encoding=\"raw\">", "encoding=\"raw\">x", "no mark begins its data"},
     {"OffsetThatIsNone", "offset=\"0\"", "offset=\"none\"", "not as long as it says"},
     {"OffsetBehindTheEnd", "offset=\"0\"", "offset=\"9223372036854775000\"",
      "not as long as it says"},
@@ -173,6 +181,23 @@ TEST_F(XmlLayout, AnExtentThatNoPieceFillsIsRefused) {
                         std::string("WholeExtent=\"") + extent + "\""));
     EXPECT_THROW(ReadDataSet(path), FileError) << extent;
   }
+}
+
+TEST_F(XmlLayout, SeveralPiecesFillAnExtentTogether) {
+  const std::string path = In("pieces.vts");
+  vtkNew<vtkXMLStructuredGridWriter> writer;
+  writer->SetNumberOfPieces(2);
+  writer->SetFileName(path.c_str());
+  const auto grid = Kinds()[2].mesh();
+  writer->SetInputData(grid);
+  ASSERT_EQ(writer->Write(), 1);
+  const std::string text = Contents(path);
+  ASSERT_NE(text.find("<Piece"), text.rfind("<Piece"));
+  ExpectSame(NodeOf(*ReadDataSet(path)).block, ReadByVtk(path));
+  const std::size_t last = text.rfind("<Piece");
+  const std::size_t end = text.find("</Piece>", last) + std::strlen("</Piece>");
+  Save(path, text.substr(0, last) + text.substr(end));
+  EXPECT_THROW(ReadDataSet(path), FileError);
 }
 
 TEST_F(XmlLayout, TextThatIsNoBase64IsRefused) {
