@@ -98,6 +98,22 @@ void Zone::CheckSizes() const {
   }
 }
 
+void Zone::CheckDimensions(const int (&dimensions)[3]) const {
+  // Not by the block's own counts: those are products that may have wrapped around.
+  std::int64_t nodes = 1;
+  for (const int count : dimensions) {
+    if (count < 1) throw DataError("zone \"" + name + "\" has a direction without nodes");
+    if (nodes > std::numeric_limits<LgIndex_t>::max() / count) {
+      throw DataError("zone \"" + name + "\" has more than 2147483647 nodes or cells");
+    }
+    nodes *= count;
+  }
+  if (nodes != m_nodeCount) {
+    throw DataError("zone \"" + name + "\" has " + std::to_string(m_nodeCount) + " nodes where " +
+                    std::to_string(nodes) + " belong");
+  }
+}
+
 bool Zone::ViewStructured() {
   int dimensions[3] = {1, 1, 1};
   if (auto* image = vtkImageData::SafeDownCast(m_block)) {
@@ -111,6 +127,7 @@ bool Zone::ViewStructured() {
   } else {
     return false;
   }
+  CheckDimensions(dimensions);
   m_type = ZoneType_Ordered;
   std::copy(std::begin(dimensions), std::end(dimensions), m_dimensions.begin());
   m_cellCount = 1;

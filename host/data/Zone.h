@@ -111,6 +111,7 @@ class Zone : public NodeAverageSource {
   bool ViewUnstructured();
   void CountMarkedCells();
   void CheckSizes() const;
+  void CheckDimensions(const int (&dimensions)[3]) const;
   void BuildFaceMaps();
   double AverageOrdered(const QelFieldData& cells, std::int64_t node) const;
 

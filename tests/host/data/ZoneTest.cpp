@@ -219,4 +219,25 @@ TEST(Zone, MoreNodesThanAnIndexCountsAreRefused) {
   EXPECT_THROW(Zone("z", image, true), qelhost::DataError);
 }
 
+vtkSmartPointer<vtkImageData> Image(int iMax, int jMax, int kMax) {
+  auto image = vtkSmartPointer<vtkImageData>::New();
+  image->SetExtent(0, iMax - 1, 0, jMax - 1, 0, kMax - 1);
+  return image;
+}
+
+TEST(Zone, BlockWhoseSizeWrapsAroundIsRefused) {
+  // Products of these do not fit: some come out as a few nodes and cells.
+  for (const auto& [i, j, k] : {std::array{2147483647, 2147483647, 4},
+                                {65536, 65536, 65536},
+                                {2097152, 2097152, 2097153},
+                                {46341, 46341, 1}}) {
+    EXPECT_THROW(Zone("z", Image(i, j, k), true), qelhost::DataError) << i << ' ' << j << ' ' << k;
+  }
+}
+
+TEST(Zone, BlockWithADirectionWithoutNodesIsRefused) {
+  EXPECT_THROW(Zone("z", Image(-2, 6, 6), true), qelhost::DataError);
+  EXPECT_THROW(Zone("z", Image(3, 0, 3), true), qelhost::DataError);
+}
+
 }  // namespace
