@@ -28,12 +28,13 @@ std::array<std::int64_t, 256> LeastSizes() {
 
 template <class Index>
 bool AreCellsSound(const Index* offsets, std::int64_t cellCount, const Index* nodes,
-                   std::int64_t nodeSlots, std::int64_t nodeCount, const unsigned char* types) {
-  if (cellCount > 0 && (offsets[0] < 0 || offsets[cellCount] > nodeSlots)) return false;
+                   std::int64_t nodeSlots, std::int64_t nodeCount, const unsigned char* types,
+                   std::int64_t leastSize) {
+  if (cellCount > 0 && (offsets[0] != 0 || offsets[cellCount] > nodeSlots)) return false;
   const std::array<std::int64_t, 256> least = LeastSizes();
   for (std::int64_t cell = 0; cell < cellCount; ++cell) {
     const std::int64_t size = std::int64_t{offsets[cell + 1]} - offsets[cell];
-    if (size < 0 || (types != nullptr && size < least[types[cell]])) return false;
+    if (size < (types != nullptr ? least[types[cell]] : leastSize)) return false;
   }
   // Smallest and largest instead of a test each: this form vectorises.
   Index lowest = 0, highest = -1;
@@ -44,16 +45,20 @@ bool AreCellsSound(const Index* offsets, std::int64_t cellCount, const Index* no
   return lowest >= 0 && highest < nodeCount;
 }
 
-bool AreCellsSound(vtkCellArray* cells, std::int64_t nodeCount, const unsigned char* types) {
+/// leastSize: of every cell, where there are no types.
+bool AreCellsSound(vtkCellArray* cells, std::int64_t nodeCount, const unsigned char* types,
+                   std::int64_t leastSize = 0) {
   if (cells == nullptr || cells->GetNumberOfCells() == 0) return true;
   const std::int64_t count = cells->GetNumberOfCells();
   const std::int64_t slots = cells->GetConnectivityArray()->GetNumberOfValues();
   if (cells->IsStorage64Bit()) {
     return AreCellsSound(cells->GetOffsetsArray64()->GetPointer(0), count,
-                         cells->GetConnectivityArray64()->GetPointer(0), slots, nodeCount, types);
+                         cells->GetConnectivityArray64()->GetPointer(0), slots, nodeCount, types,
+                         leastSize);
   }
   return AreCellsSound(cells->GetOffsetsArray32()->GetPointer(0), count,
-                       cells->GetConnectivityArray32()->GetPointer(0), slots, nodeCount, types);
+                       cells->GetConnectivityArray32()->GetPointer(0), slots, nodeCount, types,
+                       leastSize);
 }
 
 /// A polyhedron's stream is its number of faces, then for each face its size and nodes.
@@ -98,10 +103,11 @@ void CheckMesh(const std::string& path, vtkDataSet* block) {
         (types != nullptr && types->GetNumberOfValues() == grid->GetNumberOfCells() &&
          AreCellsSound(grid->GetCells(), nodes, types->GetPointer(0)) && ArePolyhedraSound(grid));
   } else if (auto* surface = vtkPolyData::SafeDownCast(block)) {
-    for (vtkCellArray* cells :
-         {surface->GetVerts(), surface->GetLines(), surface->GetPolys(), surface->GetStrips()}) {
-      sound = sound && AreCellsSound(cells, nodes, nullptr);
-    }
+    // VTK looks for the nodes of smaller ones among the vertices.
+    sound = AreCellsSound(surface->GetVerts(), nodes, nullptr, 1) &&
+            AreCellsSound(surface->GetLines(), nodes, nullptr, 2) &&
+            AreCellsSound(surface->GetPolys(), nodes, nullptr, 3) &&
+            AreCellsSound(surface->GetStrips(), nodes, nullptr, 3);
   } else if (auto* structured = vtkStructuredGrid::SafeDownCast(block)) {
     int dimensions[3];
     structured->GetDimensions(dimensions);

@@ -191,6 +191,12 @@ FileNode NodeOf(vtkDataObject* data, const FileEncoding& encoding) {
   return node;
 }
 
+/// Readers of VTK's hand on whatever connectivity a file has.
+void CheckMeshes(const std::string& path, const FileNode& node) {
+  if (node.block != nullptr) CheckMesh(path, node.block);
+  for (const FileNode& child : node.children) CheckMeshes(path, child);
+}
+
 /// The output as it is now; the next time step leaves it alone.
 vtkSmartPointer<vtkDataObject> Detached(vtkDataObject* output) {
   auto copy = vtkSmartPointer<vtkDataObject>::Take(output->NewInstance());
@@ -232,6 +238,7 @@ void TakeSteps(const std::string& path, vtkAlgorithm* reader, FileSource& source
     step.time = times.empty() ? 0 : times[i];
     step.root = NodeOf(Detached(output), {});
     step.root.name = StemOf(path);
+    CheckMeshes(path, step.root);
     source.steps.push_back(std::move(step));
   }
 }
@@ -384,6 +391,7 @@ void ReadStl(const std::string& path, FileSource& source) {
   UpdateWatched(reader);
   RequireNoError(path, errors);
   if (reader->GetOutput()->GetNumberOfCells() == 0) throw FileError(path, "not an STL surface");
+  CheckMesh(path, reader->GetOutput());
   WithOneBlock(source, reader->GetOutput(), {});
 }
 
@@ -397,6 +405,7 @@ void ReadObj(const std::string& path, FileSource& source) {
   if (reader->GetOutput()->GetNumberOfCells() == 0) {
     throw FileError(path, "not a Wavefront surface");
   }
+  CheckMesh(path, reader->GetOutput());
   WithOneBlock(source, reader->GetOutput(), {});
 }
 

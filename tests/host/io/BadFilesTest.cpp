@@ -108,6 +108,36 @@ TEST_F(BadFiles, NodesThatDoNotExistAreAnError) {
             In("wild.vtu") + ": damaged: its cells refer to nodes that do not exist");
 }
 
+TEST_F(BadFiles, NodesThatDoNotExistAreAnErrorInASurfaceOfText) {
+  Save(In("a.obj"), "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\nf 1 2 4711\n");
+  EXPECT_EQ(ReadError(In("a.obj")),
+            In("a.obj") + ": damaged: its cells refer to nodes that do not exist");
+}
+
+TEST_F(BadFiles, CellsOfTooFewNodesAreAnErrorInASurface) {
+  for (const char* cells :
+       {"POLYGONS 2 6\n3 0 1 2\n1 0\n", "POLYGONS 2 5\n3 0 1 2\n0\n",
+        "LINES 1 2\n1 0\nPOLYGONS 1 4\n3 0 1 2\n", "VERTICES 1 1\n0\nPOLYGONS 1 4\n3 0 1 2\n"}) {
+    Save(In("a.vtk"),
+         "# vtk DataFile Version 3.0\nfew\nASCII\nDATASET POLYDATA\n"
+         "POINTS 3 float\n0 0 0 1 0 0 0 1 0\n" +
+             std::string(cells));
+    EXPECT_EQ(ReadError(In("a.vtk")),
+              In("a.vtk") + ": damaged: its cells refer to nodes that do not exist")
+        << cells;
+  }
+}
+
+TEST_F(BadFiles, CellsThatDoNotBeginWithTheFirstNodeAreAnError) {
+  Save(In("a.vtk"),
+       "# vtk DataFile Version 5.1\nshifted\nASCII\nDATASET UNSTRUCTURED_GRID\n"
+       "POINTS 5 float\n0 0 0 1 0 0 0 1 0 0 0 1 1 1 1\n"
+       "CELLS 2 5\nOFFSETS vtktypeint64\n1 5\nCONNECTIVITY vtktypeint64\n4 0 1 2 3\n"
+       "CELL_TYPES 1\n10\n");
+  EXPECT_EQ(ReadError(In("a.vtk")),
+            In("a.vtk") + ": damaged: its cells refer to nodes that do not exist");
+}
+
 TEST_F(BadFiles, KindMustFitTheExtension) {
   vtkNew<vtkXMLPolyDataWriter> writer;
   writer->SetFileName(In("surface.vtu").c_str());
