@@ -3,19 +3,17 @@
 #include <vtkType.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
-#include <charconv>
 #include <cstring>
 #include <fstream>
 #include <initializer_list>
 #include <limits>
 #include <map>
 #include <set>
-#include <sstream>
 
 #include "../FileError.h"
 #include "../XmlText.h"
+#include "PieceCounts.h"
 
 namespace qelhost {
 namespace {
@@ -44,87 +42,10 @@ bool IsKnownType(const std::string& type) {
   return NumberTypes().count(type) > 0 || type == "String" || type == "Bit";
 }
 
-/// A whole number that fills the text but for blanks around it; nothing else.
-std::optional<std::int64_t> NumberIn(const std::string& text) {
-  const std::size_t first = text.find_first_not_of(" \t\r\n");
-  if (first == std::string::npos) return std::nullopt;
-  const std::size_t last = text.find_last_not_of(" \t\r\n");
-  std::int64_t number = 0;
-  const char* const end = text.data() + last + 1;
-  const auto read = std::from_chars(text.data() + first, end, number);
-  if (read.ec != std::errc() || read.ptr != end || number < 0) return std::nullopt;
-  return number;
-}
-
 bool IsOneOf(const std::string& text, std::initializer_list<const char*> choice) {
   return std::any_of(choice.begin(), choice.end(),
                      [&text](const char* other) { return text == other; });
 }
-
-/// What a piece has, as its tag says.
-struct PieceCounts {
-  std::map<std::string, std::int64_t> counts;  ///< "NumberOfPoints" and so on
-  std::int64_t nodes = -1;                     ///< -1: it does not say
-  std::int64_t cells = -1;
-  std::array<std::int64_t, 3> ticks{-1, -1, -1};  ///< along each axis
-  std::array<std::int32_t, 6> extent{};           ///< lowest and highest index along each axis
-  bool hasExtent = false;
-  bool areSound = true;
-
-  std::int64_t Of(const std::string& count) const {
-    const auto found = counts.find(count);
-    return found == counts.end() ? 0 : found->second;
-  }
-
-  static PieceCounts Of(const XmlTag& piece) {
-    PieceCounts result;
-    for (const XmlAttribute& attribute : piece.attributes) {
-      if (attribute.name == "Extent" || attribute.name == "WholeExtent") {
-        result.TakeExtent(attribute.value);
-      }
-      if (attribute.name.rfind("NumberOf", 0) != 0) continue;
-      const std::optional<std::int64_t> count = NumberIn(attribute.value);
-      result.areSound = result.areSound && count && *count <= kMost;
-      result.counts[attribute.name] = count.value_or(0);
-      if (attribute.name == "NumberOfPoints") result.nodes = count.value_or(0);
-    }
-    if (result.counts.empty()) return result;
-    result.cells = result.Of("NumberOfCells");
-    for (const char* part : {"Verts", "Lines", "Strips", "Polys"}) {
-      result.cells += result.Of(std::string("NumberOf") + part);
-    }
-    return result;
-  }
-
-  bool Contains(const PieceCounts& other) const {
-    for (std::size_t n = 0; n < extent.size(); n += 2) {
-      if (extent[n] > other.extent[n] || extent[n + 1] < other.extent[n + 1]) return false;
-    }
-    return true;
-  }
-
- private:
-  /// Many more than fit into memory, and few enough to be multiplied.
-  static constexpr std::int64_t kMost = std::int64_t{1} << 40;
-
-  void TakeExtent(const std::string& text) {
-    std::istringstream in(text);
-    hasExtent = true;
-    nodes = cells = 1;
-    for (std::size_t axis = 0; axis < ticks.size(); ++axis) {
-      std::int32_t& low = extent[2 * axis];
-      std::int32_t& high = extent[2 * axis + 1];
-      areSound = areSound && (in >> low >> high);
-      const std::int64_t count = std::max<std::int64_t>(std::int64_t{high} - low + 1, 0);
-      areSound = areSound && (count == 0 || nodes <= kMost / count);
-      if (!areSound) return;
-      ticks[axis] = count;
-      nodes *= count;
-      cells *= count == 1 ? 1 : std::max<std::int64_t>(count - 1, 0);
-    }
-    if (nodes == 0) cells = 0;
-  }
-};
 
 /// Takes the tags of a file in their order.
 class LayoutReader {
