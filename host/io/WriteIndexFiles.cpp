@@ -1,5 +1,6 @@
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <sstream>
 
 #include "FileError.h"
@@ -9,13 +10,20 @@
 #include "WriteCancel.h"
 #include "Writers.h"
 #include "XmlText.h"
+#include "xml/XmlTags.h"
 
 namespace qelhost {
 namespace {
 
+std::string Quoted(const std::string& value) {
+  const std::optional<std::string> text = AttributeText(value);
+  if (text) return "=\"" + *text + "\"";
+  throw FileError(value, "no file that names others can hold this name");
+}
+
 std::string Printed(const XmlAttributes& attributes) {
   std::string text;
-  for (const auto& [name, value] : attributes) text += " " + name + "=\"" + Escaped(value) + "\"";
+  for (const auto& [name, value] : attributes) text += " " + name + Quoted(value);
   return text;
 }
 
@@ -79,7 +87,7 @@ class BlockWriter {
       return;
     }
     const std::string file = WriteBlock(node);
-    if (!file.empty()) m_text << " file=\"" << Escaped(m_relative + "/" + file) << "\"";
+    if (!file.empty()) m_text << " file" << Quoted(m_relative + "/" + file);
     m_text << "/>\n";
   }
 
@@ -166,8 +174,8 @@ void WriteCollection(const FileSource& source, const TouchedArrays& touched,
       if (attributes.empty()) {
         attributes = {{"timestep", ShortestNumber(step.time)}, {"group", ""}, {"part", "0"}};
       }
-      text << "    <DataSet" << Printed(attributes) << " file=\""
-           << Escaped(target.FolderName() + "/" + file) << "\"/>\n";
+      text << "    <DataSet" << Printed(attributes) << " file"
+           << Quoted(target.FolderName() + "/" + file) << "/>\n";
     }
     text << "  </Collection>\n</VTKFile>\n";
     WriteText(target.TemporaryPath(), text.str());

@@ -21,12 +21,14 @@
 #include <vtkXMLStructuredGridWriter.h>
 #include <vtkXMLUnstructuredGridWriter.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <optional>
 
 #include "CarefulWriter.h"
 #include "FileError.h"
@@ -35,6 +37,7 @@
 #include "VtkErrors.h"
 #include "WriteCancel.h"
 #include "xml/PassThrough.h"
+#include "xml/XmlTags.h"
 
 namespace qelhost {
 namespace {
@@ -132,13 +135,114 @@ vtkSmartPointer<vtkDataSet> AsUnstructured(vtkDataSet* block) {
   return grid;
 }
 
+/// All arrays of a block but those of its cells, null ones among them.
+std::vector<vtkAbstractArray*> ArraysOf(vtkDataSet* block) {
+  std::vector<vtkAbstractArray*> arrays;
+  for (vtkFieldData* data :
+       {static_cast<vtkFieldData*>(block->GetPointData()),
+        static_cast<vtkFieldData*>(block->GetCellData()), block->GetFieldData()}) {
+    for (int i = 0; i < data->GetNumberOfArrays(); ++i) arrays.push_back(data->GetAbstractArray(i));
+  }
+  auto* const set = vtkPointSet::SafeDownCast(block);
+  if (set != nullptr && set->GetPoints() != nullptr) arrays.push_back(set->GetPoints()->GetData());
+  if (auto* const grid = vtkRectilinearGrid::SafeDownCast(block)) {
+    arrays.insert(arrays.end(),
+                  {grid->GetXCoordinates(), grid->GetYCoordinates(), grid->GetZCoordinates()});
+  }
+  return arrays;
+}
+
+/// A name as it must stand in an XML file. VTK's writers print names as they are.
+std::string NameInXml(const char* name, const std::string& path) {
+  const std::optional<std::string> text = AttributeText(name);
+  if (text) return *text;
+  throw FileError(path, "no file of this format can hold an array's name; write a .vtk file");
+}
+
+bool IsNamedPlainly(vtkAbstractArray* array, const std::string& path) {
+  const auto isPlain = [&path](const char* name) {
+    return name == nullptr || NameInXml(name, path) == name;
+  };
+  if (!isPlain(array->GetName())) return false;
+  if (!array->HasAComponentName()) return true;
+  for (int n = 0; n < array->GetNumberOfComponents(); ++n) {
+    if (!isPlain(array->GetComponentName(n))) return false;
+  }
+  return true;
+}
+
+/// The array itself when its names are plain, else another that shares its values where it can.
+vtkSmartPointer<vtkAbstractArray> NamedForXml(vtkAbstractArray* array, const std::string& path) {
+  if (IsNamedPlainly(array, path)) return array;
+  const auto named = vtkSmartPointer<vtkAbstractArray>::Take(array->NewInstance());
+  auto* const numbers = vtkDataArray::SafeDownCast(named);
+  if (numbers != nullptr) {
+    numbers->ShallowCopy(vtkDataArray::SafeDownCast(array));
+  } else {
+    named->DeepCopy(array);
+  }
+  if (array->GetName() != nullptr) named->SetName(NameInXml(array->GetName(), path).c_str());
+  for (int n = 0; array->HasAComponentName() && n < array->GetNumberOfComponents(); ++n) {
+    const char* const component = array->GetComponentName(n);
+    if (component != nullptr) named->SetComponentName(n, NameInXml(component, path).c_str());
+  }
+  return named;
+}
+
+void NameForXml(vtkFieldData* data, const std::string& path) {
+  const auto named = vtkSmartPointer<vtkFieldData>::Take(data->NewInstance());
+  for (int i = 0; i < data->GetNumberOfArrays(); ++i) {
+    named->AddArray(NamedForXml(data->GetAbstractArray(i), path));
+  }
+  if (auto* const attributes = vtkDataSetAttributes::SafeDownCast(data)) {
+    int active[vtkDataSetAttributes::NUM_ATTRIBUTES];
+    attributes->GetAttributeIndices(active);
+    auto* const to = vtkDataSetAttributes::SafeDownCast(named);
+    for (int type = 0; type < vtkDataSetAttributes::NUM_ATTRIBUTES; ++type) {
+      if (active[type] >= 0) to->SetActiveAttribute(active[type], type);
+    }
+  }
+  data->ShallowCopy(named);
+}
+
+vtkSmartPointer<vtkDataArray> NamedForXml(vtkDataArray* array, const std::string& path) {
+  return vtkDataArray::SafeDownCast(NamedForXml(static_cast<vtkAbstractArray*>(array), path));
+}
+
+/// The same mesh with the same values, under the names that its file must have.
+vtkSmartPointer<vtkDataSet> NamedForXml(vtkDataSet* block, const std::string& path) {
+  const std::vector<vtkAbstractArray*> arrays = ArraysOf(block);
+  const auto isPlain = [&path](vtkAbstractArray* array) {
+    return array == nullptr || IsNamedPlainly(array, path);
+  };
+  if (std::all_of(arrays.begin(), arrays.end(), isPlain)) return block;
+  const auto named = vtkSmartPointer<vtkDataSet>::Take(block->NewInstance());
+  named->ShallowCopy(block);
+  NameForXml(named->GetPointData(), path);
+  NameForXml(named->GetCellData(), path);
+  NameForXml(named->GetFieldData(), path);
+  auto* const set = vtkPointSet::SafeDownCast(named);
+  if (set != nullptr && set->GetPoints() != nullptr) {
+    vtkNew<vtkPoints> points;
+    points->SetData(NamedForXml(set->GetPoints()->GetData(), path));
+    set->SetPoints(points);
+  }
+  if (auto* const grid = vtkRectilinearGrid::SafeDownCast(named)) {
+    grid->SetXCoordinates(NamedForXml(grid->GetXCoordinates(), path));
+    grid->SetYCoordinates(NamedForXml(grid->GetYCoordinates(), path));
+    grid->SetZCoordinates(NamedForXml(grid->GetZCoordinates(), path));
+  }
+  return named;
+}
+
 void WriteXmlFile(vtkDataSet* block, const FileEncoding& encoding, const std::string& path) {
   const XmlTarget* target = TargetFor(block);
   if (target == nullptr) throw FileError(path, "a mesh of this kind cannot be written");
   const vtkSmartPointer<vtkXMLWriter> writer = target->make();
   VtkErrorCapture errors;
   writer->SetFileName(path.c_str());
-  writer->SetInputDataObject(block);
+  const vtkSmartPointer<vtkDataSet> named = NamedForXml(block, path);
+  writer->SetInputDataObject(named);
   SetEncoding(writer, encoding, block);
   StopWhenCancelled(writer);
   const int ok = writer->Write();
@@ -171,21 +275,10 @@ bool SurvivesText(vtkDataArray* array) {
 
 /// Whether every number of a block comes back the same from a legacy text file.
 bool SurvivesText(vtkDataSet* block) {
-  for (vtkFieldData* data :
-       {static_cast<vtkFieldData*>(block->GetPointData()),
-        static_cast<vtkFieldData*>(block->GetCellData()), block->GetFieldData()}) {
-    for (int i = 0; i < data->GetNumberOfArrays(); ++i) {
-      if (!SurvivesText(data->GetArray(i))) return false;
-    }
-  }
-  if (auto* set = vtkPointSet::SafeDownCast(block)) {
-    return set->GetPoints() == nullptr || SurvivesText(set->GetPoints()->GetData());
-  }
-  if (auto* grid = vtkRectilinearGrid::SafeDownCast(block)) {
-    return SurvivesText(grid->GetXCoordinates()) && SurvivesText(grid->GetYCoordinates()) &&
-           SurvivesText(grid->GetZCoordinates());
-  }
-  return true;
+  const std::vector<vtkAbstractArray*> arrays = ArraysOf(block);
+  return std::all_of(arrays.begin(), arrays.end(), [](vtkAbstractArray* array) {
+    return SurvivesText(vtkDataArray::SafeDownCast(array));
+  });
 }
 
 void WriteLegacyFile(vtkDataSet* block, const FileEncoding& encoding, const std::string& path) {

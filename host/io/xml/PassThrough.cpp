@@ -226,13 +226,13 @@ class PassThroughWriter {
     const auto place = EndOfSection(made.section);
     const bool isInline = layout.appendedBegin == 0;
     const auto format = PayloadFormat::Of(layout, isInline || layout.isAppendedText);
-    if (type == nullptr || !place || !format || !made.array->HasStandardMemoryLayout())
-      return false;
+    const auto name = AttributeText(made.array->GetName());
+    if (type == nullptr || !place || !format || !name) return false;
+    if (!made.array->HasStandardMemoryLayout()) return false;
     if (made.array->GetNumberOfValues() == 0) return false;
     const std::int64_t bytes = made.array->GetNumberOfValues() * made.array->GetDataTypeSize();
     if (!format->wideHeader && bytes > std::numeric_limits<std::uint32_t>::max()) return false;
-    std::string tag = "  <DataArray type=\"" + std::string(type) + "\" Name=\"" +
-                      Escaped(made.array->GetName()) + "\"";
+    std::string tag = "  <DataArray type=\"" + std::string(type) + "\" Name=\"" + *name + "\"";
     if (made.array->GetNumberOfComponents() > 1) {
       tag += " NumberOfComponents=\"" + std::to_string(made.array->GetNumberOfComponents()) + "\"";
     }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "../XmlText.h"
+
 namespace qelhost {
 namespace {
 
@@ -73,7 +75,43 @@ class EndOfTag {
   char m_quote = 0;
 };
 
+/// The bytes of the character at text[at], as far as XML allows it; 0 when it does not.
+std::size_t LengthOfCharacter(const std::string& text, std::size_t at) {
+  const auto byte = [&text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+  const unsigned lead = byte(at);
+  if (lead < 0x80) return lead >= 0x20 || std::strchr("\t\r\n", static_cast<int>(lead)) ? 1 : 0;
+  const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+  if (lead < 0xC2 || lead > 0xF4 || at + length > text.size()) return 0;
+  std::uint32_t point = lead & (0xFFu >> (length + 1));
+  for (std::size_t i = 1; i < length; ++i) {
+    if ((byte(at + i) & 0xC0u) != 0x80) return 0;
+    point = point << 6 | (byte(at + i) & 0x3Fu);
+  }
+  constexpr std::uint32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
+  const bool isSurrogate = point >= 0xD800 && point <= 0xDFFF;
+  const bool isNone = point == 0xFFFE || point == 0xFFFF || point > 0x10FFFF;
+  return point < kLeast[length] || isSurrogate || isNone ? 0 : length;
+}
+
 }  // namespace
+
+std::optional<std::string> AttributeText(const std::string& text) {
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t length = text[at] == '\0' ? 0 : LengthOfCharacter(text, at);
+    if (length == 0) return std::nullopt;
+    at += length;
+  }
+  std::string value;
+  for (const char c : Escaped(text)) {
+    // A line break within quotes would be read as a blank.
+    if (std::strchr("\t\r\n", c) == nullptr) {
+      value += c;
+    } else {
+      value += "&#" + std::to_string(static_cast<int>(c)) + ";";
+    }
+  }
+  return value;
+}
 
 const XmlAttribute* XmlTag::Find(const char* attribute) const {
   for (const XmlAttribute& candidate : attributes) {

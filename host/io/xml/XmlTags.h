@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <istream>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,10 @@ struct XmlTag {
   /// "" when there is none.
   std::string Value(const char* attribute) const;
 };
+
+/// The text as the value of an attribute that reads back the same; nothing when no XML file can hold
+/// it: most control characters, and bytes that are no UTF-8.
+std::optional<std::string> AttributeText(const std::string& text);
 
 class XmlTagScanner {
  public:
