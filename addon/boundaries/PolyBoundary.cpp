@@ -11,8 +11,11 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <limits>
+#include <queue>
 #include <string>
+#include <utility>
 
 namespace qelvane::qelutiltools {
 
@@ -58,23 +61,31 @@ class CornerRing {
   std::vector<bool> m_isActive;
 };
 
-/// Takes reflex and collinear corners out of the ring until none is left. A removal counts at once
-/// for the corners after it, so the pockets tile what the hull has too much.
+/// Takes reflex and collinear corners out of the ring until none is left, going around it in
+/// passes. A removal counts at once for the corners after it, so the pockets tile what the hull has
+/// too much. After the first pass only corners that have got another neighbour are looked at: a
+/// curve that is undone from its end loses a single corner in each of its passes.
 std::vector<Point2d> CutPockets(const std::vector<Point2d>& corners, std::int32_t orientation,
                                 CornerRing& ring) {
+  using Visit = std::pair<std::size_t, std::size_t>;  // the pass, and the corner in it
+  std::vector<Visit> firstPass;
+  firstPass.reserve(corners.size());
+  for (std::size_t v = 0; v < corners.size(); ++v) firstPass.emplace_back(0, v);
+  std::priority_queue<Visit, std::vector<Visit>, std::greater<>> visits(std::greater<>(),
+                                                                        std::move(firstPass));
   std::vector<Point2d> pockets;
-  bool hasRemoved = true;
-  while (hasRemoved) {
-    hasRemoved = false;
-    for (std::size_t v = 0; v < corners.size(); ++v) {
-      if (!ring.IsActive(v)) continue;
-      const Point2d& previous = corners[ring.Previous(v)];
-      const Point2d& next = corners[ring.Next(v)];
-      const double area = 0.5 * TriangleSum(previous, corners[v], next);
-      if (area != 0.0 && SignOf(area) == orientation) continue;
-      pockets.insert(pockets.end(), {previous, corners[v], next});
-      ring.Remove(v);
-      hasRemoved = true;
+  while (!visits.empty()) {
+    const auto [pass, v] = visits.top();
+    visits.pop();
+    if (!ring.IsActive(v)) continue;
+    const std::size_t previous = ring.Previous(v);
+    const std::size_t next = ring.Next(v);
+    const double area = 0.5 * TriangleSum(corners[previous], corners[v], corners[next]);
+    if (area != 0.0 && SignOf(area) == orientation) continue;
+    pockets.insert(pockets.end(), {corners[previous], corners[v], corners[next]});
+    ring.Remove(v);
+    for (const std::size_t neighbour : {previous, next}) {
+      visits.emplace(neighbour > v ? pass : pass + 1, neighbour);
     }
   }
   return pockets;
