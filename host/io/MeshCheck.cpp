@@ -90,6 +90,15 @@ bool ArePolyhedraSound(vtkUnstructuredGrid* grid) {
   return true;
 }
 
+/// Not by a product, which may wrap around.
+bool AreNodesOf(const int (&dimensions)[3], std::int64_t nodes) {
+  for (const int count : dimensions) {
+    if (count < 1 || nodes % count != 0) return nodes == 0 && count < 1;
+    nodes /= count;
+  }
+  return nodes == 1;
+}
+
 }  // namespace
 
 void CheckMesh(const std::string& path, vtkDataSet* block) {
@@ -111,7 +120,7 @@ void CheckMesh(const std::string& path, vtkDataSet* block) {
   } else if (auto* structured = vtkStructuredGrid::SafeDownCast(block)) {
     int dimensions[3];
     structured->GetDimensions(dimensions);
-    sound = std::int64_t{dimensions[0]} * dimensions[1] * dimensions[2] == nodes;
+    sound = AreNodesOf(dimensions, nodes);
   } else if (auto* rectilinear = vtkRectilinearGrid::SafeDownCast(block)) {
     int dimensions[3];
     rectilinear->GetDimensions(dimensions);

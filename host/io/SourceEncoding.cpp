@@ -1,18 +1,18 @@
 #include "SourceEncoding.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
 
 #include "FileError.h"
+#include "xml/PieceCounts.h"
 #include "xml/XmlTags.h"
 
 namespace qelhost {
 namespace {
 
 constexpr char kNotXml[] = "not a VTK XML file";
-
-std::int64_t Number(const std::string& text) { return std::strtoll(text.c_str(), nullptr, 10); }
 
 class Overview {
  public:
@@ -27,12 +27,7 @@ class Overview {
       result.encoding.wideHeader = value("header_type") == "UInt64";
       result.encoding.bigEndian = value("byte_order") == "BigEndian";
     } else if (name == "Piece" && tag.Find("NumberOfPoints") != nullptr) {
-      result.countsKnown = true;
-      result.points += Number(value("NumberOfPoints"));
-      for (const char* key :
-           {"NumberOfCells", "NumberOfVerts", "NumberOfLines", "NumberOfStrips", "NumberOfPolys"}) {
-        result.cells += Number(value(key));
-      }
+      TakePiece(PieceCounts::Of(tag));
     } else if (name == "DataArray") {
       TakeArray(value("format"), value("Name"), value("type"));
     } else if (name == "AppendedData") {
@@ -51,6 +46,15 @@ class Overview {
   XmlOverview result;
 
  private:
+  /// Each count is small enough for as many sums as a file has room for.
+  void TakePiece(const PieceCounts& counts) {
+    result.countsKnown = true;
+    result.areCountsSound = result.areCountsSound && counts.areSound;
+    if (!result.areCountsSound) return;
+    result.points += counts.nodes;
+    result.cells += counts.cells;
+  }
+
   void TakeArray(const std::string& format, const std::string& name, const std::string& type) {
     if (m_format.empty()) m_format = format;
     if (name == "connectivity") result.encoding.wideIds = type != "Int32";
@@ -90,6 +94,9 @@ XmlOverview ScanXmlFile(const std::string& path) {
   }
   if (overview.result.type.empty()) throw FileError(path, kNotXml);
   if (!EndsAsXml(in)) throw FileError(path, "damaged: the file is cut off");
+  if (!overview.result.areCountsSound) {
+    throw FileError(path, "damaged: a piece counts what cannot be counted");
+  }
   overview.Finish();
   return overview.result;
 }
@@ -114,7 +121,8 @@ FileEncoding ScanLegacyFile(const std::string& path) {
     throw FileError(path, "not a legacy VTK file");
   }
   encoding.known = true;
-  encoding.legacyMajorVersion = static_cast<int>(Number(first.substr(sizeof(kMark) - 1)));
+  encoding.legacyMajorVersion = static_cast<int>(
+      std::clamp(std::strtol(first.c_str() + sizeof(kMark) - 1, nullptr, 10), 0L, 1000L));
   encoding.legacyTitle = line();
   std::string mode = line();
   std::transform(mode.begin(), mode.end(), mode.begin(),

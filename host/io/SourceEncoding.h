@@ -26,6 +26,7 @@ struct XmlOverview {
   std::int64_t points = 0;  ///< summed over the pieces; of unstructured kinds alone
   std::int64_t cells = 0;
   bool countsKnown = false;
+  bool areCountsSound = true;
 };
 
 /// Scans the tags of an XML file up to its appended data, and its end. Throws FileError when it

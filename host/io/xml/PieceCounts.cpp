@@ -5,13 +5,6 @@
 #include <sstream>
 
 namespace qelhost {
-namespace {
-
-/// Many more than fit into memory, and few enough to be multiplied.
-constexpr std::int64_t kMost = std::int64_t{1} << 40;
-
-}  // namespace
-
 std::optional<std::int64_t> NumberIn(const std::string& text) {
   const std::size_t first = text.find_first_not_of(" \t\r\n");
   if (first == std::string::npos) return std::nullopt;

@@ -16,6 +16,9 @@ std::optional<std::int64_t> NumberIn(const std::string& text);
 
 /// What a piece has, as its tag says; or the mesh of all pieces.
 struct PieceCounts {
+  /// Many more than fit into memory, and few enough to be multiplied.
+  static constexpr std::int64_t kMost = std::int64_t{1} << 40;
+
   std::map<std::string, std::int64_t> counts;  ///< "NumberOfPoints" and so on
   std::int64_t nodes = -1;                     ///< -1: it does not say
   std::int64_t cells = -1;

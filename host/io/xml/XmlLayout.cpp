@@ -80,8 +80,8 @@ class LayoutReader {
 
   bool Finish() {
     // What no piece fills would be left as it lay in memory.
-    const bool isFilled = m_pieces == 1 ? m_isFilledByOne : m_cells >= m_whole.cells;
-    if (m_whole.hasExtent && m_whole.nodes > 0 && !isFilled) {
+    const bool isFilled = m_pieces == 1 ? m_isFilledByOne : m_cells >= layout.whole.cells;
+    if (layout.whole.hasExtent && layout.whole.nodes > 0 && !isFilled) {
       Damaged("its pieces do not fill its extent");
     }
     RequirePlain(m_pieces == 1 && m_pointArrays <= 1);
@@ -98,7 +98,10 @@ class LayoutReader {
     }
     if (tag.name != "?xml") return tag.name == "!--" || tag.name.front() == '?';
     const XmlAttribute* const encoding = tag.Find("encoding");
-    return encoding == nullptr || IsOneOf(encoding->value, {"UTF-8", "utf-8"});
+    // All of them leave the letters of markup where they are.
+    return encoding == nullptr ||
+           IsOneOf(encoding->value, {"UTF-8", "utf-8", "ISO-8859-1", "iso-8859-1", "US-ASCII",
+                                     "us-ascii", "ASCII", "ascii"});
   }
 
   bool TakeBegin(const XmlTag& tag) {
@@ -150,7 +153,7 @@ class LayoutReader {
   void TakeSection(const XmlTag& tag) {
     if (m_open.size() == 1) {
       RequirePlain(tag.name == layout.type && ++m_meshes == 1);
-      m_whole = PieceCounts::Of(tag);
+      layout.whole = PieceCounts::Of(tag);
     }
     if (tag.name == "Piece") {
       RequirePlain(m_open.size() == 2);
@@ -158,7 +161,7 @@ class LayoutReader {
       if (!m_counts.areSound) Damaged("a piece counts what cannot be counted");
       layout.points = m_counts.Of("NumberOfPoints");
       layout.cells = m_counts.Of("NumberOfCells");
-      m_isFilledByOne = m_isFilledByOne || m_counts.Contains(m_whole);
+      m_isFilledByOne = m_isFilledByOne || m_counts.Contains(layout.whole);
       m_cells += std::max<std::int64_t>(m_counts.cells, 0);
       m_names.clear();
       m_coordinates = 0;
@@ -207,7 +210,10 @@ class LayoutReader {
       return m_coordinates < 3 ? m_counts.ticks[m_coordinates++] : -1;
     if (array.section == XmlSection::FieldData) {
       const XmlAttribute* const tuples = array.tag.Find("NumberOfTuples");
-      return tuples == nullptr ? -1 : NumberIn(tuples->value).value_or(-1);
+      if (tuples == nullptr) return -1;
+      const std::optional<std::int64_t> count = NumberIn(tuples->value);
+      if (!count || *count > PieceCounts::kMost) Damaged("an array counts what cannot be counted");
+      return *count;
     }
     const std::int64_t count = m_counts.Of("NumberOf" + array.part);
     if (array.name == "types" || array.name == "offsets") return count;
@@ -259,7 +265,7 @@ class LayoutReader {
 
   void TakeAppended(const XmlTag& tag) {
     const std::string encoding = tag.Value("encoding");
-    RequirePlain(IsOneOf(encoding, {"raw", "base64"}));
+    if (!IsOneOf(encoding, {"raw", "base64"})) Damaged("its data have no known encoding");
     layout.isAppendedText = encoding != "raw";
     constexpr std::streamsize kMostBefore = 4096;
     std::string before(kMostBefore, '\0');
@@ -310,7 +316,6 @@ class LayoutReader {
   const std::string& m_path;
   std::istream& m_in;
   XmlTagScanner m_scanner;
-  PieceCounts m_whole;
   PieceCounts m_counts;      ///< of the piece in hand
   std::int64_t m_cells = 0;  ///< of the pieces so far
   bool m_isFilledByOne = false;

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "PieceCounts.h"
 #include "XmlTags.h"
 
 namespace qelhost {
@@ -37,6 +38,7 @@ struct XmlLayout {
   std::string compressor;  ///< VTK's class name; "" for none
   bool wideHeader = false;
   bool bigEndian = false;
+  PieceCounts whole;                      ///< of all pieces: its extent, where the type has one
   bool isAppendedText = false;            ///< the appended data are base64
   std::vector<XmlTag> attributeSections;  ///< PointData and CellData, as opened
   std::vector<std::int64_t> sectionEnds;  ///< their end tags, in the same order

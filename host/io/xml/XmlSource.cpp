@@ -9,6 +9,7 @@
 #include <set>
 #include <utility>
 
+#include "../FileError.h"
 #include "../XmlText.h"
 #include "LargeMemory.h"
 #include "PayloadCheck.h"
@@ -132,17 +133,20 @@ void KnowPoints(XmlSource& source, vtkDataSet* block) {
 }  // namespace
 
 std::shared_ptr<XmlSource> OpenXmlSource(const std::string& path) {
-  if (!ByteFile::MayOpenAnother()) return nullptr;
+  const bool mayStayOpen = ByteFile::MayOpenAnother();
   auto source = std::make_shared<XmlSource>();
   source->file = std::make_shared<const ByteFile>(path);
   std::optional<XmlLayout> layout = ReadXmlLayout(path);
-  if (!layout) return nullptr;
+  // VTK's reader would take at its word what nobody has looked at.
+  if (!layout) throw FileError(path, "damaged, or marked up as no VTK file is");
   CheckPayloads(source->file, *layout);
-  if (!layout->isPlain) return nullptr;
+  if (!layout->isPlain || !mayStayOpen) return nullptr;
   source->layout = std::move(*layout);
   std::set<std::pair<XmlSection, std::string>> names;
   for (const XmlArray& array : source->layout.arrays) {
     if (!IsVariable(array)) continue;
+    // VTK makes marks of them.
+    if (array.name == kOldGhostName) return nullptr;
     if (!IsPlainVariable(array) || !names.insert({array.section, array.name}).second)
       return nullptr;
   }

@@ -16,6 +16,9 @@
 
 namespace qelhost {
 
+/// The array of marks in files that are older than vtkGhostType.
+constexpr char kOldGhostName[] = "vtkGhostLevels";
+
 /// What stays known of a file of one mesh while its data set is open.
 struct XmlSource {
   std::shared_ptr<const ByteFile> file;

@@ -1,4 +1,6 @@
 // Markup that VTK does not write itself, and files that say what they do not hold.
+#include <sys/resource.h>
+
 #include <gmock/gmock.h>
 #include <vtkXMLStructuredGridWriter.h>
 
@@ -244,6 +246,81 @@ TEST_F(XmlLayout, ARangeThatIsStillTheSameIsNotWrittenAnew) {
   field->set(field, 0, 1.0 / 3 - 1e-9);
   WriteDataSet(*data, In("target.vtu"));
   EXPECT_THAT(Contents(In("target.vtu")), HasSubstr("RangeMin=\"0.33333333233"));
+}
+
+/// Nobody has looked at what such markup hides.
+TEST_F(XmlLayout, MarkupThatVtkDoesNotWriteIsRefused) {
+  const std::string text = Bricks(vtkXMLWriter::Ascii, 0, vtkXMLWriter::NONE);
+  const std::string error = "damaged, or marked up as no VTK file is";
+  EXPECT_EQ(ErrorOf(text), "");
+  EXPECT_EQ(ErrorOf(Replaced(text, "<Cells>", "<![CDATA[ ]]><Cells>")), error);
+  EXPECT_EQ(ErrorOf(Replaced(text, "<VTKFile", "<!DOCTYPE a [<!ENTITY n \"9\">]><VTKFile")), error);
+  EXPECT_EQ(ErrorOf(Replaced(text, "byte_order=\"Little", "byte_order=\"&#76;ittle")), error);
+  EXPECT_EQ(ErrorOf(Replaced(text, "<Cells>", "<Other></Cells><Cells>")), error);
+}
+
+TEST_F(XmlLayout, DeclaredEncodingsThatLeaveLettersWhereTheyAreAreRead) {
+  const std::string text = RawBricks();
+  for (const char* encoding : {"UTF-8", "ISO-8859-1", "us-ascii"}) {
+    const std::string declared = std::string("<?xml version=\"1.0\" encoding=\"") + encoding;
+    EXPECT_EQ(ErrorOf(Replaced(text, "<VTKFile", declared + "\"?>\n<VTKFile")), "") << encoding;
+  }
+}
+
+TEST_F(XmlLayout, CountsThatNoSumHoldsAreRefused) {
+  const std::string text = Bricks(vtkXMLWriter::Ascii, 0, vtkXMLWriter::NONE);
+  const std::string error = "damaged: a piece counts what cannot be counted";
+  const std::string piece = "<Piece NumberOfPoints=\"9223372036854775807\" NumberOfCells=\"2\">";
+  EXPECT_EQ(ErrorOf(Replaced(text, "<Piece", piece + "</Piece>" + piece + "</Piece><Piece")),
+            error);
+  for (const char* count : {"9000000000000000000", "-1", "12x", "", "99999999999999999999"}) {
+    EXPECT_EQ(
+        ErrorOf(Replaced(text, "NumberOfPoints=\"12", std::string("NumberOfPoints=\"") + count)),
+        error)
+        << count;
+    EXPECT_EQ(ErrorOf(Replaced(text, "NumberOfCells=\"2", std::string("NumberOfCells=\"") + count)),
+              error)
+        << count;
+  }
+}
+
+TEST_F(XmlLayout, TuplesOfANoteThatCannotBeCountedAreRefused) {
+  const std::string text = RawBricks();
+  for (const char* count : {"9000000000000000000", "-1", "&#57;"}) {
+    EXPECT_EQ(
+        ErrorOf(Replaced(text, "NumberOfTuples=\"1", std::string("NumberOfTuples=\"") + count)),
+        "damaged: an array counts what cannot be counted")
+        << count;
+  }
+}
+
+/// Files that stay open are few; the others are looked at all the same.
+TEST_F(XmlLayout, FilesAreCheckedWhenNoneMayStayOpen) {
+  const std::string good = RawBricks();
+  std::vector<DataSetPtr> open;
+  for (int n = 0; n < 30; ++n) open.push_back(ReadDataSet(Saved(good)));
+  rlimit before{};
+  ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+  rlimit tight = before;
+  tight.rlim_cur = 58;
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &tight), 0);
+  const auto data = ReadDataSet(Saved(good));
+  const std::string error = ErrorOf(Replaced(good, "NumberOfPoints=\"12", "NumberOfPoints=\"13"));
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
+  EXPECT_EQ(NodeOf(*data).xml, nullptr) << "the test means files that do not stay open";
+  EXPECT_EQ(error, "damaged: array \"p\" is incomplete");
+}
+
+/// VTK makes marks of them while it reads.
+TEST_F(XmlLayout, GhostLevelsOfOldFilesAreMarks) {
+  vtkNew<vtkUnsignedCharArray> levels;
+  levels->SetName("vtkGhostLevels");
+  levels->InsertNextValue(0);
+  levels->InsertNextValue(1);
+  m_mesh->GetCellData()->AddArray(levels);
+  const std::string path = Saved(RawBricks());
+  const auto data = ReadDataSet(path);
+  ExpectSame(NodeOf(*data).block, ReadByVtk(path));
 }
 
 }  // namespace
