@@ -6,10 +6,14 @@
 #include <cstring>
 #include <filesystem>
 #include <map>
+#include <new>
+#include <stdexcept>
 #include <utility>
 
 #include "Formats.h"
 #include "HiddenCells.h"
+#include "InputFile.h"
+#include "ReadWatch.h"
 #include "Writers.h"
 
 namespace qelhost {
@@ -84,8 +88,7 @@ const Format& WritableFormat(const std::string& path) {
 }  // namespace
 
 DataSetPtr ReadDataSet(const std::string& path) {
-  std::error_code error;
-  if (!fs::exists(path, error)) throw FileError(path, "No such file or directory");
+  RequireFile(path);
   const Format* format = FindFormat(path);
   if (format == nullptr) {
     throw FileError(path, "unknown format \"" + ExtensionOf(path) + "\"");
@@ -98,12 +101,20 @@ DataSetPtr ReadDataSet(const std::string& path) {
     BlockCollector blocks(source->hasTimes);
     for (const FileStep& step : source->steps) blocks.Add(step);
     return std::make_shared<DataSet>(StemOf(path), blocks.entries, source);
-  } catch (const DataError& reason) {
-    throw FileError(path, reason.what());
+  } catch (const FileError&) {
+    throw;
+  } catch (const ReadCancelled&) {
+    throw;
+  } catch (const ValuesError&) {
+    throw;  // it names the file that could not be read
   } catch (const fs::filesystem_error& reason) {
     throw FileError(path, reason.code().message());
   } catch (const std::bad_alloc&) {
     throw FileError(path, "not enough memory to read it");
+  } catch (const std::length_error&) {
+    throw FileError(path, "damaged: it asks for more than any memory holds");
+  } catch (const std::exception& reason) {
+    throw FileError(path, reason.what());
   }
 }
 

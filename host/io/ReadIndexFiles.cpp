@@ -10,6 +10,7 @@
 #include "FileError.h"
 #include "Formats.h"
 #include "IndexFiles.h"
+#include "InputFile.h"
 #include "ReadWatch.h"
 #include "VtkErrors.h"
 
@@ -23,9 +24,8 @@ constexpr char kCollectionType[] = "Collection";
 
 /// The VTKFile element, which has one of the type given in it; throws FileError.
 Element ParseIndex(const std::string& path, const std::string& type) {
-  std::error_code error;
-  if (!std::filesystem::exists(path, error)) throw FileError(path, "No such file or directory");
-  if (std::filesystem::is_directory(path, error)) throw FileError(path, "Is a directory");
+  RequireFile(path);
+  CheckIndexMarkup(path);
   VtkErrorCapture errors;
   const auto root = Element::Take(vtkXMLUtilities::ReadElementFromFile(path.c_str()));
   if (root == nullptr || errors.HasError()) {
@@ -79,7 +79,7 @@ std::string Beside(const std::string& index, const std::string& file) {
 FileNode ReadPiece(const std::string& file) {
   const Format* format = FindFormat(file);
   if (format == nullptr) {
-    if (!std::filesystem::exists(file)) throw FileError(file, "No such file or directory");
+    RequireFile(file);
     FileNode node;
     node.carriedFile = file;
     return node;

@@ -1,0 +1,25 @@
+// What readers of several formats have in common.
+#pragma once
+
+#include <vtkDataObject.h>
+#include <vtkDataSet.h>
+
+#include <string>
+
+#include "FileTree.h"
+#include "VtkErrors.h"
+
+namespace qelhost {
+
+void RequireNoError(const std::string& path, const VtkErrorCapture& errors);
+
+/// The tree of what a reader gave.
+FileNode NodeOf(vtkDataObject* data, const FileEncoding& encoding);
+
+/// The only step of a file of one block.
+void TakeBlock(FileSource& source, vtkDataSet* block, const FileEncoding& encoding);
+
+/// Readers of VTK's hand on whatever connectivity a file has. Throws FileError.
+void CheckMeshes(const std::string& path, const FileNode& node);
+
+}  // namespace qelhost

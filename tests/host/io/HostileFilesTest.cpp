@@ -1,0 +1,220 @@
+// Files that somebody made to do harm, or that no program ever wrote: each is refused in one line.
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+#include <vtkXMLPolyDataWriter.h>
+#include <vtkXMLStructuredGridWriter.h>
+#include <vtkXMLUnstructuredGridWriter.h>
+
+#include "DataSetFiles.h"
+#include "FileTesting.h"
+#include "ReadWatch.h"
+
+namespace {
+
+using namespace filetesting;
+using qelhost::FileError;
+using qelhost::ReadDataSet;
+using ::testing::HasSubstr;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+class HostileFiles : public FolderTest {
+ protected:
+  std::string SaveMesh(const std::string& name, vtkDataSet* mesh, int mode = vtkXMLWriter::Ascii) {
+    const std::string extension = fs::path(name).extension();
+    vtkSmartPointer<vtkXMLWriter> writer;
+    if (extension == ".vtp") writer = vtkSmartPointer<vtkXMLPolyDataWriter>::New();
+    if (extension == ".vts") writer = vtkSmartPointer<vtkXMLStructuredGridWriter>::New();
+    if (extension == ".vtu") writer = vtkSmartPointer<vtkXMLUnstructuredGridWriter>::New();
+    writer->SetFileName(In(name).c_str());
+    writer->SetInputDataObject(mesh);
+    writer->SetDataMode(mode);
+    EXPECT_EQ(writer->Write(), 1);
+    return In(name);
+  }
+  std::string SaveBricks(const std::string& name, int mode = vtkXMLWriter::Ascii) {
+    return SaveMesh(name, TwoBricks(), mode);
+  }
+  std::string Saved(const std::string& name, const std::string& text) {
+    Save(In(name), text);
+    return In(name);
+  }
+  void Replace(const std::string& name, const std::string& what, const std::string& by) {
+    std::string text = Contents(In(name));
+    const std::size_t at = text.find(what);
+    ASSERT_NE(at, std::string::npos) << what;
+    Save(In(name), text.replace(at, what.size(), by));
+  }
+
+  /// One line, with a file's name first; nothing on the error stream. "" when it can be read.
+  static std::string ReadError(const std::string& path) {
+    ::testing::internal::CaptureStderr();
+    std::string text;
+    try {
+      ReadDataSet(path);
+    } catch (const FileError& error) {
+      text = error.what();
+    }
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
+    EXPECT_THAT(text, Not(HasSubstr("\n")));
+    return text;
+  }
+
+  static std::string Blocks(const std::string& entries) {
+    return "<VTKFile type=\"vtkMultiBlockDataSet\" version=\"1.0\"><vtkMultiBlockDataSet>" +
+           entries + "</vtkMultiBlockDataSet></VTKFile>";
+  }
+  static std::string Series(const std::string& entries) {
+    return "<VTKFile type=\"Collection\"><Collection>" + entries + "</Collection></VTKFile>";
+  }
+  static std::string Entry(const std::string& file) {
+    return "<DataSet timestep=\"1\" index=\"0\" file=\"" + file + "\"/>";
+  }
+  /// With the arrays of the small meshes.
+  static std::string Pieces(const std::string& type, const std::string& attributes,
+                            const std::string& pieces) {
+    return "<VTKFile type=\"" + type + "\" version=\"1.0\" byte_order=\"LittleEndian\"><" + type +
+           attributes +
+           "><PPointData><PDataArray type=\"Float64\" Name=\"p\"/><PDataArray type=\"Float32\" "
+           "Name=\"U\" NumberOfComponents=\"3\"/></PPointData><PCellData><PDataArray "
+           "type=\"Float32\" Name=\"p\"/></PCellData><PPoints><PDataArray type=\"" +
+           (type == "PUnstructuredGrid" ? "Float64" : "Float32") +
+           "\" NumberOfComponents=\"3\"/></PPoints>" + pieces + "</" + type + "></VTKFile>";
+  }
+  static std::string Piece(const std::string& file) { return "<Piece Source=\"" + file + "\"/>"; }
+};
+
+// ---- what is no file ----
+
+TEST_F(HostileFiles, WhatIsNoRegularFileIsRefusedInEveryFormat) {
+  for (const auto& format : qelhost::KnownFormats()) {
+    const std::string pipe = In("pipe" + format.extension);
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_EQ(ReadError(pipe), pipe + ": is no regular file");
+    const std::string device = In("device" + format.extension);
+    fs::create_symlink("/dev/zero", device);
+    EXPECT_EQ(ReadError(device), device + ": is no regular file");
+    const std::string folder = In("folder" + format.extension);
+    fs::create_directory(folder);
+    EXPECT_EQ(ReadError(folder), folder + ": Is a directory");
+    const std::string itself = In("itself" + format.extension);
+    fs::create_symlink(itself, itself);
+    EXPECT_EQ(ReadError(itself), itself + ": Too many levels of symbolic links");
+  }
+}
+
+TEST_F(HostileFiles, SocketIsRefused) {
+  const std::string path = In("socket.vtu");
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  ASSERT_LT(path.size(), sizeof(address.sun_path));
+  path.copy(address.sun_path, path.size());
+  const int made = socket(AF_UNIX, SOCK_STREAM, 0);
+  ASSERT_EQ(bind(made, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
+  EXPECT_EQ(ReadError(path), path + ": is no regular file");
+  close(made);
+}
+
+TEST_F(HostileFiles, WhatIsNoRegularFileIsRefusedAsAPiece) {
+  for (const char* name : {"pipe.vtu", "pipe.dat", "pipe.vtm"}) {
+    ASSERT_EQ(mkfifo(In(name).c_str(), 0600), 0);
+    EXPECT_EQ(ReadError(Saved("a.vtm", Blocks(Entry(name)))), In(name) + ": is no regular file");
+  }
+  EXPECT_EQ(ReadError(Saved("a.pvd", Series(Entry("pipe.vtu")))),
+            In("pipe.vtu") + ": is no regular file");
+  EXPECT_EQ(ReadError(Saved("a.pvtu", Pieces("PUnstructuredGrid", "", Piece("pipe.vtu")))),
+            In("pipe.vtu") + ": is no regular file");
+}
+
+// ---- pieces of one mesh ----
+
+TEST_F(HostileFiles, PiecesAreCheckedLikeFilesOfTheirOwn) {
+  const std::string index =
+      Saved("a.pvtu", Pieces("PUnstructuredGrid", "", Piece("good.vtu") + Piece("bad.vtu")));
+  SaveBricks("good.vtu");
+  const auto error = [&](const std::string& what, const std::string& by) {
+    SaveBricks("bad.vtu");
+    Replace("bad.vtu", what, by);
+    return ReadError(index);
+  };
+  EXPECT_EQ(error("Name=\"note\"", "Name=\"note\""), "");
+  const std::string bad = In("bad.vtu");
+  EXPECT_EQ(error("NumberOfPoints=\"12\"", "NumberOfPoints=\"13\""),
+            bad + ": damaged: array \"p\" is incomplete");
+  EXPECT_EQ(error("NumberOfPoints=\"12\"", "NumberOfPoints=\"-1\""),
+            bad + ": damaged: a piece counts what cannot be counted");
+  EXPECT_EQ(error("0 1 4 3 6 7", "0 1 4711 3 6 7"),
+            bad + ": damaged: its cells refer to nodes that do not exist");
+  EXPECT_EQ(error("<Cells>", "<![CDATA[<Cells>]]><Cells>"),
+            bad + ": damaged, or marked up as no VTK file is");
+  EXPECT_EQ(error("type=\"UnstructuredGrid\"", "type=\"PolyData\""),
+            bad + ": holds PolyData where UnstructuredGrid belongs");
+  EXPECT_EQ(error("type=\"Float64\" Name=\"p\"", "type=\"Float32\" Name=\"p\""),
+            bad + ": array \"p\" is another than its index says");
+  EXPECT_EQ(error("Name=\"U\" NumberOfComponents=\"3\"", "Name=\"U\" NumberOfComponents=\"1\""),
+            bad + ": array \"U\" is another than its index says");
+  EXPECT_EQ(error("Name=\"U\"", "Name=\"V\""), bad + ": lacks array \"U\" that its index names");
+}
+
+/// VTK makes room by the index, and copies by the piece.
+TEST_F(HostileFiles, IndexOfPiecesIsCheckedItself) {
+  SaveBricks("good.vtu");
+  const auto error = [&](const std::string& what, const std::string& by) {
+    Saved("a.pvtu", Pieces("PUnstructuredGrid", "", Piece("good.vtu")));
+    Replace("a.pvtu", what, by);
+    return ReadError(In("a.pvtu"));
+  };
+  EXPECT_EQ(error("a", "a"), "");
+  EXPECT_EQ(error("NumberOfComponents=\"3\"", "NumberOfComponents=\"2147483647\""),
+            In("a.pvtu") + ": damaged: an array counts what cannot be counted");
+  EXPECT_EQ(error("type=\"Float64\" Name=\"p\"", "type=\"Int8\" Name=\"p\""),
+            In("good.vtu") + ": array \"p\" is another than its index says");
+  EXPECT_EQ(error(Piece("good.vtu"), "<Piece/>"), In("a.pvtu") + ": damaged: a piece has no file");
+  EXPECT_EQ(error("<PPoints>", "<!DOCTYPE a><PPoints>"),
+            In("a.pvtu") + ": damaged: it has declarations or marked text");
+  EXPECT_EQ(error(Piece("good.vtu"), Piece("a.pvtu")),
+            In("a.pvtu") + ": holds PUnstructuredGrid where UnstructuredGrid belongs");
+}
+
+/// The order of arrays is each file's own.
+TEST_F(HostileFiles, PiecesMayHaveTheirArraysInAnotherOrder) {
+  const auto mesh = TwoBricks();
+  SaveMesh("a.vtu", mesh);
+  const auto other = vtkSmartPointer<vtkUnstructuredGrid>::New();
+  other->CopyStructure(mesh);
+  other->GetPointData()->AddArray(mesh->GetPointData()->GetArray("U"));
+  other->GetPointData()->AddArray(mesh->GetPointData()->GetArray("p"));
+  other->GetCellData()->AddArray(mesh->GetCellData()->GetArray("p"));
+  SaveMesh("b.vtu", other);
+  const auto data = ReadDataSet(
+      Saved("all.pvtu", Pieces("PUnstructuredGrid", "", Piece("a.vtu") + Piece("b.vtu"))));
+  const QelFieldData* const p = data->Readable(1, data->VariableNumber("p"));
+  ASSERT_NE(p, nullptr);
+  ASSERT_EQ(p->count, 24);
+  for (LgIndex_t i = 0; i < 12; ++i) EXPECT_EQ(p->get(p, i + 12), p->get(p, i)) << i;
+}
+
+TEST_F(HostileFiles, ExtentsOfPiecesAreChecked) {
+  const auto mesh = CurvedGrid();
+  SaveMesh("good.vts", mesh);
+  const auto error = [&](const std::string& whole, const std::string& piece) {
+    return ReadError(
+        Saved("a.pvts", Pieces("PStructuredGrid", " WholeExtent=\"" + whole + "\"",
+                               "<Piece Extent=\"" + piece + "\" Source=\"good.vts\"/>")));
+  };
+  const std::string index = In("a.pvts");
+  EXPECT_EQ(error("0 2 0 1 0 1", "0 2 0 1 0 1"), "");
+  EXPECT_EQ(error("0 4 0 1 0 1", "0 2 0 1 0 1"),
+            index + ": damaged: its pieces do not fill its extent");
+  EXPECT_EQ(error("0 4 0 1 0 1", "0 4 0 1 0 1"),
+            In("good.vts") + ": does not fill its piece's extent");
+  EXPECT_EQ(error("0 2147483647 0 2147483647 0 9", "0 2 0 1 0 1"),
+            index + ": damaged: it has an extent that cannot be");
+  EXPECT_EQ(error("0 2 0 1 0 1", ""), index + ": damaged: it has an extent that cannot be");
+}
+
+}  // namespace
