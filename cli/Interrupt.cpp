@@ -29,12 +29,16 @@ void EndOnInterrupt() {
   action.sa_handler = OnInterrupt;
   sigemptyset(&action.sa_mask);
   action.sa_flags = SA_RESTART;
-  sigaction(SIGINT, &action, nullptr);
+  for (const int signal : kInterrupts) {
+    struct sigaction before = {};
+    sigaction(signal, nullptr, &before);
+    // Whoever started the program wants it to outlive the terminal.
+    if (signal == SIGHUP && before.sa_handler == SIG_IGN) continue;
+    sigaction(signal, &action, nullptr);
+  }
 }
 
-HoldInterrupts::HoldInterrupts() { g_isHeld = 1; }
-
-HoldInterrupts::~HoldInterrupts() { g_isHeld = 0; }
+void HoldInterrupts() { g_isHeld = 1; }
 
 bool IsInterrupted() { return g_isInterrupted != 0; }
 

@@ -1,20 +1,20 @@
-// Ctrl-C: the program ends at once while it has nothing on disk, else after clearing up.
+// Ctrl-C and other requests to end: the program ends at once while it has nothing on disk, else
+// after clearing up.
 #pragma once
 
+#include <csignal>
+
 namespace marquell::cli {
+
+/// From the keyboard, from who manages the machine, and when the terminal goes.
+constexpr int kInterrupts[] = {SIGINT, SIGTERM, SIGHUP};
 
 /// From now on an interrupt ends the process with kInterrupted.
 void EndOnInterrupt();
 
-/// While one lives, an interrupt is only noted: files are being written, and who writes them asks
-/// IsInterrupted and clears up.
-class HoldInterrupts {
- public:
-  HoldInterrupts();
-  ~HoldInterrupts();
-  HoldInterrupts(const HoldInterrupts&) = delete;
-  HoldInterrupts& operator=(const HoldInterrupts&) = delete;
-};
+/// From now on an interrupt is only noted: files are being written, and who writes them asks
+/// IsInterrupted and clears up. Once they are written it comes too late.
+void HoldInterrupts();
 
 bool IsInterrupted();
 

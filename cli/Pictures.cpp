@@ -4,10 +4,11 @@
 #include "Terminal.h"
 
 #include <fmt/format.h>
-#include <spdlog/spdlog.h>
 
 #include <algorithm>
+#include <fstream>
 #include <optional>
+#include <string_view>
 
 namespace marquell::cli {
 
@@ -70,10 +71,27 @@ Picture DrawWith(qelhost::Painter& painter, Frame& frame, PictureOptions options
   return painter.Draw(frame, options);
 }
 
-void Write(qelhost::Painter& painter, const std::vector<Picture>& pictures,
-           const std::string& path) {
-  painter.WritePng(pictures, path);
-  spdlog::info("{}: written", path);
+/// A writer whose last bytes were lost at closing reports nothing.
+bool IsWholePng(const std::string& path) {
+  constexpr std::string_view kLastChunk("\0\0\0\0IEND\xAE\x42\x60\x82", 12);
+  std::ifstream file(path, std::ios::binary);
+  file.seekg(-static_cast<std::streamoff>(kLastChunk.size()), std::ios::end);
+  std::string end(kLastChunk.size(), '\0');
+  file.read(end.data(), static_cast<std::streamsize>(end.size()));
+  return file && end == kLastChunk;
+}
+
+void Stage(qelhost::Painter& painter, const std::vector<Picture>& pictures, const std::string& path,
+           ByProducts& byProducts) {
+  const std::string place = byProducts.Stage(path);
+  bool isWhole = false;
+  try {
+    painter.WritePng(pictures, place);
+    isWhole = IsWholePng(place);
+  } catch (const qelhost::PictureError&) {
+    // It names the place that the picture has for now.
+  }
+  if (!isWhole) throw qelhost::PictureError(path + ": the picture cannot be written");
 }
 
 }  // namespace
@@ -86,8 +104,8 @@ std::unique_ptr<qelhost::Painter> MakePainterFor(const RunOptions& options) {
   return AsksForPictures(options) ? qelhost::LoadPainter() : nullptr;
 }
 
-void WritePictures(qelhost::Painter& painter, Frame& frame, const RunOptions& options,
-                   const RunRecord& record) {
+void StagePictures(qelhost::Painter& painter, Frame& frame, const RunOptions& options,
+                   const RunRecord& record, ByProducts& byProducts) {
   const bool showsBefore = !options.imageBefore.empty() || !options.imagePair.empty();
   const std::unique_ptr<Frame> before = showsBefore ? FrameBefore(frame) : nullptr;
   DataSet& data = *frame.Data();
@@ -110,11 +128,11 @@ void WritePictures(qelhost::Painter& painter, Frame& frame, const RunOptions& op
     }
     first = DrawWith(painter, *before, picture, "before");
   }
-  if (!options.imageBefore.empty()) Write(painter, {*first}, options.imageBefore);
+  if (!options.imageBefore.empty()) Stage(painter, {*first}, options.imageBefore, byProducts);
   if (options.image.empty() && !isPair) return;
   const Picture second = DrawWith(painter, frame, picture, showsBefore ? "after" : "");
-  if (!options.image.empty()) Write(painter, {second}, options.image);
-  if (isPair) Write(painter, {*first, second}, options.imagePair);
+  if (!options.image.empty()) Stage(painter, {second}, options.image, byProducts);
+  if (isPair) Stage(painter, {*first, second}, options.imagePair, byProducts);
 }
 
 }  // namespace marquell::cli

@@ -1,4 +1,5 @@
 // marquell run: plays a journal on data sets and writes the result.
+#include "ByProducts.h"
 #include "DataSetFiles.h"
 #include "Host.h"
 #include "HostCommands.h"
@@ -19,6 +20,7 @@
 #include <algorithm>
 #include <chrono>
 #include <memory>
+#include <optional>
 
 namespace marquell::cli {
 
@@ -138,7 +140,8 @@ void WriteResults(const std::vector<qelhost::DataSetPtr>& data,
   if (targets.empty()) return;
   const Stopwatch watch;
   const qelhost::WriteOptions writeOptions = WriteOptionsOf(options);
-  if (targets.size() > 1) MakeOutputFolder(options);
+  std::optional<OutputFolder> folder;
+  if (targets.size() > 1) folder.emplace(options);
   for (std::size_t i = 0; i < targets.size(); ++i) {
     qelhost::WriteDataSet(*data[i], targets[i], writeOptions);
     record.written.push_back(targets[i]);
@@ -163,10 +166,36 @@ void Tell(const RunOptions& options, const RunRecord& record) {
   if (!options.report.empty()) WriteReport(options, record);
 }
 
-void WriteRecording(const Host& host, const RunOptions& options) {
+void StageRecording(const Host& host, const RunOptions& options, ByProducts& byProducts) {
   if (options.record.empty()) return;
-  qelhost::WriteJournal(options.record, host.recorder.Lines());
-  spdlog::info("{}: written", options.record);
+  byProducts.Add(options.record, fmt::format("{}\n", fmt::join(host.recorder.Lines(), "\n")));
+}
+
+/// False when the user has stopped it; then nothing is left but what the message names.
+bool WriteEverything(qelhost::Painter* painter, const std::vector<qelhost::DataSetPtr>& data,
+                     const std::vector<std::string>& targets, const RunOptions& options,
+                     RunRecord& record) {
+  const Host& host = Host::Instance();
+  ByProducts byProducts;
+  qelhost::SetWriteCancel(IsInterrupted);
+  try {
+    // First: a picture that cannot be drawn must not leave a result behind that looks complete.
+    if (painter != nullptr) {
+      StagePictures(*painter, *host.frames.Active(), options, record, byProducts);
+    }
+    StageRecording(host, options, byProducts);
+    WriteResults(data, targets, options, record);
+    if (record.written.empty()) qelhost::StopIfCancelled();
+  } catch (const qelhost::WriteCancelled&) {
+    PrintError(record.written.empty()
+                   ? "interrupted, nothing written"
+                   : fmt::format("interrupted; written: {}", fmt::join(record.written, ", ")));
+    return false;
+  }
+  // What is left takes no time and belongs to the result.
+  qelhost::SetWriteCancel(nullptr);
+  byProducts.Commit();
+  return true;
 }
 
 int Run(const RunOptions& options) {
@@ -202,20 +231,9 @@ int Run(const RunOptions& options) {
 
   if (!options.record.empty()) host.recorder.Start(qelhost::FirstStateOf(host.frames));
   const bool allDone = PlayAll(host, lines, options, record);
-  const HoldInterrupts hold;
+  HoldInterrupts();
   if (allDone || options.keepGoing) {
-    // First: a picture that cannot be drawn must not leave a result behind that looks complete.
-    if (painter != nullptr) WritePictures(*painter, *host.frames.Active(), options, record);
-    qelhost::SetWriteCancel(IsInterrupted);
-    try {
-      WriteResults(data, targets, options, record);
-    } catch (const qelhost::WriteCancelled&) {
-      PrintError(record.written.empty()
-                     ? "interrupted, nothing written"
-                     : fmt::format("interrupted; written: {}", fmt::join(record.written, ", ")));
-      return kInterrupted;
-    }
-    WriteRecording(host, options);
+    if (!WriteEverything(painter.get(), data, targets, options, record)) return kInterrupted;
     WarnOfUnwritten(host, data);
   }
   Tell(options, record);

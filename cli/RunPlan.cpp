@@ -1,6 +1,7 @@
 #include "RunPlan.h"
 
 #include "DataSetFiles.h"
+#include "Interrupt.h"
 #include "Terminal.h"
 
 #include <fmt/format.h>
@@ -14,6 +15,7 @@
 #include <filesystem>
 #include <set>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace marquell::cli {
@@ -77,11 +79,17 @@ std::vector<std::string> TargetsInFolder(const RunOptions& options) {
 /// 0, or the system's reason. Permissions alone do not tell: a file system may take no files at
 /// all.
 int TryToMakeAFile(const fs::path& folder) {
+  // Without a name nothing can be left behind; not every file system has such files.
+  const int nameless = open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600);
+  if (nameless >= 0) {
+    close(nameless);
+    return 0;
+  }
   // An interrupt in between would leave the file behind.
   sigset_t interrupts;
   sigset_t before;
   sigemptyset(&interrupts);
-  sigaddset(&interrupts, SIGINT);
+  for (const int signal : kInterrupts) sigaddset(&interrupts, signal);
   pthread_sigmask(SIG_BLOCK, &interrupts, &before);
   std::string probe = (folder / ".marquell-XXXXXX").string();
   const int file = mkstemp(probe.data());
@@ -113,20 +121,44 @@ void RequireFree(const std::string& target, bool force) {
   if (fs::is_directory(target, error)) {
     throw TargetError(fmt::format("{}: cannot be written: is a folder", target));
   }
+  // A link that leads nowhere is a place for a file.
+  if (fs::exists(target, error) && !fs::is_regular_file(target, error)) {
+    throw TargetError(fmt::format("{}: cannot be written: is no regular file", target));
+  }
   if (!force) {
     throw TargetError(fmt::format("{}: exists already; --force replaces it", target));
+  }
+}
+
+/// What two paths of one file have in common.
+std::string RealName(const std::string& path) {
+  std::error_code error;
+  const fs::path real = fs::weakly_canonical(fs::absolute(path), error);
+  return error ? path : real.string();
+}
+
+/// One would be lost under the other. Only a result may replace its own input.
+void RequireApart(const std::vector<std::string>& byProducts, const RunOptions& options) {
+  std::set<std::string> names = {RealName(options.journal)};
+  for (const std::string& input : options.inputs) names.insert(RealName(input));
+  if (!options.output.empty() && options.inputs.size() == 1) names.insert(RealName(options.output));
+  for (const std::string& byProduct : byProducts) {
+    if (byProduct.empty() || names.insert(RealName(byProduct)).second) continue;
+    throw UsageError(fmt::format("{}: is another file of this run", byProduct));
   }
 }
 
 }  // namespace
 
 std::vector<std::string> PlanTargets(const RunOptions& options) {
-  for (const std::string& byProduct :
-       {options.report, options.record, options.image, options.imageBefore, options.imagePair}) {
+  const std::vector<std::string> byProducts = {options.report, options.record, options.image,
+                                               options.imageBefore, options.imagePair};
+  for (const std::string& byProduct : byProducts) {
     if (byProduct.empty()) continue;
     RequireFree(byProduct, options.force);
     RequireFolder(fs::path(byProduct).parent_path(), byProduct);
   }
+  RequireApart(byProducts, options);
   if (options.dryRun) return {};
   if (options.output.empty()) throw UsageError("--output is required unless --dry-run is given");
 
@@ -152,12 +184,17 @@ std::vector<std::string> PlanTargets(const RunOptions& options) {
   return targets;
 }
 
-void MakeOutputFolder(const RunOptions& options) {
+OutputFolder::OutputFolder(const RunOptions& options) {
   std::error_code error;
-  fs::create_directory(options.output, error);
+  if (fs::create_directory(options.output, error)) m_made = options.output;
   if (error) {
     throw TargetError(fmt::format("{}: cannot be made: {}", options.output, error.message()));
   }
+}
+
+OutputFolder::~OutputFolder() {
+  std::error_code refused;  // there is something in it
+  if (!m_made.empty()) fs::remove(m_made, refused);
 }
 
 }  // namespace marquell::cli

@@ -38,9 +38,18 @@ struct RunOptions {
 /// throws  UsageError, and TargetError for a target that exists or cannot be made
 std::vector<std::string> PlanTargets(const RunOptions& options);
 
-/// Makes the folder for several results.
-///
-/// throws  TargetError
-void MakeOutputFolder(const RunOptions& options);
+/// The folder for several results, made unless it is there. Goes again when nothing came to stand
+/// in it.
+class OutputFolder {
+ public:
+  /// throws  TargetError
+  explicit OutputFolder(const RunOptions& options);
+  ~OutputFolder();
+  OutputFolder(const OutputFolder&) = delete;
+  OutputFolder& operator=(const OutputFolder&) = delete;
+
+ private:
+  std::string m_made;  ///< empty when it was there before
+};
 
 }  // namespace marquell::cli

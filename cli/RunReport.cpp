@@ -1,15 +1,11 @@
 #include "RunReport.h"
 
+#include "ByProducts.h"
 #include "Terminal.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 #include <nlohmann/json.hpp>
-
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-#include <fstream>
 
 namespace marquell::cli {
 
@@ -86,16 +82,10 @@ void WriteReport(const RunOptions& options, const RunRecord& record) {
                {"writeSeconds", record.writeSeconds}, {"lines", Json::array()}};
   for (const PlayedLine& played : record.lines) json["lines"].push_back(LineJson(played));
 
-  const std::string part = options.report + ".part";
-  std::ofstream file(part, std::ios::binary | std::ios::trunc);
+  ByProducts files;
   // File names need not be UTF-8, JSON must be.
-  file << json.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
-  file.close();
-  if (!file || std::rename(part.c_str(), options.report.c_str()) != 0) {
-    const std::string reason = std::strerror(errno);
-    std::remove(part.c_str());
-    throw TargetError(fmt::format("{}: cannot be written: {}", options.report, reason));
-  }
+  files.Add(options.report, json.dump(2, ' ', false, Json::error_handler_t::replace) + '\n');
+  files.Commit();
 }
 
 }  // namespace marquell::cli

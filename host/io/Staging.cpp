@@ -1,39 +1,57 @@
 #include "Staging.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
-#include <chrono>
+#include <csignal>
 #include <cstring>
 #include <filesystem>
 #include <set>
 #include <utility>
 
 #include "FileError.h"
+#include "IndexFiles.h"
 #include "WriteCancel.h"
 
 namespace qelhost {
 namespace fs = std::filesystem;
 namespace {
 
-/// An open file that closes itself.
+/// An open file that closes itself; Close says what a close finds.
 class Descriptor {
  public:
-  Descriptor(const std::string& path, int flags) : m_fd(open(path.c_str(), flags | O_CLOEXEC)) {
+  Descriptor(const std::string& path, int flags)
+      : m_path(path), m_fd(open(path.c_str(), flags | O_CLOEXEC, 0666)) {
     if (m_fd < 0) throw FileError(path, std::strerror(errno));
   }
-  ~Descriptor() { close(m_fd); }
+  ~Descriptor() {
+    if (m_fd >= 0) close(m_fd);
+  }
   Descriptor(const Descriptor&) = delete;
   Descriptor& operator=(const Descriptor&) = delete;
   int Get() const { return m_fd; }
+  void Close() {
+    if (close(std::exchange(m_fd, -1)) != 0) throw FileError(m_path, std::strerror(errno));
+  }
 
  private:
+  std::string m_path;
   int m_fd;
 };
+
+void WriteAll(const Descriptor& file, const std::string& path, const std::string& bytes) {
+  for (std::size_t done = 0; done < bytes.size();) {
+    const ssize_t now = write(file.Get(), bytes.data() + done, bytes.size() - done);
+    if (now < 0 && errno == EINTR) continue;
+    if (now <= 0) throw FileError(path, std::strerror(now < 0 ? errno : ENOSPC));
+    done += static_cast<std::size_t>(now);
+  }
+}
 
 std::string FreeFolder(const fs::path& directory, const std::string& stem) {
   std::string name = stem;
@@ -68,55 +86,172 @@ void SyncFolder(const std::string& path) {
   close(directory);
 }
 
+/// The file that a path leads to, which need not be there: links are followed to their end.
+fs::path RealPath(const std::string& path) {
+  std::error_code error;
+  fs::path at = fs::absolute(path, error);
+  constexpr int kMostLinks = 40;
+  for (int n = 0; n < kMostLinks && !error && fs::is_symlink(fs::symlink_status(at, error)); ++n) {
+    at = at.parent_path() / fs::read_symlink(at, error);
+  }
+  const fs::path real = fs::weakly_canonical(at, error);
+  if (error) throw FileError(path, error.message());
+  return real;
+}
+
+/// What the names of a target's working folders begin with; no longer than a name may be with a
+/// process' number behind.
+std::string StartOfWorkNames(const fs::path& target) {
+  constexpr std::size_t kLongest = 200;
+  return "." + target.filename().string().substr(0, kLongest) + ".";
+}
+
+constexpr char kWorkEnd[] = ".part";
+
+/// The process that made a working folder; 0 for other names.
+pid_t MakerOf(const std::string& name, const std::string& start) {
+  const std::size_t ends = start.size() + std::strlen(kWorkEnd);
+  if (name.size() <= ends || name.compare(0, start.size(), start) != 0) return 0;
+  if (name.compare(name.size() - std::strlen(kWorkEnd), std::string::npos, kWorkEnd) != 0) return 0;
+  const std::string between = name.substr(start.size(), name.size() - ends);
+  const std::string number = between.substr(0, between.find('-'));
+  constexpr std::size_t kMostDigits = 9;
+  const bool isNumber = !number.empty() && number.size() <= kMostDigits &&
+                        number.find_first_not_of("0123456789") == std::string::npos;
+  return isNumber ? static_cast<pid_t>(std::stol(number)) : 0;
+}
+
+/// Whether a working folder's maker is dead: nobody holds its lock then. Its number keeps apart one
+/// that has made its folder and not locked it yet. Where folders cannot be locked nobody is dead.
+bool IsAbandoned(const fs::path& folder, pid_t maker) {
+  if (maker <= 0) return false;
+  if (maker != getpid() && (kill(maker, 0) == 0 || errno != ESRCH)) return false;
+  const int at = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+  if (at < 0) return false;
+  struct stat status {};
+  const bool isOurs = fstat(at, &status) == 0 && status.st_uid == geteuid();
+  const bool isFree = flock(at, LOCK_EX | LOCK_NB) == 0;
+  close(at);
+  return isOurs && isFree;
+}
+
+/// Removes what killed processes left behind while they wrote this target.
+void RemoveAbandoned(const fs::path& directory, const std::string& start) {
+  std::error_code error;
+  std::vector<fs::path> abandoned;
+  for (fs::directory_iterator at(directory, error), end; !error && at != end; at.increment(error)) {
+    const pid_t maker = MakerOf(at->path().filename().string(), start);
+    if (IsAbandoned(at->path(), maker)) abandoned.push_back(at->path());
+  }
+  std::error_code ignored;  // what cannot be removed is in nobody's way
+  for (const fs::path& folder : abandoned) fs::remove_all(folder, ignored);
+}
+
+/// Whether another index beside the target names a file of the folder too.
+bool IsNamedByOthers(const fs::path& folder, const fs::path& target) {
+  std::error_code error;
+  for (fs::directory_iterator at(folder.parent_path(), error), end; !error && at != end;
+       at.increment(error)) {
+    if (at->path() == target || fs::is_directory(at->path())) continue;
+    const std::vector<std::string> files = FilesNamedBy(at->path().string());
+    const bool isNamed = std::any_of(files.begin(), files.end(), [&](const std::string& file) {
+      std::error_code none;
+      const fs::path relative = fs::weakly_canonical(file, none).lexically_relative(folder);
+      return !relative.empty() && *relative.begin() != "..";
+    });
+    if (isNamed) return true;
+  }
+  return static_cast<bool>(error);
+}
+
 }  // namespace
 
 StagedTarget::StagedTarget(const std::string& path, std::vector<std::string> oldPieces)
     : m_oldPieces(std::move(oldPieces)) {
-  std::error_code error;
-  const fs::path resolved = fs::weakly_canonical(fs::absolute(path), error);
-  if (error) throw FileError(path, error.message());
-  m_path = resolved.string();
-  m_directory = resolved.parent_path().string();
+  const fs::path real = RealPath(path);
+  m_path = real.string();
+  m_directory = real.parent_path().string();
   // Named as the caller named it: the real name of a link is nobody's business in the index.
   m_stem = fs::path(path).stem().string();
   if (!fs::is_directory(m_directory)) throw FileError(path, "its folder does not exist");
-  m_folder = FreeFolder(m_directory, m_stem);
+  if (fs::is_directory(real)) throw FileError(path, "Is a directory");
+  // Renamed over, a pipe or a device would be gone.
+  if (fs::exists(real) && !fs::is_regular_file(real)) throw FileError(path, "is no regular file");
+  const std::string start = StartOfWorkNames(real);
+  RemoveAbandoned(m_directory, start);
+  MakeWorkFolder(path, start);
   // It keeps the extension, by which writers know the format.
-  m_temporary = m_directory + "/." + m_stem + "." + std::to_string(getpid()) + ".part" +
-                fs::path(path).extension().string();
+  m_temporary = m_work + "/" + fs::path(path).filename().string();
+}
+
+void StagedTarget::MakeWorkFolder(const std::string& path, const std::string& start) {
+  const std::string first = m_directory + "/" + start + std::to_string(getpid());
+  m_work = first + kWorkEnd;
+  constexpr mode_t kNobodyElse = 0700;
+  for (int n = 2; mkdir(m_work.c_str(), kNobodyElse) != 0; ++n) {
+    if (errno != EEXIST) throw FileError(path, std::strerror(errno));
+    m_work = first + "-" + std::to_string(n) + kWorkEnd;
+  }
+  // Held until the process ends, however it ends. Where this cannot be had nobody clears up.
+  m_lock = open(m_work.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (m_lock >= 0) flock(m_lock, LOCK_EX | LOCK_NB);
 }
 
 StagedTarget::~StagedTarget() {
-  if (m_committed) return;
   std::error_code ignored;  // nothing more can be done about a leftover
-  fs::remove(m_temporary, ignored);
-  fs::remove_all(FolderPath(), ignored);
+  fs::remove_all(m_work, ignored);
+  if (!m_isCommitted && !m_folder.empty()) fs::remove_all(m_directory + "/" + m_folder, ignored);
+  if (m_lock >= 0) close(m_lock);
 }
 
-std::string StagedTarget::FolderPath() const { return m_directory + "/" + m_folder; }
+std::string StagedTarget::PiecesPath() const { return m_work + "/pieces"; }
+
+std::string StagedTarget::PlacePieces() {
+  StopIfCancelled();
+  const bool isReplacing = fs::exists(m_path);
+  if (isReplacing) BringPiecesToDisk();
+  for (;;) {
+    const std::string name = FreeFolder(m_directory, m_stem);
+    if (rename(PiecesPath().c_str(), (m_directory + "/" + name).c_str()) == 0) {
+      m_folder = name;
+      break;
+    }
+    // Somebody else took the name first.
+    if (errno != EEXIST && errno != ENOTEMPTY && errno != ENOTDIR) {
+      throw FileError(m_path, std::strerror(errno));
+    }
+  }
+  if (isReplacing) SyncFolder(m_directory);
+  return m_folder;
+}
 
 void StagedTarget::Commit() {
   StopIfCancelled();
   struct stat before {};
   const bool isReplacing = stat(m_path.c_str(), &before) == 0;
   if (isReplacing) {
+    // Only a superuser can give files away; others may be in the group at least.
+    if (chown(m_temporary.c_str(), before.st_uid, before.st_gid) != 0) {
+      static_cast<void>(chown(m_temporary.c_str(), static_cast<uid_t>(-1), before.st_gid));
+    }
     chmod(m_temporary.c_str(), before.st_mode & 07777);
-    BringToDisk();
+    SyncFile(m_temporary);
   }
   if (rename(m_temporary.c_str(), m_path.c_str()) != 0) {
     throw FileError(m_path, std::strerror(errno));
   }
-  m_committed = true;
+  m_isCommitted = true;
   if (isReplacing) SyncFolder(m_directory);
   RemoveOldPieces();
 }
 
-void StagedTarget::BringToDisk() const {
-  SyncFile(m_temporary);
-  std::error_code none;  // there is no folder when the target is a single file
-  for (const auto& entry : fs::recursive_directory_iterator(FolderPath(), none)) {
+void StagedTarget::BringPiecesToDisk() const {
+  std::error_code none;  // there is no folder when no block has a piece
+  for (const auto& entry : fs::recursive_directory_iterator(PiecesPath(), none)) {
+    if (entry.is_directory()) SyncFolder(entry.path().string());
     if (entry.is_regular_file()) SyncFile(entry.path().string());
   }
+  SyncFolder(PiecesPath());
 }
 
 void StagedTarget::RemoveOldPieces() const {
@@ -134,6 +269,7 @@ void StagedTarget::RemoveOldPieces() const {
     folder = top;
     files.insert(file);
   }
+  if (files.empty() || IsNamedByOthers(m_directory / folder, m_path)) return;
   std::set<fs::path, std::greater<>> folders;  // inner ones first
   for (const fs::path& file : files) {
     fs::remove(file, error);
@@ -144,18 +280,19 @@ void StagedTarget::RemoveOldPieces() const {
   for (const fs::path& at : folders) fs::remove(at, error);  // refused unless it is empty
 }
 
+void WriteBytes(const std::string& path, const std::string& bytes) {
+  Descriptor file(path, O_WRONLY | O_CREAT | O_TRUNC);
+  WriteAll(file, path, bytes);
+  file.Close();
+}
+
 void RequireRoomBehind(const std::string& path) {
-  const Descriptor file(path, O_RDWR | O_APPEND);
+  Descriptor file(path, O_RDWR | O_APPEND);
   struct stat status {};
   if (fstat(file.Get(), &status) != 0) throw FileError(path, std::strerror(errno));
-  const std::string padding(1 << 16, '\0');
-  std::size_t written = 0;
-  while (written < padding.size()) {
-    const ssize_t now = write(file.Get(), padding.data() + written, padding.size() - written);
-    if (now <= 0) throw FileError(path, std::strerror(now < 0 ? errno : ENOSPC));
-    written += static_cast<std::size_t>(now);
-  }
+  WriteAll(file, path, std::string(1 << 16, '\0'));
   if (ftruncate(file.Get(), status.st_size) != 0) throw FileError(path, std::strerror(errno));
+  file.Close();
 }
 
 }  // namespace qelhost
