@@ -5,11 +5,13 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <set>
 #include <sstream>
 
 #include "FileError.h"
 #include "Formats.h"
 #include "IndexFiles.h"
+#include "IndexWalk.h"
 #include "InputFile.h"
 #include "ReadWatch.h"
 #include "VtkErrors.h"
@@ -77,6 +79,7 @@ std::string Beside(const std::string& index, const std::string& file) {
 }
 
 FileNode ReadPiece(const std::string& file) {
+  OpenIndex::CountFile(file);
   const Format* format = FindFormat(file);
   if (format == nullptr) {
     RequireFile(file);
@@ -133,6 +136,8 @@ FileNode NodeOf(const std::string& path, vtkXMLDataElement* element, int place,
 }  // namespace
 
 void ReadMultiBlock(const std::string& path, FileSource& source) {
+  RequireFile(path);
+  const OpenIndex open(path);
   const Element file = ParseIndex(path, kMultiBlockType);
   vtkXMLDataElement* index = file->FindNestedElementWithName(kMultiBlockType);
   FileStep step;
@@ -156,6 +161,8 @@ void ReadMultiBlock(const std::string& path, FileSource& source) {
 }
 
 void ReadCollection(const std::string& path, FileSource& source) {
+  RequireFile(path);
+  const OpenIndex open(path);
   const Element collection = ParseIndex(path, kCollectionType);
   vtkXMLDataElement* index = collection->FindNestedElementWithName(kCollectionType);
   for (int i = 0; i < index->GetNumberOfNestedElements(); ++i) {
@@ -173,9 +180,11 @@ void ReadCollection(const std::string& path, FileSource& source) {
     }
     const ReadPart share(i, i + 1, index->GetNumberOfNestedElements());
     TellRead(0.0);
+    OpenIndex::CountFile(pieceFile);
     FileSource piece;
     piece.path = pieceFile;
     format->read(pieceFile, piece);
+    if (piece.steps.size() != 1) throw FileError(pieceFile, "a series of time steps inside a step");
     step.root = std::move(piece.steps[0].root);
     step.indexAttributes = piece.steps[0].indexAttributes;
     step.indexFieldData = piece.steps[0].indexFieldData;
@@ -193,19 +202,15 @@ namespace {
 void CollectNamed(const std::string& path, vtkXMLDataElement* element,
                   std::vector<std::string>& files) {
   const std::string file = Attribute(element, "file");
-  if (!file.empty()) {
-    files.push_back(Beside(path, file));
-    const std::vector<std::string> further = FilesNamedBy(files.back());
-    files.insert(files.end(), further.begin(), further.end());
-  }
+  if (!file.empty()) files.push_back(Beside(path, file));
   for (int i = 0; i < element->GetNumberOfNestedElements(); ++i) {
     CollectNamed(path, element->GetNestedElement(i), files);
   }
 }
 
-}  // namespace
-
-std::vector<std::string> FilesNamedBy(const std::string& path) {
+/// Those that one index names; none when it is no index of ours: then nothing is known to belong to
+/// it.
+std::vector<std::string> FilesNamedIn(const std::string& path) {
   const std::string extension = ExtensionOf(path);
   std::vector<std::string> files;
   if (extension != ".vtm" && extension != ".pvd") return files;
@@ -213,8 +218,25 @@ std::vector<std::string> FilesNamedBy(const std::string& path) {
     CollectNamed(path, ParseIndex(path, extension == ".vtm" ? kMultiBlockType : kCollectionType),
                  files);
   } catch (const FileError&) {
-    // Not an index of ours: then nothing is known to belong to it.
     return {};
+  }
+  return files;
+}
+
+}  // namespace
+
+std::vector<std::string> FilesNamedBy(const std::string& path) {
+  std::vector<std::string> files;
+  std::vector<std::string> indexes = {path};
+  std::set<std::string> seen;
+  while (!indexes.empty()) {
+    const std::string index = std::move(indexes.back());
+    indexes.pop_back();
+    if (!seen.insert(RealPath(index)).second) continue;
+    for (std::string& file : FilesNamedIn(index)) {
+      indexes.push_back(file);
+      files.push_back(std::move(file));
+    }
   }
   return files;
 }

@@ -1,0 +1,176 @@
+// Files that name others: themselves, one another, far too many, and what lies elsewhere.
+#include "HostileFiles.h"
+
+namespace {
+
+using namespace filetesting;
+using qelhost::ReadDataSet;
+using qelhost::WriteDataSet;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+
+class HostileIndexes : public HostileFiles {
+ protected:
+  static std::string Repeated(const std::string& text, int count) {
+    std::string all;
+    for (int n = 0; n < count; ++n) all += text;
+    return all;
+  }
+};
+
+constexpr char kNamesItself[] = ": names itself, or a file that names it";
+
+TEST_F(HostileIndexes, CyclesAreRefused) {
+  EXPECT_EQ(ReadError(Saved("a.vtm", Blocks(Entry("a.vtm")))), In("a.vtm") + kNamesItself);
+  fs::create_directory(In("sub"));
+  Saved("a.vtm", Blocks(Entry("sub/../sub/b.vtm")));
+  Saved("sub/b.vtm", Blocks(Entry("../a.vtm")));
+  EXPECT_THAT(ReadError(In("a.vtm")), EndsWith(kNamesItself));
+  fs::create_symlink(In("b.vtm"), In("link.vtm"));
+  EXPECT_THAT(ReadError(Saved("b.vtm", Blocks(Entry("link.vtm")))), EndsWith(kNamesItself));
+  Saved("a.pvd", Series(Entry("c.vtm")));
+  Saved("c.vtm", Blocks(Entry("a.pvd")));
+  EXPECT_EQ(ReadError(In("a.pvd")), In("a.pvd") + kNamesItself);
+  EXPECT_EQ(ReadError(In("c.vtm")), In("c.vtm") + kNamesItself);
+}
+
+TEST_F(HostileIndexes, CycleLeavesNothingBehindForTheNextFile) {
+  ReadError(Saved("a.vtm", Blocks(Entry("a.vtm"))));
+  SaveBricks("good.vtu");
+  EXPECT_EQ(ReadError(Saved("a.vtm", Blocks(Entry("good.vtu") + Entry("good.vtu")))), "");
+}
+
+TEST_F(HostileIndexes, LongChainsAreRefused) {
+  SaveBricks("good.vtu");
+  Saved("0.vtm", Blocks(Entry("good.vtu")));
+  for (int n = 1; n < 40; ++n) {
+    const std::string name = std::to_string(n) + ".vtm";
+    Saved(name, Blocks(Entry(std::to_string(n - 1) + ".vtm")));
+  }
+  EXPECT_EQ(ReadError(In("9.vtm")), "");
+  EXPECT_THAT(ReadError(In("39.vtm")), EndsWith(": lies too deep in files that name others"));
+}
+
+/// Ten short files ask for 4^10 meshes.
+TEST_F(HostileIndexes, FilesNamedAgainAndAgainAreRefused) {
+  SaveBricks("good.vtu");
+  Saved("0.vtm", Blocks(Repeated(Entry("good.vtu"), 4)));
+  for (int n = 1; n < 10; ++n) {
+    const std::string below = std::to_string(n - 1) + ".vtm";
+    Saved(std::to_string(n) + ".vtm", Blocks(Repeated(Entry(below), 4)));
+  }
+  EXPECT_EQ(ReadError(In("3.vtm")), "");
+  Saved("0.vtm", Blocks(""));
+  EXPECT_THAT(ReadError(In("9.vtm")), EndsWith(": is named too often"));
+}
+
+/// More bytes than a small index has any right to.
+TEST_F(HostileIndexes, LargeFilesNamedAgainAndAgainAreRefused) {
+  Saved("large.dat", "");
+  fs::resize_file(In("large.dat"), std::uintmax_t{3} << 30);  // with nothing in it
+  SaveBricks("good.vtu");
+  EXPECT_EQ(ReadError(Saved("a.vtm", Blocks(Entry("good.vtu") + Repeated(Entry("large.dat"), 2)))),
+            "");
+  EXPECT_EQ(ReadError(Saved("a.vtm", Blocks(Entry("good.vtu") + Repeated(Entry("large.dat"), 3)))),
+            In("large.dat") + ": is named too often");
+}
+
+TEST_F(HostileIndexes, ManyEntriesAreReadOrRefused) {
+  constexpr int kMany = 100000;
+  EXPECT_EQ(ReadError(Saved("a.vtm", Blocks(Repeated(Entry("gone.vtu"), kMany)))),
+            In("gone.vtu") + ": No such file or directory");
+  SaveBricks("good.vtu");
+  const std::string empty = "<DataSet index=\"0\"/>";
+  const auto data = ReadDataSet(Saved("a.vtm", Blocks(Repeated(empty, kMany) + Entry("good.vtu"))));
+  EXPECT_EQ(data->ZoneCount(), 1);
+}
+
+TEST_F(HostileIndexes, DeepMarkupIsRefused) {
+  constexpr int kDeep = 100000;
+  const std::string deep = Repeated("<Block>", kDeep) + Repeated("</Block>", kDeep);
+  EXPECT_EQ(ReadError(Saved("a.vtm", Blocks(deep))),
+            In("a.vtm") + ": damaged: its elements lie too deep in one another");
+  EXPECT_EQ(ReadError(Saved("a.pvd", Series(deep))),
+            In("a.pvd") + ": damaged: its elements lie too deep in one another");
+  EXPECT_EQ(ReadError(Saved("a.vtm", "<!DOCTYPE a [<!ENTITY b \"c\">]>" + Blocks(""))),
+            In("a.vtm") + ": damaged: it has declarations or marked text");
+}
+
+// ---- what lies elsewhere ----
+
+/// Folders: here/ with the indexes, and beside it the files that they name.
+class NamesElsewhere : public HostileIndexes {
+ protected:
+  NamesElsewhere() {
+    fs::create_directory(In("here"));
+    fs::create_directory(In("elsewhere"));
+    SaveBricks("elsewhere/one.vtu");
+    SaveBricks("two.vtu");
+    m_one = Contents(In("elsewhere/one.vtu"));
+    m_two = Contents(In("two.vtu"));
+    m_entries = Entry("../elsewhere/one.vtu") + Entry(In("two.vtu"));
+  }
+  void ExpectUntouched() const {
+    EXPECT_EQ(Contents(In("elsewhere/one.vtu")), m_one);
+    EXPECT_EQ(Contents(In("two.vtu")), m_two);
+    EXPECT_EQ(std::distance(fs::directory_iterator(In("elsewhere")), {}), 1);
+    EXPECT_THAT(Files(), ::testing::ElementsAre("elsewhere", "here", "two.vtu"));
+  }
+  void AlterAll(qelhost::DataSet& data) {
+    for (LgIndex_t zone = 1; zone <= data.ZoneCount(); ++zone) {
+      QelFieldData* const field = data.Writable(zone, data.VariableNumber("p"));
+      ASSERT_NE(field, nullptr);
+      field->set(field, 0, 42);
+    }
+  }
+
+  std::string m_one, m_two, m_entries;
+};
+
+TEST_F(NamesElsewhere, AreReadAndNeverWritten) {
+  for (const char* name : {"here/a.vtm", "here/a.pvd"}) {
+    const bool isSeries = fs::path(name).extension() == ".pvd";
+    const std::string path = Saved(name, isSeries ? Series(m_entries) : Blocks(m_entries));
+    const auto data = ReadDataSet(path);
+    ASSERT_EQ(data->ZoneCount(), 2);
+    AlterAll(*data);
+    WriteDataSet(*data, In("here/b") + (isSeries ? ".pvd" : ".vtm"));
+    ExpectUntouched();
+    // Onto the index itself: its pieces become its own, those elsewhere stay.
+    WriteDataSet(*data, path);
+    ExpectUntouched();
+    EXPECT_THAT(Contents(path), ::testing::Not(HasSubstr("elsewhere")));
+    const auto again = ReadDataSet(path);
+    const QelFieldData* const field = again->Readable(2, again->VariableNumber("p"));
+    EXPECT_EQ(field->get(field, 0), 42);
+  }
+}
+
+/// The target's present index names what lies elsewhere by a name in the target's own folder.
+TEST_F(NamesElsewhere, StayThereWhenLinksLeadToThem) {
+  const auto data = ReadDataSet(In("two.vtu"));
+  fs::create_directory(In("here/a"));
+  fs::create_symlink(In("elsewhere/one.vtu"), In("here/a/a_0.vtu"));
+  WriteDataSet(*data, Saved("here/a.vtm", Blocks(Entry("a/a_0.vtu"))));
+  ExpectUntouched();
+  fs::create_directory_symlink(In("elsewhere"), In("here/b"));
+  WriteDataSet(*data, Saved("here/b.vtm", Blocks(Entry("b/one.vtu"))));
+  ExpectUntouched();
+  WriteDataSet(*data, Saved("here/c.vtm", Blocks(Entry("c/../../elsewhere/one.vtu"))));
+  ExpectUntouched();
+}
+
+TEST_F(NamesElsewhere, DoNotKeepATargetThatNamesItselfFromBeingReplaced) {
+  const auto data = ReadDataSet(In("two.vtu"));
+  for (const char* extension : {".vtm", ".pvd"}) {
+    const std::string path = In("here/a") + extension;
+    const std::string entries = Entry(std::string("a") + extension) + Entry("b.vtm");
+    Save(path, extension == std::string(".vtm") ? Blocks(entries) : Series(entries));
+    Saved("here/b.vtm", Blocks(Entry("a.vtm") + Entry("a.pvd") + Entry("b.vtm")));
+    WriteDataSet(*data, path);
+    EXPECT_EQ(ReadDataSet(path)->ZoneCount(), 1);
+    ExpectUntouched();
+  }
+}
+
+}  // namespace
