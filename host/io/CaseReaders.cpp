@@ -10,6 +10,8 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
+#include <set>
 
 #include "FileError.h"
 #include "Formats.h"
@@ -20,6 +22,8 @@
 
 namespace qelhost {
 namespace {
+
+constexpr std::int64_t kUncounted = std::int64_t{1} << 50;
 
 /// The output as it is now; the next time step leaves it alone.
 vtkSmartPointer<vtkDataObject> Detached(vtkDataObject* output) {
@@ -67,10 +71,7 @@ void TakeSteps(const std::string& path, vtkAlgorithm* reader, FileSource& source
   }
 }
 
-}  // namespace
-
-void ReadExodus(const std::string& path, FileSource& source) {
-  RequireFile(path);
+void RunExodusReader(const std::string& path, FileSource& source) {
   const StandardErrorSilence silence;
   vtkNew<vtkExodusIIReader> reader;
   if (reader->CanReadFile(path.c_str()) == 0) throw FileError(path, "not an Exodus file");
@@ -88,8 +89,7 @@ void ReadExodus(const std::string& path, FileSource& source) {
   TakeSteps(path, reader, source);
 }
 
-void ReadCgns(const std::string& path, FileSource& source) {
-  RequireFile(path);
+void RunCgnsReader(const std::string& path, FileSource& source) {
   const StandardErrorSilence silence;
   vtkNew<vtkCGNSReader> reader;
   if (reader->CanReadFile(path.c_str()) == 0) throw FileError(path, "not a CGNS file");
@@ -103,8 +103,7 @@ void ReadCgns(const std::string& path, FileSource& source) {
   TakeSteps(path, reader, source);
 }
 
-void ReadEnSight(const std::string& path, FileSource& source) {
-  RequireFile(path);
+void RunEnSightReader(const std::string& path, FileSource& source) {
   const StandardErrorSilence silence;
   vtkNew<vtkGenericEnSightReader> reader;
   if (reader->CanReadFile(path.c_str()) == 0) throw FileError(path, "not an EnSight case");
@@ -113,8 +112,7 @@ void ReadEnSight(const std::string& path, FileSource& source) {
   TakeSteps(path, reader, source);
 }
 
-void ReadOpenFoam(const std::string& path, FileSource& source) {
-  RequireFile(path);
+void RunOpenFoamReader(const std::string& path, FileSource& source) {
   const auto folder = std::filesystem::path(path).parent_path();
   if (!std::filesystem::exists(folder / "system" / "controlDict")) {
     throw FileError(path, "no OpenFOAM case stands beside it (system/controlDict)");
@@ -129,6 +127,63 @@ void ReadOpenFoam(const std::string& path, FileSource& source) {
   reader->EnableAllCellArrays();
   reader->EnableAllPointArrays();
   TakeSteps(path, reader, source);
+}
+
+/// Of the regular files in a folder, and in those within it if wanted. More than can be counted
+/// where there are very many.
+std::int64_t FolderBytes(const std::filesystem::path& folder, bool isDeep) {
+  constexpr int kMostEntries = 100000;
+  std::error_code error;
+  std::int64_t bytes = 0;
+  int left = kMostEntries;
+  const auto options = std::filesystem::directory_options::follow_directory_symlink |
+                       std::filesystem::directory_options::skip_permission_denied;
+  std::filesystem::recursive_directory_iterator entry(folder, options, error);
+  for (; !error && entry != end(entry); entry.increment(error)) {
+    if (--left == 0) return kUncounted;
+    if (!isDeep) entry.disable_recursion_pending();
+    bytes += FileBytes(entry->path().string());
+  }
+  return bytes;
+}
+
+/// Of all that lies where the case's words lead to.
+std::int64_t EnSightBytes(const std::string& path) {
+  constexpr int kMostFolders = 1000;
+  const std::filesystem::path own = std::filesystem::path(path).parent_path();
+  std::set<std::filesystem::path> folders = {own.empty() ? "." : own};
+  std::ifstream in(path);
+  for (std::string word; in >> word && folders.size() < kMostFolders;) {
+    if (word.find('/') != std::string::npos) folders.insert((own / word).parent_path());
+  }
+  std::int64_t bytes = 0;
+  for (const auto& folder : folders) {
+    bytes = std::min(bytes + FolderBytes(folder, false), kUncounted);
+  }
+  return bytes;
+}
+
+std::int64_t OpenFoamBytes(const std::string& path) {
+  const std::filesystem::path own = std::filesystem::path(path).parent_path();
+  return FolderBytes(own.empty() ? "." : own, true);
+}
+
+}  // namespace
+
+void ReadExodus(const std::string& path, FileSource& source) {
+  ReadAfterTrial(path, FileBytes, RunExodusReader, source);
+}
+
+void ReadCgns(const std::string& path, FileSource& source) {
+  ReadAfterTrial(path, FileBytes, RunCgnsReader, source);
+}
+
+void ReadEnSight(const std::string& path, FileSource& source) {
+  ReadAfterTrial(path, EnSightBytes, RunEnSightReader, source);
+}
+
+void ReadOpenFoam(const std::string& path, FileSource& source) {
+  ReadAfterTrial(path, OpenFoamBytes, RunOpenFoamReader, source);
 }
 
 }  // namespace qelhost

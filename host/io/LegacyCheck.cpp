@@ -81,7 +81,7 @@ class LegacyWalk {
     for (int line = 0; line < 3; ++line) Line();
     for (std::string word = Lower(MaybeWord()); !word.empty(); word = Lower(MaybeWord())) {
       const auto section = Sections().find(word);
-      if (section == Sections().end()) return;
+      if (section == Sections().end()) throw Unmeasured{};
       m_seen.insert(word);
       section->second(*this);
     }
@@ -100,13 +100,13 @@ class LegacyWalk {
   template <int PerItem>
   static void Counted(LegacyWalk& walk) {
     const std::int64_t count = walk.Number();
-    walk.Values(PerItem * count, Lower(walk.Word()));
+    walk.Values(Product(PerItem, count), Lower(walk.Word()));
   }
   /// "KEYWORD name type", PerItem values for each of the nodes or cells.
   template <int PerItem>
   static void Named(LegacyWalk& walk) {
     walk.Word();
-    walk.Values(PerItem * walk.m_items, Lower(walk.Word()));
+    walk.Values(Product(PerItem, walk.m_items), Lower(walk.Word()));
   }
 
   static const std::map<std::string, Section>& Sections() {
@@ -146,6 +146,12 @@ class LegacyWalk {
     return kSections;
   }
 
+  static std::int64_t Product(std::int64_t a, std::int64_t b) {
+    std::int64_t product = 0;
+    if (__builtin_mul_overflow(a, b, &product)) throw CutOff{};
+    return product;
+  }
+
   void Require(std::initializer_list<const char*> sections) const {
     for (const char* section : sections) {
       if (m_seen.count(section) == 0) throw CutOff{};
@@ -169,24 +175,26 @@ class LegacyWalk {
     std::int64_t components = 1;
     const std::size_t digit = rest.find_first_of("123456789");
     if (digit != std::string_view::npos) {
+      components = 0;  // and stays so when there are more than can be counted
       std::from_chars(rest.data() + digit, rest.data() + rest.size(), components);
+      if (components == 0) throw CutOff{};
     }
     if (Lower(Word()) != "lookup_table") throw CutOff{};
     Word();
-    Values(components * m_items, type);
+    Values(Product(components, m_items), type);
   }
   void LookupTable() {
     Word();
-    Values(4 * Number(), "unsigned_char");
+    Values(Product(4, Number()), "unsigned_char");
   }
   void ColorScalars() {
     Word();
-    Values(Number() * m_items, "unsigned_char");
+    Values(Product(Number(), m_items), "unsigned_char");
   }
   void TextureCoordinates() {
     Word();
     const std::int64_t dimension = Number();
-    Values(dimension * m_items, Lower(Word()));
+    Values(Product(dimension, m_items), Lower(Word()));
   }
   void FieldArrays() {
     Word();
@@ -199,7 +207,7 @@ class LegacyWalk {
       if (name == "NULL_ARRAY") continue;
       const std::int64_t components = Number();
       const std::int64_t tuples = Number();
-      Values(components * tuples, Lower(Word()));
+      Values(Product(components, tuples), Lower(Word()));
     }
   }
   void Metadata() {
@@ -220,7 +228,7 @@ class LegacyWalk {
       Line();
       const int bits = BitsOf(type);
       if (bits == 0) throw Unmeasured{};
-      Skip(bits == 1 ? (count + 7) / 8 : count * (bits / 8));
+      Skip(bits == 1 ? (count + 7) / 8 : Product(count, bits / 8));
     }
   }
   void Strings(std::int64_t count) {
@@ -290,12 +298,13 @@ class LegacyWalk {
 
 }  // namespace
 
-void CheckLegacyFile(const std::string& path, const FileEncoding& encoding) {
+bool CheckLegacyFile(const std::string& path, const FileEncoding& encoding) {
   const MappedFile file(path);
   try {
     LegacyWalk(file.Bytes(), encoding).Run();
+    return true;
   } catch (const Unmeasured&) {
-    return;
+    return false;
   } catch (const CutOff&) {
     throw FileError(path, "damaged: the file is cut off");
   }

@@ -7,8 +7,8 @@
 namespace qelhost {
 
 /// Throws FileError when a section of a legacy file ends before all values that its head announces:
-/// VTK's reader takes what follows in memory for the rest, or crashes. Stops at a section that it
-/// does not know, which the reader then judges.
-void CheckLegacyFile(const std::string& path, const FileEncoding& encoding);
+/// VTK's reader takes what follows in memory for the rest, or crashes. False when it comes to a
+/// section that it does not know: then what follows is unchecked.
+bool CheckLegacyFile(const std::string& path, const FileEncoding& encoding);
 
 }  // namespace qelhost

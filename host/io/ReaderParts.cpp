@@ -7,7 +7,9 @@
 
 #include "FileError.h"
 #include "Formats.h"
+#include "InputFile.h"
 #include "MeshCheck.h"
+#include "TrialRead.h"
 
 namespace qelhost {
 namespace {
@@ -57,6 +59,17 @@ void TakeBlock(FileSource& source, vtkDataSet* block, const FileEncoding& encodi
   root.name = StemOf(source.path);
   root.block = block;
   root.encoding = encoding;
+}
+
+void ReadAfterTrial(const std::string& path, std::int64_t (*bytes)(const std::string&),
+                    void (*read)(const std::string&, FileSource&), FileSource& source) {
+  RequireFile(path);
+  ReadForTrial(path, TrialLimits::For(bytes(path)), [&] {
+    FileSource trial;
+    trial.path = source.path;
+    read(path, trial);
+  });
+  read(path, source);
 }
 
 void CheckMeshes(const std::string& path, const FileNode& node) {

@@ -14,10 +14,9 @@
 
 namespace qelhost {
 
-void ReadLegacy(const std::string& path, FileSource& source) {
-  RequireFile(path);
-  const FileEncoding encoding = ScanLegacyFile(path);
-  CheckLegacyFile(path, encoding);
+namespace {
+
+void RunLegacyReader(const std::string& path, FileSource& source) {
   vtkNew<vtkGenericDataObjectReader> reader;
   reader->SetFileName(path.c_str());
   reader->ReadAllScalarsOn();
@@ -35,9 +34,17 @@ void ReadLegacy(const std::string& path, FileSource& source) {
     throw FileError(path, "damaged or unreadable");
   }
   source.steps.resize(1);
-  source.steps[0].root = NodeOf(output, encoding);
+  source.steps[0].root = NodeOf(output, ScanLegacyFile(path));
   source.steps[0].root.name = StemOf(path);
   CheckMeshes(path, source.steps[0].root);
+}
+
+}  // namespace
+
+void ReadLegacy(const std::string& path, FileSource& source) {
+  RequireFile(path);
+  if (CheckLegacyFile(path, ScanLegacyFile(path))) return RunLegacyReader(path, source);
+  ReadAfterTrial(path, FileBytes, RunLegacyReader, source);
 }
 
 void ReadStl(const std::string& path, FileSource& source) {
