@@ -118,6 +118,7 @@ class LayoutReader {
     } else if (m_open.size() == 1 && tag.name == "AppendedData") {
       TakeAppended(tag);
     } else {
+      RequireNoHolder();
       TakeSection(tag);
     }
     if (!tag.isClosed) m_open.push_back(tag.name);
@@ -144,6 +145,16 @@ class LayoutReader {
     layout.bigEndian = order == "BigEndian";
     return !tag.isClosed && IsOneOf(headers, {"", "UInt32", "UInt64"}) &&
            IsOneOf(order, {"", "LittleEndian", "BigEndian"});
+  }
+
+  /// VTK takes whatever stands in these for arrays.
+  void RequireNoHolder() const {
+    static const std::set<std::string> kHolders = {"FieldData", "PointData",  "CellData", "Points",
+                                                   "Cells",     "Verts",      "Lines",    "Strips",
+                                                   "Polys",     "Coordinates"};
+    if (!m_open.empty() && kHolders.count(m_open.back()) > 0) {
+      Damaged("something else stands where arrays belong");
+    }
   }
 
   static bool IsVariables(const std::string& name) {
@@ -199,8 +210,18 @@ class LayoutReader {
     }
     RequirePlain(m_open.size() == (array.section == XmlSection::FieldData ? 3 : 4));
     TakeFormat(array);
+    if (array.isInline) RequireNoBracket(tag);
     layout.arrays.push_back(std::move(array));
     m_isInArray = !tag.isClosed;
+  }
+
+  /// VTK looks for the numbers behind the first angle bracket, be it within quotes.
+  void RequireNoBracket(const XmlTag& tag) const {
+    for (const XmlAttribute& attribute : tag.attributes) {
+      if (attribute.value.find('>') != std::string::npos) {
+        Damaged("an angle bracket stands within the tag of an array");
+      }
+    }
   }
 
   std::int64_t TuplesOf(const XmlArray& array) {

@@ -259,6 +259,28 @@ TEST_F(XmlLayout, MarkupThatVtkDoesNotWriteIsRefused) {
   EXPECT_EQ(ErrorOf(Replaced(text, "<Cells>", "<Other></Cells><Cells>")), error);
 }
 
+/// VTK takes it for an array, with all that it says of itself.
+TEST_F(XmlLayout, OtherElementsAmongArraysAreRefused) {
+  const std::string text = RawBricks();
+  for (const char* section :
+       {"<FieldData>", "<PointData Scalars=\"p\">", "<CellData>", "<Points>", "<Cells>"}) {
+    const std::string other = "<Other type=\"String\" NumberOfTuples=\"9999999\" offset=\"0\"/>";
+    EXPECT_EQ(ErrorOf(Replaced(text, section, section + other)),
+              "damaged: something else stands where arrays belong")
+        << section;
+  }
+}
+
+/// VTK looks for the numbers behind it.
+TEST_F(XmlLayout, AngleBracketsWithinTagsOfArraysAreRefused) {
+  const std::string what = "type=\"Float64\" Name=\"p\"";
+  for (const int mode : {vtkXMLWriter::Ascii, vtkXMLWriter::Binary}) {
+    EXPECT_EQ(ErrorOf(Replaced(Bricks(mode, 0, vtkXMLWriter::NONE), what, what + " Range=\">\"")),
+              "damaged: an angle bracket stands within the tag of an array");
+  }
+  EXPECT_EQ(ErrorOf(Replaced(RawBricks(), what, what + " Range=\">\"")), "");
+}
+
 TEST_F(XmlLayout, DeclaredEncodingsThatLeaveLettersWhereTheyAreAreRead) {
   const std::string text = RawBricks();
   for (const char* encoding : {"UTF-8", "ISO-8859-1", "us-ascii"}) {
