@@ -11,7 +11,9 @@ if [ "${1:-}" != --on-display ]; then
 fi
 workbench=$2 marquell=$3 add_on=$4 data=$5 folder=$6
 
-work=$(mktemp -d)
+# Its name is typed: in capitals a key held down for too short a time would write another.
+work=${TMPDIR:-/tmp}/journey.$$
+mkdir -m 700 "$work"
 export HOME="$work" XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work/run"
 mkdir -m 700 "$XDG_RUNTIME_DIR"
 program_pid='' manager_pid=''
@@ -59,14 +61,24 @@ is_focused() {
 # The window whose title fits the pattern has the keyboard.
 await_window() { await "the window \"$1\"" is_focused "$1"; }
 
-# A window that goes while it is looked for is no failure.
-window_named() { xdotool search --onlyvisible --name "$1" 2>/dev/null | head -n1; }
-is_shown() { [ -n "$(window_named "$1")" ]; }
-
-bring_to_front() {
-  xdotool windowactivate "$(window_named "$1")"
-  await_window "$2"
+# A search breaks off when any window goes meanwhile: one that finds nothing proves nothing.
+window_named() {
+  local found
+  for _ in 1 2 3; do
+    found=$(xdotool search --onlyvisible --name "$1" 2>/dev/null | head -n1)
+    [ -z "$found" ] || break
+  done
+  echo "$found"
 }
+is_shown() { [ -n "$(window_named "$1")" ]; }
+is_gone() { ! is_shown "$1"; }
+
+activated() {
+  local window
+  window=$(window_named "$1")
+  [ -n "$window" ] && xdotool windowactivate "$window" 2>/dev/null && is_focused "$2"
+}
+bring_to_front() { await "the window \"$2\" in front" activated "$1" "$2"; }
 main_window() { bring_to_front ' - Marquell Workbench$' '* - Marquell Workbench'; }
 dialog() { bring_to_front '^Marquell$' 'Marquell'; }
 
@@ -76,8 +88,9 @@ write() { xdotool type --delay 15 -- "$1"; }
 
 # A share of the main window's width and height, in percent.
 pointer_to() {
-  local X Y WIDTH HEIGHT WINDOW SCREEN
-  eval "$(xdotool getwindowgeometry --shell "$(window_named ' - Marquell Workbench$')")"
+  local X Y WIDTH HEIGHT WINDOW SCREEN place
+  place=$(xdotool getwindowgeometry --shell "$(window_named ' - Marquell Workbench$')")
+  eval "$place"
   xdotool mousemove --sync $((X + WIDTH * $1 / 100)) $((Y + HEIGHT * $2 / 100))
 }
 
@@ -147,7 +160,8 @@ press Return
 press alt+a # Apply Blanking
 await_window 'Marquell Workbench'
 press alt+y # yes, turn blanking on
-await_window Marquell
+# The keyboard then goes to whichever window the manager chooses.
+await "the question's end" is_gone '^Marquell Workbench$'
 main_window
 press ctrl+shift+s
 await_window 'Save As'
