@@ -249,10 +249,10 @@ bool CPolyBoundary::SetFromPolyline(QelGeomID_t geom, double anchorX, double anc
   if (pointCount < 3) return false;
   std::vector<double> xs;
   std::vector<double> ys;
-  for (LgIndex_t point = 1; point <= pointCount; ++point) {
+  for (LgIndex_t point = 0; point < pointCount; ++point) {
     double x = 0.0;
     double y = 0.0;
-    QelUtilGeom2DPolylineGetPoint(geom, point, &x, &y);
+    QelUtilGeom2DPolylineGetPoint(geom, point + 1, &x, &y);
     xs.push_back(anchorX + x);
     ys.push_back(anchorY + y);
   }

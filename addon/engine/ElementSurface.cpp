@@ -10,7 +10,8 @@ namespace qelvane::qelutiltools {
 
 namespace {
 
-/// The connectivity of a zone of elements. Everything counts from 1, as the host has it.
+/// The connectivity of a zone of elements. Everything counts from 1, as the host has it; loops over
+/// what a node has count from 0, as there may be as much of it as the host can count.
 struct ElementMaps {
   const QelNodeMap* nodes = nullptr;
   const QelNodeToElemMap* elements = nullptr;
@@ -43,7 +44,7 @@ LgIndex_t HostNode(std::int64_t node) { return static_cast<LgIndex_t>(node + 1);
 class ElementPatch {
  public:
   struct Cursor {
-    LgIndex_t n = 1;         ///< the element, in the node's order
+    LgIndex_t n = 0;         ///< elements done with, in the node's order
     std::int8_t corner = 0;  ///< the last one looked at; 0: the element was not entered yet
   };
 
@@ -55,8 +56,8 @@ class ElementPatch {
 
   bool Next(std::int64_t node, Cursor& cursor, std::int64_t& next) {
     const LgIndex_t elementCount = m_maps.ElementCount(HostNode(node));
-    for (; cursor.n <= elementCount; ++cursor.n, cursor.corner = 0) {
-      const LgIndex_t element = m_maps.Element(HostNode(node), cursor.n);
+    for (; cursor.n < elementCount; ++cursor.n, cursor.corner = 0) {
+      const LgIndex_t element = m_maps.Element(HostNode(node), cursor.n + 1);
       // A damaged map may name an element that the zone does not have.
       if (element < 1 || element > m_elementCount) continue;
       if (cursor.corner == 0) {
@@ -103,7 +104,7 @@ constexpr CellFaces kTetrahedron = {4,
 class BoundaryFaces {
  public:
   struct Cursor {
-    LgIndex_t n = 1;           ///< the element, in the node's order
+    LgIndex_t n = 0;           ///< elements done with, in the node's order
     std::int8_t corner = 1;    ///< of the element
     std::int8_t slot = 0;      ///< of the faces at the corner
     std::int8_t faceNode = 0;  ///< of the face; 0: not known yet whether the face has a neighbour
@@ -120,8 +121,8 @@ class BoundaryFaces {
   bool Next(std::int64_t node, Cursor& cursor, std::int64_t& next) const {
     const LgIndex_t hostNode = HostNode(node);
     const LgIndex_t elementCount = m_maps.ElementCount(hostNode);
-    for (; cursor.n <= elementCount; ++cursor.n, cursor.corner = 1) {
-      const LgIndex_t element = m_maps.Element(hostNode, cursor.n);
+    for (; cursor.n < elementCount; ++cursor.n, cursor.corner = 1) {
+      const LgIndex_t element = m_maps.Element(hostNode, cursor.n + 1);
       // A collapsed cell has the node at several corners; all of them count.
       for (; cursor.corner <= m_faces.cornerCount; ++cursor.corner, cursor.slot = 0) {
         if (m_maps.Node(element, cursor.corner) != hostNode) continue;

@@ -8,12 +8,12 @@ namespace qelvane::qelutiltools {
 namespace {
 
 /// The faces of a zone of polygons (their edges) or polyhedra. Everything counts from 1, as the
-/// host has it.
+/// host has it; loops count from 0, as there may be as much as the host can count.
 class Faces {
  public:
   struct Cursor {
-    LgIndex_t n = 1;         ///< the element, in the node's order
-    LgIndex_t slot = 1;      ///< of the element's faces
+    LgIndex_t n = 0;         ///< elements done with, in the node's order
+    LgIndex_t slot = 0;      ///< faces done with, in the element's order
     LgIndex_t faceNode = 0;  ///< the last one given; 0: the face was not looked at yet
   };
 
@@ -32,11 +32,11 @@ class Faces {
   bool Next(std::int64_t node, Cursor& cursor, std::int64_t& next) const {
     const auto hostNode = static_cast<LgIndex_t>(node + 1);
     const LgIndex_t elementCount = QelUtilDataNodeToElemMapGetNumElems(m_elements, hostNode);
-    for (; cursor.n <= elementCount; ++cursor.n, cursor.slot = 1) {
-      const LgIndex_t element = QelUtilDataNodeToElemMapGetElem(m_elements, hostNode, cursor.n);
+    for (; cursor.n < elementCount; ++cursor.n, cursor.slot = 0) {
+      const LgIndex_t element = QelUtilDataNodeToElemMapGetElem(m_elements, hostNode, cursor.n + 1);
       const LgIndex_t faceCount = QelUtilDataElemGetNumFaces(m_facesOfElement, element);
-      for (; cursor.slot <= faceCount; ++cursor.slot, cursor.faceNode = 0) {
-        const LgIndex_t face = QelUtilDataElemGetFace(m_facesOfElement, element, cursor.slot);
+      for (; cursor.slot < faceCount; ++cursor.slot, cursor.faceNode = 0) {
+        const LgIndex_t face = QelUtilDataElemGetFace(m_facesOfElement, element, cursor.slot + 1);
         if (cursor.faceNode == 0 && !IsWalkedAt(face, hostNode)) continue;
         if (cursor.faceNode >= QelUtilDataFaceMapGetNFaceNodes(m_faceMap, face)) continue;
         ++cursor.faceNode;
@@ -54,8 +54,8 @@ class Faces {
       return false;
     }
     const LgIndex_t nodeCount = QelUtilDataFaceMapGetNFaceNodes(m_faceMap, face);
-    for (LgIndex_t n = 1; n <= nodeCount; ++n) {
-      if (QelUtilDataFaceMapGetFaceNode(m_faceMap, face, n) == node) return true;
+    for (LgIndex_t n = 0; n < nodeCount; ++n) {
+      if (QelUtilDataFaceMapGetFaceNode(m_faceMap, face, n + 1) == node) return true;
     }
     return false;
   }

@@ -80,9 +80,9 @@ TakenItems CellsAskedFor(const QelNodeMap* nodeMap, const ZoneDims& dims, const 
                           words = inside.Words(),
                           nodeCount = inside.NodeCount()](std::int64_t cell) {
     const LgIndex_t element = HostIndex(cell);
-    for (LgIndex_t corner = 1; corner <= cornerCount; ++corner) {
+    for (LgIndex_t corner = 0; corner < cornerCount; ++corner) {
       const auto node = static_cast<std::uint64_t>(
-          std::int64_t{QelUtilDataNodeGetByRef(nodeMap, element, corner)} - 1);
+          std::int64_t{QelUtilDataNodeGetByRef(nodeMap, element, corner + 1)} - 1);
       const bool isInside = node < static_cast<std::uint64_t>(nodeCount) &&
                             ((words[node / 64] >> (node % 64)) & 1) != 0;
       if (isInside == kDecisiveSide) return !needsAll;
@@ -115,11 +115,11 @@ template <class Test>
 bool AnyOfFaceNodes(const QelElemToFaceMap* elemToFaceMap, const QelFaceMap* faceMap,
                     LgIndex_t element, Test&& test) {
   const LgIndex_t faceCount = QelUtilDataElemGetNumFaces(elemToFaceMap, element);
-  for (LgIndex_t n = 1; n <= faceCount; ++n) {
-    const LgIndex_t face = QelUtilDataElemGetFace(elemToFaceMap, element, n);
+  for (LgIndex_t n = 0; n < faceCount; ++n) {
+    const LgIndex_t face = QelUtilDataElemGetFace(elemToFaceMap, element, n + 1);
     const LgIndex_t nodeCount = QelUtilDataFaceMapGetNFaceNodes(faceMap, face);
-    for (LgIndex_t m = 1; m <= nodeCount; ++m) {
-      if (test(std::int64_t{QelUtilDataFaceMapGetFaceNode(faceMap, face, m)} - 1)) return true;
+    for (LgIndex_t m = 0; m < nodeCount; ++m) {
+      if (test(std::int64_t{QelUtilDataFaceMapGetFaceNode(faceMap, face, m + 1)} - 1)) return true;
     }
   }
   return false;
