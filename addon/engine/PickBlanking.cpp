@@ -7,8 +7,10 @@
 #include "qelvane/Keywords.h"
 #include "qelvane/QelUtil.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <new>
 #include <vector>
 
 /// A macro because its name is part of the text of internal errors.
@@ -69,15 +71,21 @@ struct FreeMemory {
 };
 
 /// Sets every value to 0 in one go, in whatever type they are stored: none is wider than 8 bytes
-/// and 0 is all bits 0 in each. Fresh zeroed memory costs the machine next to nothing.
+/// and 0 is all bits 0 in each. Fresh zeroed memory costs the machine next to nothing; of billions
+/// of values there would not be enough, so these are set some at a time.
 void SetAllToZeroAtOnce(QelFieldData* field) {
   constexpr std::size_t kWidestValue = 8;
-  const LgIndex_t count = QelUtilDataValueGetCountByRef(field);
+  constexpr std::int64_t kMostAtOnce = std::int64_t{1} << 24;
+  const std::int64_t count = QelUtilDataValueGetCountByRef(field);
   if (count < 1) return;
   const std::unique_ptr<void, FreeMemory> zeros(
-      std::calloc(static_cast<std::size_t>(count), kWidestValue));
+      std::calloc(static_cast<std::size_t>(std::min(count, kMostAtOnce)), kWidestValue));
   if (zeros == nullptr) throw std::bad_alloc();
-  QelUtilDataValueArraySetByRef(field, 1, count, zeros.get());
+  for (std::int64_t done = 0; done < count; done += kMostAtOnce) {
+    QelUtilDataValueArraySetByRef(field, static_cast<LgIndex_t>(done + 1),
+                                  static_cast<LgIndex_t>(std::min(count - done, kMostAtOnce)),
+                                  zeros.get());
+  }
 }
 
 }  // namespace
