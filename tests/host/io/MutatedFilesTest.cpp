@@ -1,33 +1,19 @@
 // Files that are damaged in some place are refused in one line, or read as VTK reads them; what is
 // written of them reads back as what was read. Each is tried in a process of its own, so that one
 // that ends its process, takes too long or too much memory is found as well.
-#include <fcntl.h>
-#include <sys/mman.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <gmock/gmock.h>
 #include <vtkXMLGenericDataObjectReader.h>
 #include <vtkXMLUnstructuredGridWriter.h>
 
 #include <cstdio>
-#include <cstdlib>
-#include <functional>
-#include <new>
 
 #include "DataSetFiles.h"
 #include "EncodedMeshes.h"
 #include "FileTree.h"
 #include "Mutations.h"
+#include "Trials.h"
 #include "VtkErrors.h"
 #include "xml/XmlLayout.h"
-
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool kIsSanitized = true;
-#else
-constexpr bool kIsSanitized = false;
-#endif
 
 namespace {
 
@@ -136,15 +122,6 @@ class MutatedFiles : public FolderTest {
 
 // ---- what is tried with each ----
 
-enum Outcome { kRead, kRefused, kMoreThanVtk, kFailed };
-
-/// What both processes see of how far the trials are.
-struct Shared {
-  unsigned tried = 0;
-  bool isVtkAlone = false;  ///< what happens now is no fault of ours
-  unsigned outcomes[4] = {};
-};
-
 /// Null when VTK finds something wrong.
 vtkSmartPointer<vtkDataSet> ReadQuietly(const std::string& path) {
   const qelhost::VtkErrorCapture errors;
@@ -164,10 +141,6 @@ void LoadEverything(DataSet& data) {
   if (NodeOf(data).xml != nullptr) LoadAll(*NodeOf(data).xml);
 }
 
-bool IsOneLine(const std::string& text) {
-  return !text.empty() && text.find('\n') == std::string::npos;
-}
-
 void AlterSomething(DataSet& data) {
   for (LgIndex_t var = data.VariableCount(); var > 0; --var) {
     QelFieldData* const field = data.Writable(1, var);
@@ -178,7 +151,7 @@ void AlterSomething(DataSet& data) {
 }
 
 Outcome Try(const std::string& path, const std::string& target, const std::string& said,
-            Shared& shared) {
+            TrialState& state) {
   DataSetPtr data;
   try {
     data = qelhost::ReadDataSet(path);
@@ -193,9 +166,9 @@ Outcome Try(const std::string& path, const std::string& target, const std::strin
   }
   EXPECT_EQ(fs::file_size(said), 0U) << "something was said on the error stream";
   vtkDataSet* const block = NodeOf(*data).block;
-  shared.isVtkAlone = true;
+  state.isVtkAlone = true;
   const auto expected = ReadQuietly(path);
-  shared.isVtkAlone = false;
+  state.isVtkAlone = false;
   if (expected != nullptr) ExpectSame(block, expected);
   if (::testing::Test::HasFailure()) return kFailed;
 
@@ -206,7 +179,7 @@ Outcome Try(const std::string& path, const std::string& target, const std::strin
     ADD_FAILURE() << "what was read cannot be written: " << error.what();
     return kFailed;
   }
-  shared.isVtkAlone = expected == nullptr;
+  state.isVtkAlone = expected == nullptr;
   const auto written = ReadQuietly(target);
   if (written == nullptr && expected == nullptr) return kMoreThanVtk;
   EXPECT_NE(written, nullptr) << "what was written cannot be read";
@@ -214,108 +187,36 @@ Outcome Try(const std::string& path, const std::string& target, const std::strin
   return expected == nullptr ? kMoreThanVtk : kRead;
 }
 
-constexpr long kMostKilobytes = 1 << 20;
-
-/// Of the process that runs the trials.
-void TryAll(const std::string& said, unsigned count, const std::function<Outcome(unsigned)>& trial,
-            Shared& shared) {
-  constexpr unsigned kMostSeconds = 10;
-  const int to = open(said.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_APPEND, 0600);
-  const int out = open((said + ".out").c_str(), O_RDWR | O_CREAT | O_TRUNC | O_APPEND, 0600);
-  dup2(to, STDERR_FILENO);
-  dup2(out, STDOUT_FILENO);
-  const rlimit space = {rlim_t{4} << 30, rlim_t{4} << 30};
-  if (!kIsSanitized) setrlimit(RLIMIT_AS, &space);
-  while (shared.tried < count) {
-    alarm(kIsSanitized ? 10 * kMostSeconds : kMostSeconds);
-    const unsigned n = shared.tried++;
-    shared.isVtkAlone = false;
-    Outcome outcome = kFailed;
-    try {
-      outcome = trial(n);
-    } catch (const std::exception& error) {
-      ADD_FAILURE() << "an error of an unexpected kind: " << error.what();
-    }
-    rusage used{};
-    getrusage(RUSAGE_SELF, &used);
-    EXPECT_TRUE(kIsSanitized || used.ru_maxrss <= kMostKilobytes) << "it takes too much memory";
-    if (::testing::Test::HasFailure()) outcome = kFailed;
-    ++shared.outcomes[outcome];
-    if (outcome == kFailed) break;
-  }
-  std::fflush(nullptr);
-  _exit(0);
-}
-
-/// Runs some trials in a process of their own, up to the first that fails: why, or "".
-std::string RunApart(const std::string& said, unsigned count,
-                     const std::function<Outcome(unsigned)>& trial, Shared& shared) {
-  const unsigned failedBefore = shared.outcomes[kFailed];
-  std::fflush(nullptr);
-  const pid_t child = fork();
-  if (child == 0) TryAll(said, count, trial, shared);
-  int status = 0;
-  waitpid(child, &status, 0);
-  const std::string text = Contents(said) + Contents(said + ".out");
-  if (shared.outcomes[kFailed] > failedBefore) return text;
-  if (WIFEXITED(status) && WEXITSTATUS(status) == 0) return {};
-  ++shared.outcomes[kFailed];
-  return "the process ended by " + std::to_string(status) + "\n" + text;
-}
-
-unsigned NumberFrom(const char* variable, unsigned otherwise) {
-  const char* const text = std::getenv(variable);
-  return text == nullptr ? otherwise : static_cast<unsigned>(std::strtoul(text, nullptr, 10));
-}
-
-/// MUTATED_FILES and MUTATION_SEED in the environment ask for more of them, or others; those that
-/// failed are kept in MUTATED_KEEP.
 TEST_F(MutatedFiles, AreRefusedOrReadAsVtkReadsThem) {
   MakeSeeds();
-  const unsigned count = NumberFrom("MUTATED_FILES", 2000);
-  const unsigned first = NumberFrom("MUTATION_SEED", 1);
-  const char* const keep = std::getenv("MUTATED_KEEP");
-  void* const memory =
-      mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
-  ASSERT_NE(memory, MAP_FAILED);
-  auto& shared = *new (memory) Shared;
   const auto seedOf = [this](Random& random) -> const Seed& {
     return m_seeds[Below(random, m_seeds.size())];
   };
-  const auto trial = [&](unsigned n) {
-    Random random(first + n);
+  TrialPlan plan(2000);
+  plan.said = In("said");
+  plan.trial = [&](unsigned number, TrialState& state) {
+    Random random(number);
     const Seed& seed = seedOf(random);
     const std::string path = In("mutated" + seed.extension);
     const std::string target = In("target" + seed.extension);
     Save(path, Mutated(random, seed));
     fs::remove(target);
-    return Try(path, target, In("said"), shared);
+    return Try(path, target, In("said"), state);
   };
-  std::string failures;  // told at the end: what runs apart begins without one
-  unsigned vtkFailed = 0;
-  while (shared.tried < count) {
-    const std::string why = RunApart(In("said"), count, trial, shared);
-    if (why.empty()) continue;
-    Random random(first + shared.tried - 1);
+  plan.name = [&](unsigned number, const std::string& folder) {
+    Random random(number);
     const Seed& seed = seedOf(random);
-    const std::string number = std::to_string(first + shared.tried - 1);
-    if (shared.isVtkAlone) {
-      ++vtkFailed;
-      continue;
-    }
-    failures += "mutation " + number + " of " + seed.name + ": " + why.substr(0, 1500) + "\n";
-    if (keep == nullptr) continue;
-    Save(std::string(keep) + "/" + number + seed.extension, Mutated(random, seed));
-    Save(std::string(keep) + "/" + number + ".txt", seed.name + "\n" + why);
-  }
-  const unsigned failed = shared.outcomes[kFailed] - vtkFailed;
+    if (!folder.empty()) Save(folder + "/mutated" + seed.extension, Mutated(random, seed));
+    return seed.name;
+  };
+  const TrialResult result = RunTrials(plan);
+  const TrialState& state = result.state;
   std::printf(
-      "%u mutated files, %u survived: %u read, %u refused, %u read though VTK does not; VTK alone "
+      "%u mutated inputs, %u survived: %u read, %u refused, %u read though VTK does not; VTK alone "
       "failed in %u\n",
-      count, count - failed, shared.outcomes[kRead], shared.outcomes[kRefused],
-      shared.outcomes[kMoreThanVtk], vtkFailed);
-  munmap(memory, sizeof(Shared));
-  EXPECT_EQ(failures, "");
+      plan.count, plan.count - result.Failed(), state.Sum(kRead), state.Sum(kRefused),
+      state.Sum(kMoreThanVtk), result.vtkFailed);
+  EXPECT_EQ(result.failures, "");
 }
 
 }  // namespace

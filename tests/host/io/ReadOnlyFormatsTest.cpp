@@ -1,6 +1,7 @@
 // Formats that are read and written as others: small files, spelt out here.
 #include "DataSetFiles.h"
 #include "FileTesting.h"
+#include "SmallCases.h"
 
 #include <vtkXMLPolyDataWriter.h>
 #include <vtkXMLStructuredGridWriter.h>
@@ -37,30 +38,8 @@ TEST_F(ReadOnlyFormats, ObjIsASurface) {
   EXPECT_EQ(data->FindZone(1)->CellCount(), 2);
 }
 
-constexpr char kEnSightCase[] =
-    "FORMAT\ntype: ensight gold\nGEOMETRY\nmodel: bar.geo\nVARIABLE\n"
-    "scalar per node: p bar.p\nscalar per element: q bar.q\n";
-constexpr char kEnSightGeometry[] =
-    "two bricks\nside by side\nnode id assign\nelement id assign\npart\n         1\nbar\n"
-    "coordinates\n        12\n"
-    " 0.00000e+00\n 1.00000e+00\n 2.00000e+00\n 0.00000e+00\n 1.00000e+00\n 2.00000e+00\n"
-    " 0.00000e+00\n 1.00000e+00\n 2.00000e+00\n 0.00000e+00\n 1.00000e+00\n 2.00000e+00\n"
-    " 0.00000e+00\n 0.00000e+00\n 0.00000e+00\n 1.00000e+00\n 1.00000e+00\n 1.00000e+00\n"
-    " 0.00000e+00\n 0.00000e+00\n 0.00000e+00\n 1.00000e+00\n 1.00000e+00\n 1.00000e+00\n"
-    " 0.00000e+00\n 0.00000e+00\n 0.00000e+00\n 0.00000e+00\n 0.00000e+00\n 0.00000e+00\n"
-    " 1.00000e+00\n 1.00000e+00\n 1.00000e+00\n 1.00000e+00\n 1.00000e+00\n 1.00000e+00\n"
-    "hexa8\n         2\n"
-    "         1         2         5         4         7         8        11        10\n"
-    "         2         3         6         5         8         9        12        11\n";
-
 TEST_F(ReadOnlyFormats, EnSightPartIsAZone) {
-  Save(In("bar.case"), kEnSightCase);
-  Save(In("bar.geo"), kEnSightGeometry);
-  std::string pressure = "p\npart\n         1\ncoordinates\n";
-  for (int node = 1; node <= 12; ++node) pressure += " " + std::to_string(node) + ".50000e+00\n";
-  Save(In("bar.p"), pressure);
-  Save(In("bar.q"), "q\npart\n         1\nhexa8\n 3.00000e+00\n 4.00000e+00\n");
-
+  SaveEnSightCase(In(""));
   const DataSetPtr data = ReadDataSet(In("bar.case"));
   ASSERT_EQ(data->ZoneCount(), 1);
   EXPECT_EQ(data->FindZone(1)->Type(), ZoneType_FEBrick);
@@ -72,32 +51,8 @@ TEST_F(ReadOnlyFormats, EnSightPartIsAZone) {
   EXPECT_THAT(Values(*again, 1, "q"), ::testing::ElementsAre(3.0, 4.0));
 }
 
-std::string FoamHeader(const std::string& type, const std::string& object) {
-  return "FoamFile\n{\n version 2.0;\n format ascii;\n class " + type + ";\n object " + object +
-         ";\n}\n";
-}
-
 TEST_F(ReadOnlyFormats, FoamCaseIsItsMeshAndPatches) {
-  fs::create_directories(In("constant/polyMesh"));
-  fs::create_directories(In("system"));
-  fs::create_directories(In("1"));
-  Save(In("box.foam"), "");
-  Save(In("system/controlDict"),
-       FoamHeader("dictionary", "controlDict") +
-           "startTime 0;\nendTime 1;\ndeltaT 1;\nwriteControl timeStep;\nwriteInterval 1;\n");
-  const std::string mesh = In("constant/polyMesh/");
-  Save(mesh + "points", FoamHeader("vectorField", "points") +
-                            "8\n((0 0 0)(1 0 0)(1 1 0)(0 1 0)(0 0 1)(1 0 1)(1 1 1)(0 1 1))\n");
-  Save(mesh + "faces", FoamHeader("faceList", "faces") +
-                           "6\n(4(0 3 2 1)4(4 5 6 7)4(0 1 5 4)4(1 2 6 5)4(2 3 7 6)4(3 0 4 7))\n");
-  Save(mesh + "owner", FoamHeader("labelList", "owner") + "6\n(0 0 0 0 0 0)\n");
-  Save(mesh + "neighbour", FoamHeader("labelList", "neighbour") + "0\n()\n");
-  Save(mesh + "boundary", FoamHeader("polyBoundaryMesh", "boundary") +
-                              "1\n(\nwalls { type wall; nFaces 6; startFace 0; }\n)\n");
-  Save(In("1/p"), FoamHeader("volScalarField", "p") +
-                      "dimensions [0 2 -2 0 0 0 0];\ninternalField nonuniform List<scalar> "
-                      "1(7.5);\nboundaryField { walls { type zeroGradient; } }\n");
-
+  SaveFoamCase(In(""));
   const DataSetPtr data = ReadDataSet(In("box.foam"));
   ASSERT_GE(data->ZoneCount(), 1);
   EXPECT_EQ(data->FindZone(1)->Type(), ZoneType_FEBrick);
