@@ -1,10 +1,12 @@
 // Interrupts at every stage of a run: nothing is written, nothing is left.
 #include "DataFiles.h"
+#include "Faults.h"
 #include "Meshes.h"
 #include "ProgramRun.h"
 
 #include <chrono>
 #include <csignal>
+#include <iostream>
 #include <thread>
 
 namespace clitest {
@@ -14,17 +16,6 @@ namespace {
 class Interrupt : public ProgramTest {
  protected:
   Interrupt() { WriteData(Path("in.vti"), LargeVolume(), {Layout::Mode::kRawAppended, "none"}); }
-
-  /// Waits until the program has begun to write: something with the target's name is there.
-  bool WaitForPartOf(Running& program, const std::string& stem) const {
-    while (!program.HasEnded()) {
-      for (const std::string& name : Listing()) {
-        if (name.find(stem) != std::string::npos) return true;
-      }
-      std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return false;
-  }
 };
 
 TEST_F(Interrupt, WhileLinesArePlayedLeavesNothing) {
@@ -48,20 +39,57 @@ TEST_F(Interrupt, WhileLinesArePlayedLeavesNothing) {
   EXPECT_EQ(Listing(), namesBefore);
 }
 
-TEST_F(Interrupt, WhileTheResultIsWrittenLeavesNothing) {
-  DataPtr data = LargeVolume();
-  WriteData(Path("in.vti"), data);  // compressed, which takes the longest
-  WriteText("none.journal", Journal({}));
-  const auto namesBefore = Listing();
+/// Requests to end that come just before a call that changes a file.
+class InterruptAtWriting : public FaultTest {
+ protected:
+  struct Trial {
+    const Rehearsal* rehearsal = nullptr;
+    Fault fault;
+  };
 
-  Running program(Folder(), {"run", "none.journal", "in.vti", "-o", "out.vti"});
-  ASSERT_TRUE(WaitForPartOf(program, "out")) << program.Wait().err;
-  program.Send(SIGINT);
-  const Outcome outcome = program.Wait();
+  std::vector<Trial> AllTrials() const {
+    std::vector<Trial> trials;
+    for (const Rehearsal& rehearsal : Rehearsals()) {
+      for (std::size_t n = 1; n <= rehearsal.calls.size(); ++n) {
+        for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+          Fault fault;
+          fault.call = static_cast<long long>(n);
+          fault.signal = signal;
+          trials.push_back({&rehearsal, fault});
+        }
+      }
+    }
+    return trials;
+  }
 
-  EXPECT_EQ(outcome.exitCode, 130);
-  EXPECT_TRUE(IsOneLineWith(outcome.err, {"interrupted"}));
-  EXPECT_EQ(Listing(), namesBefore);
+  /// Nothing is left; once the first file has its new name, all are written.
+  ::testing::AssertionResult Survives(const Trial& trial) {
+    const Outcome outcome = RunWith(*trial.rehearsal, trial.fault);
+    m_stopped += outcome.exitCode == 130 ? 1 : 0;
+    if (outcome.exitCode == 0) return IsAll(*trial.rehearsal, State::kNew);
+    if (outcome.exitCode != 130) {
+      return ::testing::AssertionFailure() << outcome.exitCode << " " << outcome.err;
+    }
+    const ::testing::AssertionResult isSaid =
+        IsOneLineWith(outcome.err, {"interrupted, nothing written"});
+    return isSaid ? IsAll(*trial.rehearsal, State::kOld) : isSaid;
+  }
+
+  std::size_t m_stopped = 0;
+};
+
+TEST_F(InterruptAtWriting, LeavesNothing) {
+  const auto count = static_cast<std::size_t>(CountFrom("INTERRUPTS", 40));
+  const std::vector<Trial> trials = SampleOf(AllTrials(), count);
+  std::size_t survived = 0;
+  for (const Trial& trial : trials) {
+    const ::testing::AssertionResult result = Survives(trial);
+    survived += result ? 1 : 0;
+    EXPECT_TRUE(result) << Told(*trial.rehearsal, trial.fault);
+  }
+  std::cout << trials.size() << " interrupts, " << survived << " survived, " << m_stopped
+            << " before anything had its name\n";
+  EXPECT_GT(m_stopped, trials.size() / 3);
 }
 
 }  // namespace
