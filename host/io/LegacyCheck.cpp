@@ -12,9 +12,11 @@
 #include <initializer_list>
 #include <map>
 #include <set>
+#include <sstream>
 #include <string_view>
 
 #include "FileError.h"
+#include "SourceEncoding.h"
 
 namespace qelhost {
 namespace {
@@ -72,14 +74,14 @@ int BitsOf(const std::string& type) {
 /// Goes through a file section by section. Throws CutOff where values are missing.
 class LegacyWalk {
  public:
-  LegacyWalk(std::string_view bytes, const FileEncoding& encoding)
-      : m_left(bytes),
-        m_text(encoding.mode == DataMode::Ascii),
-        m_hasOffsets(encoding.legacyMajorVersion >= 5) {}
+  /// depth: of a file within files.
+  LegacyWalk(const std::string& path, std::string_view bytes, int depth = 0)
+      : m_path(path), m_left(bytes), m_depth(depth) {}
 
   void Run() {
-    for (int line = 0; line < 3; ++line) Line();
+    TakeHead();
     for (std::string word = Lower(MaybeWord()); !word.empty(); word = Lower(MaybeWord())) {
+      if (word == "endchild" && m_depth > 0) break;
       const auto section = Sections().find(word);
       if (section == Sections().end()) throw Unmeasured{};
       m_seen.insert(word);
@@ -88,6 +90,8 @@ class LegacyWalk {
     if (m_kind == "unstructured_grid") Require({"points", "cells", "cell_types"});
     if (m_kind == "polydata" || m_kind == "structured_grid") Require({"points"});
   }
+
+  std::string_view Left() const { return m_left; }
 
  private:
   using Section = void (*)(LegacyWalk&);
@@ -111,6 +115,7 @@ class LegacyWalk {
 
   static const std::map<std::string, Section>& Sections() {
     static const std::map<std::string, Section> kSections = {
+        {"children", [](LegacyWalk& walk) { walk.Children(); }},
         {"dataset", [](LegacyWalk& walk) { walk.m_kind = Lower(walk.Word()); }},
         {"dimensions", Words<3>},
         {"extent", Words<6>},
@@ -144,6 +149,30 @@ class LegacyWalk {
         {"metadata", [](LegacyWalk& walk) { walk.Metadata(); }},
     };
     return kSections;
+  }
+
+  void TakeHead() {
+    constexpr std::size_t kLongest = 2048;
+    std::istringstream head(std::string(m_left.substr(0, kLongest)));
+    const FileEncoding encoding = ScanLegacyHead(m_path, head);
+    m_text = encoding.mode == DataMode::Ascii;
+    m_hasOffsets = encoding.legacyMajorVersion >= 5;
+    for (int line = 0; line < 3; ++line) Line();
+  }
+
+  /// "CHILD type [name]", a whole file, "ENDCHILD" for each.
+  void Children() {
+    constexpr int kDeepest = 16;
+    if (m_depth == kDeepest) throw Unmeasured{};
+    for (std::int64_t left = Number(); left > 0; --left) {
+      if (Lower(Word()) != "child") throw CutOff{};
+      Line();
+      const std::string_view file = m_left;
+      if (Lower(MaybeWord()) == "endchild") continue;
+      LegacyWalk child(m_path, file, m_depth + 1);
+      child.Run();
+      m_left = child.Left();
+    }
   }
 
   static std::int64_t Product(std::int64_t a, std::int64_t b) {
@@ -222,12 +251,14 @@ class LegacyWalk {
     if (count < 0) throw CutOff{};
     if (type == "string" || type == "utf8_string") {
       Strings(count);
-    } else if (m_text) {
+      return;
+    }
+    const int bits = BitsOf(type);
+    if (bits == 0) throw Unmeasured{};
+    if (m_text) {
       for (std::int64_t i = 0; i < count; ++i) Word();
     } else {
       Line();
-      const int bits = BitsOf(type);
-      if (bits == 0) throw Unmeasured{};
       Skip(bits == 1 ? (count + 7) / 8 : Product(count, bits / 8));
     }
   }
@@ -281,32 +312,36 @@ class LegacyWalk {
   std::int64_t Number() {
     const std::string_view word = Word();
     std::int64_t number = -1;
-    std::from_chars(word.data(), word.data() + word.size(), number);
+    const char* const end = word.data() + word.size();
+    // VTK would take the first digits of "1e9".
+    if (std::from_chars(word.data(), end, number).ptr != end) throw CutOff{};
     // More than any file holds, and small enough for the products above.
     constexpr std::int64_t kMost = std::int64_t{1} << 48;
     if (number < 0 || number > kMost) throw CutOff{};
     return number;
   }
 
+  const std::string& m_path;
   std::string_view m_left;
+  int m_depth;
   std::string m_kind;
   std::set<std::string> m_seen;
-  bool m_text;
-  bool m_hasOffsets;
+  bool m_text = false;
+  bool m_hasOffsets = false;
   std::int64_t m_items = 0;  ///< nodes or cells of the attributes in hand
 };
 
 }  // namespace
 
-bool CheckLegacyFile(const std::string& path, const FileEncoding& encoding) {
+bool CheckLegacyFile(const std::string& path) {
   const MappedFile file(path);
   try {
-    LegacyWalk(file.Bytes(), encoding).Run();
+    LegacyWalk(path, file.Bytes()).Run();
     return true;
   } catch (const Unmeasured&) {
     return false;
   } catch (const CutOff&) {
-    throw FileError(path, "damaged: the file is cut off");
+    throw FileError(path, "damaged: the file is cut off, or its counts are wrong");
   }
 }
 

@@ -9,6 +9,7 @@
 #include "Formats.h"
 #include "InputFile.h"
 #include "LegacyCheck.h"
+#include "ObjCheck.h"
 #include "ReadWatch.h"
 #include "ReaderParts.h"
 
@@ -39,11 +40,24 @@ void RunLegacyReader(const std::string& path, FileSource& source) {
   CheckMeshes(path, source.steps[0].root);
 }
 
+void RunObjReader(const std::string& path, FileSource& source) {
+  vtkNew<vtkOBJReader> reader;
+  VtkErrorCapture errors;
+  reader->SetFileName(path.c_str());
+  UpdateWatched(reader);
+  RequireNoError(path, errors);
+  if (reader->GetOutput()->GetNumberOfCells() == 0) {
+    throw FileError(path, "not a Wavefront surface");
+  }
+  TakeBlock(source, reader->GetOutput(), {});
+  CheckMeshes(path, source.steps[0].root);
+}
+
 }  // namespace
 
 void ReadLegacy(const std::string& path, FileSource& source) {
   RequireFile(path);
-  if (CheckLegacyFile(path, ScanLegacyFile(path))) return RunLegacyReader(path, source);
+  if (CheckLegacyFile(path)) return RunLegacyReader(path, source);
   ReadAfterTrial(path, FileBytes, RunLegacyReader, source);
 }
 
@@ -61,16 +75,8 @@ void ReadStl(const std::string& path, FileSource& source) {
 
 void ReadObj(const std::string& path, FileSource& source) {
   RequireFile(path);
-  vtkNew<vtkOBJReader> reader;
-  VtkErrorCapture errors;
-  reader->SetFileName(path.c_str());
-  UpdateWatched(reader);
-  RequireNoError(path, errors);
-  if (reader->GetOutput()->GetNumberOfCells() == 0) {
-    throw FileError(path, "not a Wavefront surface");
-  }
-  TakeBlock(source, reader->GetOutput(), {});
-  CheckMeshes(path, source.steps[0].root);
+  if (CheckObjFile(path)) return RunObjReader(path, source);
+  ReadAfterTrial(path, FileBytes, RunObjReader, source);
 }
 
 }  // namespace qelhost

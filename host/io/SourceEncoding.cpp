@@ -1,9 +1,9 @@
 #include "SourceEncoding.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <regex>
 
 #include "FileError.h"
 #include "xml/PieceCounts.h"
@@ -101,9 +101,19 @@ XmlOverview ScanXmlFile(const std::string& path) {
   return overview.result;
 }
 
-FileEncoding ScanLegacyFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) throw FileError(path, std::strerror(errno));
+namespace {
+
+/// "# vtk DataFile Version 5.1"; -1 for what is no such line. VTK takes any version that it cannot
+/// read for its own.
+int MajorVersionIn(const std::string& line) {
+  static const std::regex kFirst(R"(# vtk DataFile Version\s+(\d{1,3})\.\d{1,3}\s*)");
+  std::smatch found;
+  return std::regex_match(line, found, kFirst) ? std::stoi(found[1]) : -1;
+}
+
+}  // namespace
+
+FileEncoding ScanLegacyHead(const std::string& path, std::istream& in) {
   const auto line = [&in] {
     // A line of a legacy head has at most 256 characters; a foreign file may have no line end.
     std::string text(512, '\0');
@@ -115,14 +125,9 @@ FileEncoding ScanLegacyFile(const std::string& path) {
     return text;
   };
   FileEncoding encoding;
-  const std::string first = line();
-  constexpr char kMark[] = "# vtk DataFile Version";
-  if (first.compare(0, sizeof(kMark) - 1, kMark) != 0) {
-    throw FileError(path, "not a legacy VTK file");
-  }
+  encoding.legacyMajorVersion = MajorVersionIn(line());
+  if (encoding.legacyMajorVersion < 0) throw FileError(path, "not a legacy VTK file");
   encoding.known = true;
-  encoding.legacyMajorVersion = static_cast<int>(
-      std::clamp(std::strtol(first.c_str() + sizeof(kMark) - 1, nullptr, 10), 0L, 1000L));
   encoding.legacyTitle = line();
   std::string mode = line();
   std::transform(mode.begin(), mode.end(), mode.begin(),
@@ -132,6 +137,12 @@ FileEncoding ScanLegacyFile(const std::string& path) {
   }
   encoding.mode = mode == "ASCII" ? DataMode::Ascii : DataMode::Binary;
   return encoding;
+}
+
+FileEncoding ScanLegacyFile(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  if (!in) throw FileError(path, std::strerror(errno));
+  return ScanLegacyHead(path, in);
 }
 
 }  // namespace qelhost

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <istream>
 #include <string>
 
 namespace qelhost {
@@ -35,5 +36,7 @@ XmlOverview ScanXmlFile(const std::string& path);
 
 /// The first three lines of a legacy file. Throws FileError likewise.
 FileEncoding ScanLegacyFile(const std::string& path);
+/// The same of a file within a file.
+FileEncoding ScanLegacyHead(const std::string& path, std::istream& in);
 
 }  // namespace qelhost

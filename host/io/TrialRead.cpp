@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cmath>
 #include <csignal>
 #include <cstring>
 #include <fstream>
@@ -37,17 +38,23 @@ std::int64_t MappedBytes() {
   return pages * sysconf(_SC_PAGESIZE);
 }
 
-void LimitMemory(std::int64_t bytes) {
+void Limit(decltype(RLIMIT_AS) what, std::int64_t most) {
   rlimit limit{};
-  if (kIsSanitized || getrlimit(RLIMIT_AS, &limit) != 0) return;
-  limit.rlim_cur = std::min(limit.rlim_max, static_cast<rlim_t>(MappedBytes() + bytes));
-  setrlimit(RLIMIT_AS, &limit);
+  if (kIsSanitized || getrlimit(what, &limit) != 0) return;
+  limit.rlim_cur = std::min(limit.rlim_max, static_cast<rlim_t>(most));
+  setrlimit(what, &limit);
+}
+
+void Obey(const TrialLimits& limits) {
+  Limit(RLIMIT_AS, MappedBytes() + limits.bytes);
+  Limit(RLIMIT_CPU, static_cast<std::int64_t>(std::ceil(limits.busySeconds)));
 }
 
 /// What belongs to the process that this one is a copy of must not be touched.
 void StandAlone() {
   prctl(PR_SET_PDEATHSIG, SIGKILL);
-  for (const int signal : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGTERM, SIGALRM, SIGXFSZ}) {
+  for (const int signal :
+       {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGTERM, SIGALRM, SIGXCPU, SIGXFSZ}) {
     std::signal(signal, SIG_DFL);
   }
   std::signal(SIGINT, SIG_IGN);  // the other one hears it as well, and ends this one
@@ -71,9 +78,9 @@ std::string Said(const std::function<void()>& read) {
   }
 }
 
-[[noreturn]] void Try(int answer, std::int64_t mostBytes, const std::function<void()>& read) {
+[[noreturn]] void Try(int answer, const TrialLimits& limits, const std::function<void()>& read) {
   StandAlone();
-  LimitMemory(mostBytes);
+  Obey(limits);
   const ReadWatch unwatched(nullptr);
   const std::string said = Said(read);
   const ssize_t written = write(answer, said.data(), said.size());
@@ -83,13 +90,13 @@ std::string Said(const std::function<void()>& read) {
 /// The other process, which ends with this.
 class Trial {
  public:
-  Trial(const std::string& path, std::int64_t mostBytes, const std::function<void()>& read)
+  Trial(const std::string& path, const TrialLimits& limits, const std::function<void()>& read)
       : m_path(path) {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0) throw FileError(path, std::strerror(errno));
     m_answer = ends[0];
     m_child = fork();
-    if (m_child == 0) Try(ends[1], mostBytes, read);
+    if (m_child == 0) Try(ends[1], limits, read);
     const int reason = errno;
     close(ends[1]);
     if (m_child > 0) return;
@@ -114,6 +121,7 @@ class Trial {
     int status = 0;
     waitpid(m_child, &status, 0);
     m_hasEnded = true;
+    if (WIFSIGNALED(status) && WTERMSIG(status) == SIGXCPU) throw FileError(m_path, kTooSlow);
     if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) throw FileError(m_path, kDamaged);
     const std::size_t end = m_said.find('\0');
     if (m_said.empty() || end == std::string::npos) return;
@@ -143,16 +151,18 @@ class Trial {
 TrialLimits TrialLimits::For(std::int64_t fileBytes) {
   constexpr std::int64_t kBytesAlways = std::int64_t{512} << 20;
   constexpr std::int64_t kBytesForEach = 64;
-  constexpr double kSecondsAlways = 10;
+  constexpr double kBusyAlways = 2;
+  constexpr double kAlways = 15;
   constexpr double kBytesInASecond = 1 << 20;
   constexpr std::int64_t kMost = std::int64_t{1} << 50;  // sums and products of it still fit
-  return {kBytesAlways + kBytesForEach * std::min(fileBytes, kMost),
-          kSecondsAlways + static_cast<double>(fileBytes) / kBytesInASecond};
+  const std::int64_t bytes = std::min(fileBytes, kMost);
+  const double seconds = static_cast<double>(bytes) / kBytesInASecond;
+  return {kBytesAlways + kBytesForEach * bytes, kBusyAlways + seconds, kAlways + seconds};
 }
 
 void ReadForTrial(const std::string& path, const TrialLimits& limits,
                   const std::function<void()>& read) {
-  Trial(path, limits.bytes, read).Await(limits.seconds);
+  Trial(path, limits, read).Await(limits.seconds);
 }
 
 }  // namespace qelhost

@@ -10,7 +10,8 @@ namespace qelhost {
 /// What a trial may take.
 struct TrialLimits {
   std::int64_t bytes;  ///< of memory, besides what this process has
-  double seconds;
+  double busySeconds;  ///< of work, however much else this machine has to do
+  double seconds;      ///< with all that it waits for
 
   /// More than a file of so many bytes can need.
   static TrialLimits For(std::int64_t fileBytes);

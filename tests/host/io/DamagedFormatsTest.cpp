@@ -230,7 +230,7 @@ Outcome TryToRead(const std::string& path) {
 
 TEST_F(DamagedFormats, AreRefusedOrRead) {
   MakeOriginals();
-  TrialPlan plan(1500);
+  TrialPlan plan(600);
   plan.said = In("said");
   plan.trial = [&](unsigned number, TrialState& state) {
     const DamagedFile damaged(number, m_originals);

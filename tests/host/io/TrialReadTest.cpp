@@ -23,7 +23,8 @@ using qelhost::FileError;
 using qelhost::ReadForTrial;
 using qelhost::TrialLimits;
 
-std::string ErrorOf(const std::function<void()>& read, const TrialLimits& limits = {1 << 28, 10}) {
+std::string ErrorOf(const std::function<void()>& read,
+                    const TrialLimits& limits = {1 << 28, 10, 10}) {
   try {
     ReadForTrial("a.exo", limits, read);
   } catch (const FileError& error) {
@@ -49,7 +50,13 @@ TEST(TrialRead, DeathIsDamage) {
 }
 
 TEST(TrialRead, NoEndIsDamage) {
-  EXPECT_EQ(ErrorOf([] { pause(); }, {1 << 28, 0.2}),
+  EXPECT_EQ(ErrorOf([] { pause(); }, {1 << 28, 10, 0.2}),
+            "a.exo: damaged: its reader does not get to an end");
+  EXPECT_EQ(ErrorOf(
+                [] {
+                  for (volatile int n = 0;; ++n) continue;
+                },
+                {1 << 28, 1, 60}),
             "a.exo: damaged: its reader does not get to an end");
   EXPECT_FALSE(HasChildren());
 }
@@ -78,7 +85,7 @@ TEST(TrialRead, SaysNothingItself) {
 
 TEST(TrialRead, StopsWhenItIsAsked) {
   const qelhost::ReadWatch watch([](double) { return false; });
-  EXPECT_THROW(ReadForTrial("a.exo", {1 << 28, 60}, [] { pause(); }), qelhost::ReadCancelled);
+  EXPECT_THROW(ReadForTrial("a.exo", {1 << 28, 60, 60}, [] { pause(); }), qelhost::ReadCancelled);
   EXPECT_FALSE(HasChildren());
 }
 
@@ -87,8 +94,10 @@ TEST(TrialRead, LimitsGrowWithTheFile) {
   const TrialLimits large = TrialLimits::For(std::int64_t{1} << 62);
   EXPECT_GE(small.bytes, 1 << 28);
   EXPECT_LE(small.bytes, 1 << 30);
+  EXPECT_LE(small.busySeconds, 10);
   EXPECT_LE(small.seconds, 20);
   EXPECT_GT(large.bytes, std::int64_t{1} << 50);
+  EXPECT_GT(large.busySeconds, 1e9);
   EXPECT_GT(large.seconds, 1e9);
 }
 
