@@ -1,6 +1,8 @@
 #include "HostLock.h"
 #include "Selvane.h"
 
+#include "qelvane/QelUtil.h"
+
 namespace qelvane::qelutiltools {
 
 bool Selvane::UndoLastAlter(bool fromMacro) {
@@ -31,7 +33,8 @@ bool Selvane::RepeatLastPick(bool fromMacro) {
   }
   if (m_pickedElement < 1 || m_pickedZone < 1) return true;
   const std::optional<FieldWriter> writer = OpenForWriting(m_pickedZone, OnNoReference::Refuse);
-  if (!writer) return false;
+  // A surface pick may have been of another variable since, with fewer values.
+  if (!writer || m_pickedElement > QelUtilDataValueGetCountByRef(writer->field)) return false;
   AlterElement(*writer, m_pickedElement);
   return true;
 }

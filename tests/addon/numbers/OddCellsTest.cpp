@@ -191,6 +191,20 @@ TEST_P(OddCells, ArePickedByTheirCorners) {
   EXPECT_GT(changing, 40) << "the zones show too little";
 }
 
+// A cell that there is not --------------------------------------------------------------------
+
+class ElementUndo : public OddCells {};
+
+TEST_F(ElementUndo, IsRefusedWhereTheVariableOfASurfacePickHasFewerValues) {
+  Load(MakeLattice(ZoneType_FEQuad, 1, 1, 0));
+  PlayWell(kEverywhere);
+  PlayWell("ALTERELEMENT VARIABLE=\"n\" MODIFIER=\"+1\" ZONE=1 ELEMENT=4");
+  PlayWell("ALTERSURFACE VARIABLE=\"c\" ZONE=1 SEEDPOINT=1 RULE=ANYINSIDE");
+  EXPECT_THAT(host.ValuesOf(1, c), ElementsAre(11));
+  PlayBadly("UNDOALTER");
+  EXPECT_THAT(host.ValuesOf(1, c), ElementsAre(11));
+}
+
 INSTANTIATE_TEST_SUITE_P(ZoneTypes, OddCells, ::testing::Range(0, 8));
 INSTANTIATE_TEST_SUITE_P(ZoneTypes, NoCells, ::testing::Range(1, 8));
 
