@@ -1,5 +1,6 @@
 #include "ApiHandles.h"
 
+#include <algorithm>
 #include <limits>
 #include <unordered_set>
 #include <utility>
@@ -14,7 +15,17 @@ QelFieldData* ReferenceTable::HandOutField(const DataSetPtr& data, Zone* zone,
 
 void ReferenceTable::Keep(const void* reference, Owner owner) {
   m_latest = nullptr;
+  if (m_references.size() >= m_sweepSize) Sweep();
   m_references[reference] = std::move(owner);
+}
+
+void ReferenceTable::Sweep() {
+  for (auto entry = m_references.begin(); entry != m_references.end();) {
+    entry = entry->second.data.expired() ? m_references.erase(entry) : std::next(entry);
+  }
+  // Not again before as many have come as there are: many good ones are not looked through often.
+  constexpr std::size_t kFewest = 1024;
+  m_sweepSize = std::max(kFewest, 2 * m_references.size());
 }
 
 bool ReferenceTable::Search(const void* reference) const {

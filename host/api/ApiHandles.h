@@ -82,8 +82,11 @@ class ReferenceTable {
  private:
   void Keep(const void* reference, Owner owner);
   bool Search(const void* reference) const;
+  /// Forgets what belongs to data sets that are gone.
+  void Sweep();
 
   std::unordered_map<const void*, Owner> m_references;
+  std::size_t m_sweepSize = 1024;  ///< at which it is worth looking for them
   mutable const void* m_latest = nullptr;
   mutable const Owner* m_latestOwner = nullptr;
 };
