@@ -7,7 +7,6 @@ namespace marquell::workbench {
 
 namespace {
 
-constexpr double kHundredths = 100.0;
 /// Free pixels between controls that the author set apart.
 constexpr int kGapX = 4;
 constexpr int kGapY = 2;

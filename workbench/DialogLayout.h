@@ -10,6 +10,9 @@
 
 namespace marquell::workbench {
 
+/// Places and sizes of controls are hundredths of a unit.
+constexpr double kHundredths = 100.0;
+
 /// Pixels of a character's width and of a line's height.
 struct LayoutUnits {
   double x = 1.0;

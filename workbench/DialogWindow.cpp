@@ -28,7 +28,6 @@ using qelhost::DialogModel;
 
 namespace {
 
-constexpr double kHundredths = 100.0;
 /// How much the units grow at a time, and how often at the most: to about three times the font's.
 constexpr double kGrowth = 1.02;
 constexpr int kMostTries = 56;

@@ -10,7 +10,7 @@ namespace marquell::workbench {
 namespace {
 
 /// Where every picture is drawn, whatever the icon's size.
-constexpr double kBox = 24.0;
+constexpr double kPictureBox = 24.0;
 constexpr double kPen = 2.4;
 
 struct Drawing {
@@ -97,7 +97,7 @@ class JournalIconEngine : public QIconEngine {
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
     painter->translate(rect.topLeft());
-    painter->scale(rect.width() / kBox, rect.height() / kBox);
+    painter->scale(rect.width() / kPictureBox, rect.height() / kPictureBox);
     painter->setPen(QPen(ink, kPen, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter->drawPath(drawing.lines);
     painter->fillPath(drawing.filled, ink);

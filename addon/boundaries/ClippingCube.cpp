@@ -20,7 +20,7 @@ namespace qelvane::qelutiltools {
 namespace {
 
 /// One rewrite is queued at most, whichever cube it is for.
-bool isUpdatePending = false;
+bool isCubePending = false;
 
 Box3d BoxAround(const std::array<Point3d, 8>& points) {
   Box3d box{points[0], points[0]};
@@ -209,10 +209,10 @@ void CClippingCube::UpdateZone() {
 void CClippingCube::Update() {
   BuildTransforms();
   const HostLock lock;
-  if (isUpdatePending || QelUtilFrameGetPlotType() != PlotType_Cartesian3D) return;
+  if (isCubePending || QelUtilFrameGetPlotType() != PlotType_Cartesian3D) return;
   const auto clientData = reinterpret_cast<ArbParam_t>(this);
   HOST_CHECK(QelUtilOnIdleQueueAddCallback(OnIdleUpdateCube, clientData));
-  isUpdatePending = true;
+  isCubePending = true;
 }
 
 std::unique_ptr<const CPickBoundary3d> CClippingCube::Updated() const {
@@ -223,7 +223,7 @@ std::unique_ptr<const CPickBoundary3d> CClippingCube::Updated() const {
 
 void CClippingCube::OnIdleUpdateCube(ArbParam_t clientData) {
   EntryPoint(nullptr, [clientData] {
-    isUpdatePending = false;
+    isCubePending = false;
     auto* const cube = reinterpret_cast<CClippingCube*>(clientData);
     if (IsAliveAndInUse(cube)) cube->UpdateZone();
   });

@@ -18,7 +18,7 @@ namespace qelvane::qelutiltools {
 namespace {
 
 /// One renewal is queued at most, whichever sphere it is for.
-bool isUpdatePending = false;
+bool isSpherePending = false;
 
 }  // namespace
 
@@ -82,10 +82,10 @@ void CClippingSphere::CreateSphereZone() {
 void CClippingSphere::Update() {
   ComputeGeometry();
   const HostLock lock;
-  if (isUpdatePending || QelUtilFrameGetPlotType() != PlotType_Cartesian3D) return;
+  if (isSpherePending || QelUtilFrameGetPlotType() != PlotType_Cartesian3D) return;
   const auto clientData = reinterpret_cast<ArbParam_t>(this);
   HOST_CHECK(QelUtilOnIdleQueueAddCallback(OnIdleUpdateSphere, clientData));
-  isUpdatePending = true;
+  isSpherePending = true;
 }
 
 std::unique_ptr<const CPickBoundary3d> CClippingSphere::Updated() const {
@@ -96,7 +96,7 @@ std::unique_ptr<const CPickBoundary3d> CClippingSphere::Updated() const {
 
 void CClippingSphere::OnIdleUpdateSphere(ArbParam_t clientData) {
   EntryPoint(nullptr, [clientData] {
-    isUpdatePending = false;
+    isSpherePending = false;
     auto* const sphere = reinterpret_cast<CClippingSphere*>(clientData);
     if (IsAliveAndInUse(sphere)) sphere->CreateSphereZone();
   });

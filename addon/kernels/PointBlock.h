@@ -5,10 +5,13 @@
 
 namespace qelvane::qelutiltools {
 
-/// 64 values of one coordinate.
-using Values64 = std::array<double, 64>;
+/// How many points a block has.
+constexpr std::size_t kBlockPoints = 64;
 
-/// 64 points, or in a plane their first two coordinates.
+/// One coordinate of them.
+using Values64 = std::array<double, kBlockPoints>;
+
+/// The points, or in a plane their first two coordinates.
 struct PointBlock {
   std::array<Values64, 3> axes{};
 

@@ -9,8 +9,6 @@ namespace qelvane::qelutiltools {
 
 namespace {
 
-constexpr std::size_t kCount = 64;
-
 QEL_INLINED double Moved(const MatrixRow& row, double x, double y, double z) {
   return row[0] * x + row[1] * y + row[2] * z + row[3];
 }
@@ -22,8 +20,8 @@ QEL_CLONES std::uint64_t PointsInSphere(const PointBlock& points,
   const double* const x = points[0].data();
   const double* const y = points[1].data();
   const double* const z = points[2].data();
-  unsigned char isInside[kCount];
-  for (std::size_t n = 0; n < kCount; ++n) {
+  unsigned char isInside[kBlockPoints];
+  for (std::size_t n = 0; n < kBlockPoints; ++n) {
     const double dx = x[n] - centre[0];
     const double dy = y[n] - centre[1];
     const double dz = z[n] - centre[2];
@@ -36,8 +34,8 @@ QEL_CLONES std::uint64_t PointsInCircle(const PointBlock& points,
                                         const std::array<double, 2>& centre, double radiusSquared) {
   const double* const x = points[0].data();
   const double* const y = points[1].data();
-  unsigned char isInside[kCount];
-  for (std::size_t n = 0; n < kCount; ++n) {
+  unsigned char isInside[kBlockPoints];
+  for (std::size_t n = 0; n < kBlockPoints; ++n) {
     const double dx = x[n] - centre[0];
     const double dy = y[n] - centre[1];
     isInside[n] = static_cast<unsigned char>(!(dy * dy + dx * dx > radiusSquared));
@@ -51,8 +49,8 @@ QEL_CLONES std::uint64_t PointsInTurnedBox(const PointBlock& points,
   const double* const x = points[0].data();
   const double* const y = points[1].data();
   const double* const z = points[2].data();
-  unsigned char isInside[kCount];
-  for (std::size_t n = 0; n < kCount; ++n) {
+  unsigned char isInside[kBlockPoints];
+  for (std::size_t n = 0; n < kBlockPoints; ++n) {
     const double u = Moved(rows[0], x[n], y[n], z[n]);
     const double v = Moved(rows[1], x[n], y[n], z[n]);
     const double w = Moved(rows[2], x[n], y[n], z[n]);
@@ -64,7 +62,7 @@ QEL_CLONES std::uint64_t PointsInTurnedBox(const PointBlock& points,
 }
 
 QEL_CLONES void MoveToPlane(PointBlock& points, const MatrixRow& rowX, const MatrixRow& rowY) {
-  for (std::size_t n = 0; n < kCount; ++n) {
+  for (std::size_t n = 0; n < kBlockPoints; ++n) {
     const double x = points[0][n];
     const double y = points[1][n];
     const double z = points[2][n];

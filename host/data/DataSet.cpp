@@ -22,11 +22,6 @@ QelUniqueID_t NextId() {
   return ++last;
 }
 
-vtkDataSetAttributes* AttributesAt(vtkDataSet* block, QelValueLocation_e location) {
-  if (location == ValueLocation_Nodal) return block->GetPointData();
-  return block->GetCellData();
-}
-
 std::string ComponentName(const std::string& array, int component, int componentCount) {
   if (componentCount == 1) return array;
   if (componentCount == 3) return array + "_" + "XYZ"[component];

@@ -18,11 +18,6 @@
 namespace qelhost {
 namespace {
 
-vtkDataSetAttributes* AttributesAt(vtkDataSet* block, QelValueLocation_e location) {
-  if (location == ValueLocation_Nodal) return block->GetPointData();
-  return block->GetCellData();
-}
-
 int VtkCellTypeOf(QelZoneType_e type) {
   switch (type) {
     case ZoneType_FELineSeg:

@@ -5,6 +5,7 @@
 #include <vtkDataSetAttributes.h>
 #include <vtkImageData.h>
 #include <vtkMatrix4x4.h>
+#include <vtkPointData.h>
 #include <vtkPolyData.h>
 #include <vtkRectilinearGrid.h>
 #include <vtkStructuredGrid.h>
@@ -69,6 +70,11 @@ void CountCarried(CarriedCounts& counts, int vtkCellType) {
 }
 
 }  // namespace
+
+vtkDataSetAttributes* AttributesAt(vtkDataSet* block, QelValueLocation_e location) {
+  if (location == ValueLocation_Nodal) return block->GetPointData();
+  return block->GetCellData();
+}
 
 std::int64_t NextZoneVersion() {
   static std::atomic<std::int64_t> last{0};

@@ -13,6 +13,7 @@
 #include "qelvane/Types.h"
 
 #include <vtkDataSet.h>
+#include <vtkDataSetAttributes.h>
 #include <vtkSmartPointer.h>
 
 namespace qelhost {
@@ -43,6 +44,9 @@ struct Field {
 
 /// Never the same number twice.
 std::int64_t NextZoneVersion();
+
+/// The block's values of nodes or of cells.
+vtkDataSetAttributes* AttributesAt(vtkDataSet* block, QelValueLocation_e location);
 
 class Zone : public NodeAverageSource {
  public:

@@ -2,11 +2,11 @@
 
 #include <cmath>
 
+#include "Matrix.h"
+
 namespace qelhost {
 
 namespace {
-
-using Matrix = std::array<double, 9>;
 
 struct SineCosine {
   double sine;
@@ -33,18 +33,6 @@ Matrix AboutX(double angleDeg) {
 Matrix AboutZ(double angleDeg) {
   const auto [s, c] = OfDegrees(angleDeg);
   return {c, -s, 0, s, c, 0, 0, 0, 1};
-}
-
-Matrix Product(const Matrix& a, const Matrix& b) {
-  Matrix product{};
-  for (std::size_t row = 0; row < 3; ++row) {
-    for (std::size_t column = 0; column < 3; ++column) {
-      for (std::size_t i = 0; i < 3; ++i) {
-        product[3 * row + column] += a[3 * row + i] * b[3 * i + column];
-      }
-    }
-  }
-  return product;
 }
 
 }  // namespace

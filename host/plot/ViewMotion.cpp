@@ -2,24 +2,12 @@
 
 #include <cmath>
 
+#include "Matrix.h"
+
 namespace qelhost {
 namespace {
 
-using Matrix = std::array<double, 9>;
-
 constexpr double kDegreesPerRadian = 57.29577951308232;
-
-Matrix Product(const Matrix& a, const Matrix& b) {
-  Matrix product{};
-  for (std::size_t row = 0; row < 3; ++row) {
-    for (std::size_t column = 0; column < 3; ++column) {
-      for (std::size_t i = 0; i < 3; ++i) {
-        product[3 * row + column] += a[3 * row + i] * b[3 * i + column];
-      }
-    }
-  }
-  return product;
-}
 
 /// Whole degrees where only rounding is missing: a view along an axis has to stay exact.
 double Tidy(double angleDeg) {
