@@ -1,8 +1,14 @@
-// VTK's XML writers, made to outlive a full disk.
+// VTK's writers, made to outlive a full disk and to tell of it.
 #pragma once
 
+#include <vtkDataWriter.h>
+#include <vtkErrorCode.h>
 #include <vtkSmartPointer.h>
 #include <vtkXMLWriter.h>
+
+#include <fstream>
+#include <memory>
+#include <utility>
 
 namespace qelhost {
 
@@ -29,6 +35,50 @@ class CarefulWriter : public Writer {
 
  private:
   bool m_hasArrays = false;
+};
+
+/// VTK's writers of legacy files close them without looking whether the last bytes arrived.
+template <class Writer>
+class CarefulLegacyWriter : public Writer {
+ public:
+  static vtkSmartPointer<vtkDataWriter> Make() {
+    auto* const writer = new CarefulLegacyWriter;
+    writer->InitializeObjectBase();
+    return vtkSmartPointer<vtkDataWriter>::Take(writer);
+  }
+
+  int Write() override {
+    const int ok = Writer::Write();
+    if (!*m_hasLost) return ok;
+    this->SetErrorCode(vtkErrorCode::OutOfDiskSpaceError);
+    return 0;
+  }
+
+ protected:
+  ostream* OpenVTKFile() override {
+    auto* const file = new WatchedFile(this->FileName, m_hasLost);
+    if (*file) return file;
+    delete file;
+    this->SetErrorCode(vtkErrorCode::CannotOpenFileError);
+    return nullptr;
+  }
+
+ private:
+  /// Whoever closes it deletes it.
+  class WatchedFile : public std::ofstream {
+   public:
+    WatchedFile(const char* path, std::shared_ptr<bool> hasLost)
+        : std::ofstream(path, std::ios::binary), m_hasLost(std::move(hasLost)) {}
+    ~WatchedFile() override {
+      close();
+      if (!*this) *m_hasLost = true;
+    }
+
+   private:
+    std::shared_ptr<bool> m_hasLost;
+  };
+
+  std::shared_ptr<bool> m_hasLost = std::make_shared<bool>(false);
 };
 
 }  // namespace qelhost

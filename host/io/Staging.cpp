@@ -147,12 +147,13 @@ void RemoveAbandoned(const fs::path& directory, const std::string& start) {
   for (const fs::path& folder : abandoned) fs::remove_all(folder, ignored);
 }
 
-/// Whether another index beside the target names a file of the folder too.
-bool IsNamedByOthers(const fs::path& folder, const fs::path& target) {
+/// Whether an index beside the folder names a file of it: a copy of the old one, or the target
+/// again when somebody else has written it since.
+bool IsStillNamed(const fs::path& folder) {
   std::error_code error;
   for (fs::directory_iterator at(folder.parent_path(), error), end; !error && at != end;
        at.increment(error)) {
-    if (at->path() == target || fs::is_directory(at->path())) continue;
+    if (fs::is_directory(at->path())) continue;
     const std::vector<std::string> files = FilesNamedBy(at->path().string());
     const bool isNamed = std::any_of(files.begin(), files.end(), [&](const std::string& file) {
       std::error_code none;
@@ -269,7 +270,7 @@ void StagedTarget::RemoveOldPieces() const {
     folder = top;
     files.insert(file);
   }
-  if (files.empty() || IsNamedByOthers(m_directory / folder, m_path)) return;
+  if (files.empty() || IsStillNamed(m_directory / folder)) return;
   std::set<fs::path, std::greater<>> folders;  // inner ones first
   for (const fs::path& file : files) {
     fs::remove(file, error);

@@ -28,7 +28,7 @@ class StagedTarget {
   std::string PlacePieces();
 
   /// Renames the target into place, then removes the old pieces, when all of them lie in one folder
-  /// named for the target and no other index beside it names any. Before anything is replaced, what
+  /// named for the target and no index beside it names any still. Before anything is replaced, what
   /// replaces it is brought to the disk, so that a power failure leaves the old data or the new; a
   /// new target has no old data to lose.
   void Commit();

@@ -5,16 +5,20 @@
 #include <vtkCellData.h>
 #include <vtkErrorCode.h>
 #include <vtkFieldData.h>
-#include <vtkGenericDataObjectWriter.h>
 #include <vtkImageData.h>
 #include <vtkNew.h>
 #include <vtkPointData.h>
 #include <vtkPointSet.h>
 #include <vtkPoints.h>
 #include <vtkPolyData.h>
+#include <vtkPolyDataWriter.h>
 #include <vtkRectilinearGrid.h>
+#include <vtkRectilinearGridWriter.h>
 #include <vtkStructuredGrid.h>
+#include <vtkStructuredGridWriter.h>
+#include <vtkStructuredPointsWriter.h>
 #include <vtkUnstructuredGrid.h>
+#include <vtkUnstructuredGridWriter.h>
 #include <vtkXMLImageDataWriter.h>
 #include <vtkXMLPolyDataWriter.h>
 #include <vtkXMLRectilinearGridWriter.h>
@@ -42,18 +46,24 @@
 namespace qelhost {
 namespace {
 
-struct XmlTarget {
+struct MeshKind {
   int dataObjectType;
   const char* extension;
-  vtkSmartPointer<vtkXMLWriter> (*make)();
+  vtkSmartPointer<vtkXMLWriter> (*makeXml)();
+  vtkSmartPointer<vtkDataWriter> (*makeLegacy)();
 };
 
-constexpr XmlTarget kXmlTargets[] = {
-    {VTK_UNSTRUCTURED_GRID, ".vtu", CarefulWriter<vtkXMLUnstructuredGridWriter>::Make},
-    {VTK_POLY_DATA, ".vtp", CarefulWriter<vtkXMLPolyDataWriter>::Make},
-    {VTK_STRUCTURED_GRID, ".vts", CarefulWriter<vtkXMLStructuredGridWriter>::Make},
-    {VTK_RECTILINEAR_GRID, ".vtr", CarefulWriter<vtkXMLRectilinearGridWriter>::Make},
-    {VTK_IMAGE_DATA, ".vti", CarefulWriter<vtkXMLImageDataWriter>::Make},
+constexpr MeshKind kMeshKinds[] = {
+    {VTK_UNSTRUCTURED_GRID, ".vtu", CarefulWriter<vtkXMLUnstructuredGridWriter>::Make,
+     CarefulLegacyWriter<vtkUnstructuredGridWriter>::Make},
+    {VTK_POLY_DATA, ".vtp", CarefulWriter<vtkXMLPolyDataWriter>::Make,
+     CarefulLegacyWriter<vtkPolyDataWriter>::Make},
+    {VTK_STRUCTURED_GRID, ".vts", CarefulWriter<vtkXMLStructuredGridWriter>::Make,
+     CarefulLegacyWriter<vtkStructuredGridWriter>::Make},
+    {VTK_RECTILINEAR_GRID, ".vtr", CarefulWriter<vtkXMLRectilinearGridWriter>::Make,
+     CarefulLegacyWriter<vtkRectilinearGridWriter>::Make},
+    {VTK_IMAGE_DATA, ".vti", CarefulWriter<vtkXMLImageDataWriter>::Make,
+     CarefulLegacyWriter<vtkStructuredPointsWriter>::Make},
 };
 
 int KindOf(vtkDataSet* block) {
@@ -61,11 +71,17 @@ int KindOf(vtkDataSet* block) {
   return type == VTK_STRUCTURED_POINTS || type == VTK_UNIFORM_GRID ? VTK_IMAGE_DATA : type;
 }
 
-const XmlTarget* TargetFor(vtkDataSet* block) {
-  for (const XmlTarget& target : kXmlTargets) {
-    if (target.dataObjectType == KindOf(block)) return &target;
+const MeshKind* FindKind(vtkDataSet* block) {
+  for (const MeshKind& kind : kMeshKinds) {
+    if (kind.dataObjectType == KindOf(block)) return &kind;
   }
   return nullptr;
+}
+
+const MeshKind& RequireKind(vtkDataSet* block, const std::string& path) {
+  const MeshKind* kind = FindKind(block);
+  if (kind == nullptr) throw FileError(path, "a mesh of this kind cannot be written");
+  return *kind;
 }
 
 void SetEncoding(vtkXMLWriter* writer, const FileEncoding& encoding, vtkDataSet* block) {
@@ -236,9 +252,7 @@ vtkSmartPointer<vtkDataSet> NamedForXml(vtkDataSet* block, const std::string& pa
 }
 
 void WriteXmlFile(vtkDataSet* block, const FileEncoding& encoding, const std::string& path) {
-  const XmlTarget* target = TargetFor(block);
-  if (target == nullptr) throw FileError(path, "a mesh of this kind cannot be written");
-  const vtkSmartPointer<vtkXMLWriter> writer = target->make();
+  const vtkSmartPointer<vtkXMLWriter> writer = RequireKind(block, path).makeXml();
   VtkErrorCapture errors;
   writer->SetFileName(path.c_str());
   const vtkSmartPointer<vtkDataSet> named = NamedForXml(block, path);
@@ -282,7 +296,7 @@ bool SurvivesText(vtkDataSet* block) {
 }
 
 void WriteLegacyFile(vtkDataSet* block, const FileEncoding& encoding, const std::string& path) {
-  vtkNew<vtkGenericDataObjectWriter> writer;
+  const vtkSmartPointer<vtkDataWriter> writer = RequireKind(block, path).makeLegacy();
   VtkErrorCapture errors;
   writer->SetFileName(path.c_str());
   writer->SetInputData(block);
@@ -327,8 +341,8 @@ void CollectBlocks(const FileNode& node, std::vector<const FileNode*>& blocks) {
 }  // namespace
 
 std::string ExtensionFor(vtkDataSet* block) {
-  const XmlTarget* target = TargetFor(block);
-  return target == nullptr ? ".vtu" : target->extension;
+  const MeshKind* kind = FindKind(block);
+  return kind == nullptr ? ".vtu" : kind->extension;
 }
 
 void WriteBlockFile(const FileNode& node, const TouchedArrays& touched, const std::string& path) {
