@@ -32,12 +32,22 @@ class CarefulWriter : public Writer {
     if (m_hasArrays) Writer::DeletePositionArrays();
     m_hasArrays = false;
   }
+  /// Closes the file, where some disks tell first that they did not take it; VTK would not look.
+  int EndFile() override {
+    const int ok = Writer::EndFile();
+    auto* const file = dynamic_cast<std::ofstream*>(this->OutFile);
+    if (ok == 0 || file == nullptr) return ok;
+    file->close();
+    if (*file) return ok;
+    this->SetErrorCode(vtkErrorCode::OutOfDiskSpaceError);
+    return 0;
+  }
 
  private:
   bool m_hasArrays = false;
 };
 
-/// VTK's writers of legacy files close them without looking whether the last bytes arrived.
+/// The same of legacy files: VTK looks after every section, and never at what closing finds.
 template <class Writer>
 class CarefulLegacyWriter : public Writer {
  public:

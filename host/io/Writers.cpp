@@ -110,6 +110,9 @@ void SetEncoding(vtkXMLWriter* writer, const FileEncoding& encoding, vtkDataSet*
 /// The reason of a failed write: the system's, when the disk is full.
 std::string ReasonOf(unsigned long errorCode, const VtkErrorCapture& errors) {
   if (errorCode == vtkErrorCode::OutOfDiskSpaceError) return std::strerror(ENOSPC);
+  // What VTK says of a stream that failed is which of its objects it failed in.
+  const bool isOfStream = errors.HasError() && errors.FirstError().rfind("Algorithm ", 0) == 0;
+  if (isOfStream) return "the disk did not take all of it";
   if (errors.HasError()) return "cannot be written: " + errors.FirstError();
   return std::string("cannot be written: ") + vtkErrorCode::GetStringFromErrorCode(errorCode);
 }
@@ -353,6 +356,7 @@ void WriteBlockFile(const FileNode& node, const TouchedArrays& touched, const st
     LoadAll(*node.xml);
   }
   const vtkSmartPointer<vtkDataSet> block = WithIndicesOf(node.encoding, node.block);
+  WriteBytes(path, "");  // says why a file cannot be made, where VTK's writers do not know
   if (extension == ".vtk") {
     WriteLegacyFile(block, node.encoding, path);
   } else if (extension == ".vtu" && KindOf(block) != VTK_UNSTRUCTURED_GRID) {

@@ -19,6 +19,7 @@
 #include <sys/uio.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <csignal>
@@ -52,6 +53,10 @@ class Faults {
   }
 
   bool IsWatched(const std::string& path) const {
+    // What has no name is nobody's file.
+    static const std::string kNameless = " (deleted)";
+    const std::size_t end = path.size() - std::min(path.size(), kNameless.size());
+    if (path.compare(end, std::string::npos, kNameless) == 0) return false;
     return !m_folder.empty() && Absolute(path).compare(0, m_folder.size(), m_folder) == 0;
   }
 
