@@ -88,6 +88,9 @@ class LegacyWalk {
       section->second(*this);
     }
     if (m_kind == "unstructured_grid") Require({"points", "cells", "cell_types"});
+    if (m_kind == "rectilinear_grid") {
+      Require({"dimensions", "x_coordinates", "y_coordinates", "z_coordinates"});
+    }
     if (m_kind == "polydata" || m_kind == "structured_grid") Require({"points"});
   }
 
@@ -253,8 +256,10 @@ class LegacyWalk {
       Strings(count);
       return;
     }
+    if (type == "variant") throw Unmeasured{};
     const int bits = BitsOf(type);
-    if (bits == 0) throw Unmeasured{};
+    // VTK's reader goes on without an array.
+    if (bits == 0) throw FileError(m_path, "damaged: it has values of an unknown type");
     if (m_text) {
       for (std::int64_t i = 0; i < count; ++i) Word();
     } else {

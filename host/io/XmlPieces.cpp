@@ -110,19 +110,21 @@ class PieceChecker {
       vtkXMLDataElement* const piece = grid->GetNestedElement(i);
       if (std::string(piece->GetName()) != "Piece") continue;
       const std::string file = Attribute(piece, "Source");
-      if (file.empty()) throw FileError(path, "damaged: a piece has no file");
+      if (file.empty()) Damaged("a piece has no file");
       const auto folder = std::filesystem::path(path).parent_path();
       Check((folder / file).string(), Attribute(piece, "Extent"));
     }
-    if (m_hasExtent && m_cells < m_whole.cells) {
-      throw FileError(path, "damaged: its pieces do not fill its extent");
-    }
+    if (m_hasExtent && m_cells < m_whole.cells) Damaged("its pieces do not fill its extent");
   }
 
   /// Of the last piece.
   const FileEncoding& Encoding() const { return m_encoding; }
 
  private:
+  [[noreturn]] void Damaged(const std::string& what) const {
+    throw FileError(m_path, "damaged: " + what);
+  }
+
   void Check(const std::string& file, const std::string& extent) {
     RequireFile(file);
     TellRead(0.0);
@@ -136,6 +138,7 @@ class PieceChecker {
     if (!isEmpty) RequireAnnounced(file, layout, m_announced);
     if (m_hasExtent) {
       const PieceCounts counts = ExtentOf(m_path, extent);
+      if (!m_whole.Contains(counts)) Damaged("a piece lies outside its extent");
       if (!layout.whole.Contains(counts)) throw FileError(file, "does not fill its piece's extent");
       m_cells += counts.cells;
     }

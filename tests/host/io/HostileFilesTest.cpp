@@ -133,6 +133,8 @@ TEST_F(HostileFiles, ExtentsOfPiecesAreChecked) {
   EXPECT_EQ(error("0 2 0 1 0 1", "0 2 0 1 0 1"), "");
   EXPECT_EQ(error("0 4 0 1 0 1", "0 2 0 1 0 1"),
             index + ": damaged: its pieces do not fill its extent");
+  EXPECT_EQ(error("0 2 0 1 1 1", "0 2 0 1 0 1"),
+            index + ": damaged: a piece lies outside its extent");
   EXPECT_EQ(error("0 4 0 1 0 1", "0 4 0 1 0 1"),
             In("good.vts") + ": does not fill its piece's extent");
   EXPECT_EQ(error("0 2147483647 0 2147483647 0 9", "0 2 0 1 0 1"),
@@ -217,10 +219,19 @@ TEST_F(HostileLegacy, FilesWithinAFileAreChecked) {
             In("a.vtk") + ": damaged: its cells refer to nodes that do not exist");
 }
 
-/// VTK's reader does not survive them: a process of its own finds out.
+/// VTK's reader does not survive them.
 TEST_F(HostileLegacy, TypesThatNobodyKnowsAreRefused) {
   EXPECT_EQ(ErrorOf(Head() + Triangle() + "FIELD f 1\na 1 1 other\n1\n"),
-            In("a.vtk") + ": damaged: its reader cannot get through it");
+            In("a.vtk") + ": damaged: it has values of an unknown type");
+}
+
+TEST_F(HostileLegacy, GridsWithoutTheirCoordinatesAreRefused) {
+  const std::string grid = Head() + "DATASET RECTILINEAR_GRID\nDIMENSIONS 2 2 1\n";
+  const std::string x = "X_COORDINATES 2 float\n0 1\n", y = "Y_COORDINATES 2 float\n0 1\n";
+  EXPECT_EQ(ErrorOf(grid + x + y + "Z_COORDINATES 1 float\n0\n"), "");
+  EXPECT_EQ(ErrorOf(grid + x + y), In("a.vtk") + m_damaged);
+  EXPECT_EQ(ErrorOf(grid + x + y + "Z_COORDINATES 2 float\n0 1\n"),
+            In("a.vtk") + ": damaged: its cells refer to nodes that do not exist");
 }
 
 }  // namespace

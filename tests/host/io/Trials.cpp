@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
+#include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -26,7 +27,9 @@ namespace filetesting {
 namespace {
 
 constexpr long kMostKilobytes = 1 << 20;
+/// Of work; beside it a busy machine may do others'.
 constexpr unsigned kMostSeconds = 20;
+constexpr unsigned kMostSecondsBeside = 120;
 
 unsigned NumberFrom(const char* variable, unsigned otherwise) {
   const char* const text = std::getenv(variable);
@@ -40,6 +43,15 @@ bool IsMemorySmall(int whose) {
   return used.ru_maxrss <= kMostKilobytes;
 }
 
+/// Ends this process when a trial takes too long.
+void LimitTime() {
+  constexpr unsigned kSlower = kIsSanitized ? 10 : 1;
+  itimerval work{};
+  work.it_value.tv_sec = kSlower * kMostSeconds;
+  setitimer(ITIMER_PROF, &work, nullptr);
+  alarm(kSlower * kMostSecondsBeside);
+}
+
 /// Of the process that runs the trials.
 [[noreturn]] void TryAll(const TrialPlan& plan, TrialState& state) {
   const int to = open(plan.said.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_APPEND, 0600);
@@ -49,7 +61,7 @@ bool IsMemorySmall(int whose) {
   const rlimit space = {rlim_t{4} << 30, rlim_t{4} << 30};
   if (!kIsSanitized) setrlimit(RLIMIT_AS, &space);
   while (state.tried < plan.count) {
-    alarm(kIsSanitized ? 10 * kMostSeconds : kMostSeconds);
+    LimitTime();
     const unsigned number = plan.first + state.tried++;
     state.isVtkAlone = false;
     Outcome outcome = kFailed;
