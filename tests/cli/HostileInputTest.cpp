@@ -1,0 +1,135 @@
+// Inputs that ask for more than there is, for themselves, or for what is no file: one line, the
+// code of a file that cannot be read, and nothing written; with little memory to do it in.
+#include "Program.h"
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace clitests {
+
+using testing::StartsWith;
+
+namespace {
+
+constexpr char kJournal[] =
+    "Marquell ALTERELEMENT VARIABLE=\"p\" MODIFIER=\"+1\" ZONE=1 ELEMENT=1\n";
+
+/// Of programs that are started while it lives.
+class LittleMemory {
+ public:
+  LittleMemory() {
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+    constexpr rlim_t kBytes = rlim_t{1} << 30;
+    getrlimit(RLIMIT_AS, &m_before);
+    const rlimit little{kBytes, m_before.rlim_max};
+    setrlimit(RLIMIT_AS, &little);
+#endif
+  }
+  ~LittleMemory() {
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+    setrlimit(RLIMIT_AS, &m_before);
+#endif
+  }
+  LittleMemory(const LittleMemory&) = delete;
+  LittleMemory& operator=(const LittleMemory&) = delete;
+
+ private:
+  rlimit m_before{};
+};
+
+class HostileInput : public testing::Test {
+ protected:
+  void ExpectRefused(const std::string& input) {
+    const std::string journal = folder.Write("j.journal", kJournal);
+    const std::vector<std::string> namesBefore = folder.Names();
+    const LittleMemory little;
+    const Outcome outcome =
+        RunProgram({"run", journal, input, "-o", folder.Path("out.vtm"), "--force"});
+    EXPECT_EQ(outcome.exitCode, 3) << input << ": " << outcome.err;
+    EXPECT_EQ(LineCount(outcome.err), 1) << outcome.err;
+    EXPECT_THAT(outcome.err, StartsWith("marquell: " + input + ": "));
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(folder.Names(), namesBefore);
+  }
+  void ExpectRefused(const std::string& name, const std::string& text) {
+    ExpectRefused(folder.Write(name, text));
+  }
+
+  TestFolder folder;
+};
+
+std::string Grid(const std::string& nodes, const std::string& cells, const std::string& data) {
+  const std::string at = " format=\"appended\" offset=\"0\"/>";
+  return "<VTKFile type=\"UnstructuredGrid\" version=\"1.0\" byte_order=\"LittleEndian\" "
+         "header_type=\"UInt64\"><UnstructuredGrid><Piece NumberOfPoints=\"" +
+         nodes + "\" NumberOfCells=\"" + cells +
+         "\"><Points><DataArray type=\"Float32\" NumberOfComponents=\"3\"" + at +
+         "</Points><Cells><DataArray type=\"Int64\" Name=\"connectivity\"" + at +
+         "<DataArray type=\"Int64\" Name=\"offsets\"" + at +
+         "<DataArray type=\"UInt8\" Name=\"types\"" + at +
+         "</Cells></Piece></UnstructuredGrid><AppendedData encoding=\"raw\">_" + data +
+         "</AppendedData></VTKFile>";
+}
+
+std::string Block(const std::string& extent) {
+  return "<VTKFile type=\"ImageData\" version=\"1.0\" byte_order=\"LittleEndian\"><ImageData "
+         "WholeExtent=\"" +
+         extent + "\" Origin=\"0 0 0\" Spacing=\"1 1 1\"><Piece Extent=\"" + extent +
+         "\"/></ImageData></VTKFile>";
+}
+
+std::string Legacy(const std::string& sections) {
+  return "# vtk DataFile Version 3.0\nhostile\nBINARY\nDATASET " + sections;
+}
+
+constexpr const char* kAbsurd[] = {"9000000000000000000", "-1", "2147483648",
+                                   "18446744073709551615", "1099511627776"};
+
+TEST_F(HostileInput, AbsurdCountsAreRefused) {
+  const std::string little("\x08\0\0\0\0\0\0\0abcdefgh", 16);
+  for (const char* count : kAbsurd) {
+    ExpectRefused("nodes.vtu", Grid(count, "1", little));
+    ExpectRefused("cells.vtu", Grid("1", count, little));
+    ExpectRefused("a.vtk", Legacy(std::string("POLYDATA\nPOINTS ") + count + " float\n"));
+    ExpectRefused("b.vtk", Legacy(std::string("STRUCTURED_GRID\nDIMENSIONS 1 1 ") + count +
+                                  "\nPOINTS 1 float\n" + std::string(12, '\0')));
+  }
+}
+
+TEST_F(HostileInput, HeadersThatClaimPetabytesAreRefused) {
+  for (const char last : {'\x7f', '\xff', '\x40', '\x01'}) {
+    std::string header("\xff\xff\xff\xff\xff\xff\xff", 7);
+    ExpectRefused("header.vtu", Grid("1", "1", header + last + std::string(64, '\0')));
+  }
+  std::string stl(80, ' ');
+  ExpectRefused("a.stl", stl + "\xff\xff\xff\xff" + std::string(50, '\0'));
+}
+
+TEST_F(HostileInput, AbsurdExtentsAreRefused) {
+  for (const char* extent : {"0 100000 0 100000 0 100000", "0 9000000000000000000 0 1 0 1",
+                             "-2147483648 2147483647 0 0 0 0", "0 -1 0 -1 0 -1"}) {
+    ExpectRefused("a.vti", Block(extent));
+  }
+}
+
+TEST_F(HostileInput, CyclesAndPipesAreRefused) {
+  ExpectRefused("a.vtm",
+                "<VTKFile type=\"vtkMultiBlockDataSet\"><vtkMultiBlockDataSet><DataSet "
+                "file=\"a.vtm\"/></vtkMultiBlockDataSet></VTKFile>");
+  ASSERT_EQ(mkfifo(folder.Path("pipe.vtu").c_str(), 0600), 0);
+  ExpectRefused(folder.Path("pipe.vtu"));
+}
+
+/// What only a process of its own finds out is said in the same way.
+TEST_F(HostileInput, CasesThatTheirReaderDoesNotSurviveAreRefused) {
+  folder.Write("a.geo",
+               "one\ntwo\nnode id assign\nelement id assign\npart\n         1\nx\n"
+               "coordinates\n2147483647\n 0.0\n");
+  ExpectRefused("a.case", "FORMAT\ntype: ensight gold\nGEOMETRY\nmodel: a.geo\n");
+}
+
+}  // namespace
+}  // namespace clitests
