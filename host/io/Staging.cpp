@@ -78,6 +78,15 @@ void SyncFile(const std::string& path) {
   }
 }
 
+/// Only a superuser can give files away; others may be in the group at least. A file that stays the
+/// user's own loses nothing.
+void GiveTo(const std::string& path, uid_t owner, gid_t group) {
+  constexpr auto kUnchanged = static_cast<uid_t>(-1);
+  const bool isGiven =
+      chown(path.c_str(), owner, group) == 0 || chown(path.c_str(), kUnchanged, group) == 0;
+  static_cast<void>(isGiven);
+}
+
 /// Only a hint: a file system that cannot do it keeps the file all the same.
 void SyncFolder(const std::string& path) {
   const int directory = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -231,10 +240,7 @@ void StagedTarget::Commit() {
   struct stat before {};
   const bool isReplacing = stat(m_path.c_str(), &before) == 0;
   if (isReplacing) {
-    // Only a superuser can give files away; others may be in the group at least.
-    if (chown(m_temporary.c_str(), before.st_uid, before.st_gid) != 0) {
-      static_cast<void>(chown(m_temporary.c_str(), static_cast<uid_t>(-1), before.st_gid));
-    }
+    GiveTo(m_temporary, before.st_uid, before.st_gid);
     chmod(m_temporary.c_str(), before.st_mode & 07777);
     SyncFile(m_temporary);
   }
