@@ -8,7 +8,10 @@ build_packages=(
   g++ cmake ninja-build pkg-config ca-certificates
   libvtk9-dev libvtk9-qt-dev libdeflate-dev liblz4-dev liblzma-dev libegl-dev libgl1-mesa-dri libcli11-dev libfmt-dev libspdlog-dev nlohmann-json3-dev
 )
-test_packages=(libgtest-dev libgmock-dev libbenchmark-dev clang-format binutils valgrind xvfb xauth xdotool openbox imagemagick)
+test_packages=(
+  libgtest-dev libgmock-dev libbenchmark-dev binutils valgrind xvfb xauth xdotool openbox imagemagick
+  clang-14 libclang-rt-14-dev clang-format clang-tidy-14 cppcheck
+)
 # Not needed, so not a reason to install anything; comes along when something else does.
 helpful_packages=(ccache)
 

@@ -11,7 +11,7 @@ seconds=${1-30}
 [[ $seconds =~ ^[1-9][0-9]*$ ]] || die "not a number of seconds: $seconds"
 shift $(($# > 0 ? 1 : 0))
 
-install_missing "${build_packages[@]}" "${test_packages[@]}" clang-14 libclang-rt-14-dev
+install_missing "${build_packages[@]}" "${test_packages[@]}"
 configure fuzz
 build fuzz
 
