@@ -87,12 +87,18 @@ void GiveTo(const std::string& path, uid_t owner, gid_t group) {
   static_cast<void>(isGiven);
 }
 
-/// Only a hint: a file system that cannot do it keeps the file all the same.
-void SyncFolder(const std::string& path) {
+/// Brings a folder's names to the disk; gives the reason when they are lost, else 0. A file system
+/// that cannot do it keeps them all the same.
+int SyncFolder(const std::string& path) {
   const int directory = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (directory < 0) return;
-  fsync(directory);
+  if (directory < 0) return 0;
+  const int reason = fsync(directory) == 0 ? 0 : errno;
   close(directory);
+  return reason == EIO || reason == ENOSPC || reason == EDQUOT ? reason : 0;
+}
+
+void RequireSyncedFolder(const std::string& path) {
+  if (const int reason = SyncFolder(path)) throw FileError(path, std::strerror(reason));
 }
 
 /// The file that a path leads to, which need not be there: links are followed to their end.
@@ -231,7 +237,7 @@ std::string StagedTarget::PlacePieces() {
       throw FileError(m_path, std::strerror(errno));
     }
   }
-  if (isReplacing) SyncFolder(m_directory);
+  if (isReplacing) RequireSyncedFolder(m_directory);
   return m_folder;
 }
 
@@ -248,6 +254,7 @@ void StagedTarget::Commit() {
     throw FileError(m_path, std::strerror(errno));
   }
   m_isCommitted = true;
+  // It has its name for everybody who asks by now; what this finds cannot be taken back.
   if (isReplacing) SyncFolder(m_directory);
   RemoveOldPieces();
 }
@@ -255,10 +262,10 @@ void StagedTarget::Commit() {
 void StagedTarget::BringPiecesToDisk() const {
   std::error_code none;  // there is no folder when no block has a piece
   for (const auto& entry : fs::recursive_directory_iterator(PiecesPath(), none)) {
-    if (entry.is_directory()) SyncFolder(entry.path().string());
+    if (entry.is_directory()) RequireSyncedFolder(entry.path().string());
     if (entry.is_regular_file()) SyncFile(entry.path().string());
   }
-  SyncFolder(PiecesPath());
+  RequireSyncedFolder(PiecesPath());
 }
 
 void StagedTarget::RemoveOldPieces() const {

@@ -90,6 +90,8 @@ bool Running::HasEnded() {
 
 void Running::Send(int signal) const { kill(m_pid, signal); }
 
+std::string Running::ErrorsSoFar() const { return TextOf(m_err); }
+
 Outcome Running::Wait() {
   while (!m_isOver) m_isOver = waitpid(m_pid, &m_status, 0) == m_pid || errno != EINTR;
   Outcome outcome;

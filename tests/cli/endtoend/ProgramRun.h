@@ -33,6 +33,8 @@ class Running {
 
   bool HasEnded();
   void Send(int signal) const;
+  /// What it has written to standard error so far.
+  std::string ErrorsSoFar() const;
   Outcome Wait();
 
  private:
