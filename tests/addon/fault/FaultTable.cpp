@@ -22,6 +22,7 @@ const std::string kClickedNode =
     "cell, do not hold down the\n  CTRL key during selection.";
 const std::string kNoBlanking = "Unable to initialize this data set for pick blanking.";
 const std::string kNoGeometry = "The selected pick object item is not a geometry.";
+const std::string kNoUndo = "Macro failed to perform Undo";
 const std::string kNoPlot = "Frame does not contain data in Cartesian 2D or 3D view";
 const std::string kOffSurface =
     "The seed point must be inside the pick geometry\n and on a boundary surface.\n\nNote that a "
@@ -201,7 +202,7 @@ const Table& ExpectedTexts() {
        {kUnnoticed,
         Failed(kAlterElement),
         Failed(kBlankElement),
-        Failed("Macro failed to perform Undo"),
+        Failed(kNoUndo),
         Failed("No data set available in current frame")}},
       {"QelUtilDataValueAlloc",
        {kBox,
@@ -212,7 +213,8 @@ const Table& ExpectedTexts() {
       {"QelUtilDataValueGetCountByRef",
        {kUnnoticed,
         Failed(kAlterElement),
-        Failed(kBlankElement)}},
+        Failed(kBlankElement),
+        Failed(kNoUndo)}},
       {"QelUtilDataValueGetLocation",
        {kUnnoticed,
         Message(kClickedNode)}},
@@ -229,7 +231,7 @@ const Table& ExpectedTexts() {
         kBox,
         Failed(kAlterElement),
         Failed(kBlankElement),
-        Failed("Macro failed to perform Undo"),
+        Failed(kNoUndo),
         Assert("fieldDataPtr = QelUtilDataValueGetWritableNativeRef(zoneNum, varNum)", "WritePath"),
         Assert("fieldPtrX = QelUtilDataValueGetWritableNativeRef(zoneNum, m_xVar)", "ClippingCube"),
         Assert("fieldPtrY = QelUtilDataValueGetWritableNativeRef(zoneNum, m_yVar)", "ClippingCube"),
