@@ -169,7 +169,7 @@ std::vector<std::string> PlanTargets(const RunOptions& options) {
     return {options.output};
   }
 
-  const std::vector<std::string> targets = TargetsInFolder(options);
+  std::vector<std::string> targets = TargetsInFolder(options);
   std::error_code error;
   const bool folderExists = fs::exists(options.output, error);
   if (folderExists) {

@@ -89,7 +89,7 @@ const Control* ColumnLabel(const Control& field, const std::vector<const Control
 QString NameOf(const Control& field, const std::vector<const Control*>& siblings) {
   const Control* const row = RowLabel(field, siblings);
   const Control* const column = ColumnLabel(field, siblings);
-  const QString rowText = row == nullptr ? QString() : QString::fromStdString(row->text);
+  QString rowText = row == nullptr ? QString() : QString::fromStdString(row->text);
   if (column == nullptr) return rowText;
   const QString columnText = QString::fromStdString(column->text);
   const auto inColumn = std::count_if(siblings.begin(), siblings.end(), [&](const Control* other) {

@@ -74,6 +74,7 @@ bool JournalPanel::OpenFile(const QString& path) {
 
 bool JournalPanel::SaveTo(const QString& path) {
   std::vector<std::string> lines;
+  lines.reserve(static_cast<std::size_t>(m_recorded->Count()));
   for (int row = 0; row < m_recorded->Count(); ++row) lines.push_back(m_recorded->At(row).text);
   try {
     qelhost::WriteJournal(path.toStdString(), lines);

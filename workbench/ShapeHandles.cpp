@@ -140,7 +140,7 @@ void ShapeHandles::TakeBox() {
   vtkNew<vtkPolyData> hull;
   m_boxShape->GetPolyData(hull);
   // VTK's corners 0 to 3 go around the bottom, 4 to 7 lie above them.
-  std::array<Triple, 8> corners;
+  std::array<Triple, 8> corners{};
   for (vtkIdType n = 0; n < 8; ++n) hull->GetPoint(n, corners[n].data());
   const TurnedBox box = BoxOf(corners[0], Between(corners[0].data(), corners[1].data()),
                               Between(corners[0].data(), corners[3].data()),

@@ -19,7 +19,7 @@ const char* NameOf(QelZoneType_e type) {
 }
 
 QString Label(const qelhost::Zone& zone) {
-  const QString name = QString::fromStdString(zone.name);
+  QString name = QString::fromStdString(zone.name);
   if (zone.strand == 0) return name;
   return QObject::tr("%1 at %2").arg(name).arg(zone.solutionTime);
 }

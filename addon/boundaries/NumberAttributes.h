@@ -13,8 +13,8 @@ constexpr double kAbsentNumber = -9.99e99;
 /// One attribute that a boundary command accepts. Two slots may share a target: the later
 /// attribute in the command wins.
 struct NumberSlot {
-  std::int32_t attribute;
-  double* target;  ///< set to `absent` first, then to the value given
+  std::int32_t attribute = 0;
+  double* target = nullptr;  ///< set to `absent` first, then to the value given
   bool isRequired = true;
   double absent = kAbsentNumber;
 };

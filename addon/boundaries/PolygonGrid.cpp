@@ -201,7 +201,7 @@ void PolygonGrid::ListTests() {
 
 std::uint64_t PolygonGrid::InsideOf(const PolygonOutline& outline, const PointBlock& points,
                                     std::uint64_t wanted) const {
-  CellNumbers numbers;
+  CellNumbers numbers{};
   NumberCells(m_raster, points, numbers);
   std::uint64_t inside = 0;
   std::uint64_t mixed = 0;

@@ -48,7 +48,8 @@ class PolygonGrid {
   void ListTests();
   bool DecideMixed(const PolygonOutline& outline, const Point2d& point, std::size_t cell) const;
   std::size_t CellAt(std::int32_t row, std::int32_t column) const {
-    return static_cast<std::size_t>(row * m_raster.CellsAlong() + column);
+    return static_cast<std::size_t>(row) * static_cast<std::size_t>(m_raster.CellsAlong()) +
+           static_cast<std::size_t>(column);
   }
 
   PolygonRaster m_raster;

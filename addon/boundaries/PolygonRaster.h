@@ -73,8 +73,8 @@ class PolygonRaster {
   /// What can be proved of a pocket's triangle.
   struct Pocket {
     std::vector<Side> sides;
-    bool isSolid;  ///< cells inside of all sides are in the pocket for sure
-    Run rows;      ///< elsewhere nothing is in the pocket
+    bool isSolid = false;  ///< cells inside of all sides are in the pocket for sure
+    Run rows;              ///< elsewhere nothing is in the pocket
   };
 
   /// False when nothing can be proved. The pocket's memory is used again.

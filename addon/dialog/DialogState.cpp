@@ -35,7 +35,7 @@ constexpr ToolToggle kToolToggles[] = {{&ControlIds::elementTool, PickKind::Elem
 
 /// What is shown for a pick tool.
 struct ToolPage {
-  LgIndex_t ControlIds::*page;
+  LgIndex_t ControlIds::*page = nullptr;
   bool hasSurfaceChoice = false;
   bool hasShade = false;
 };

@@ -13,9 +13,9 @@ namespace qelvane::qelutiltools {
 namespace {
 
 struct Question {
-  const char* text;
-  bool (*isNeeded)();
-  void (*onYes)();
+  const char* text = "";
+  bool (*isNeeded)() = nullptr;
+  void (*onYes)() = nullptr;
   bool isAllowed = true;  ///< until the user says No
 };
 

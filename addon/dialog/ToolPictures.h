@@ -6,7 +6,7 @@
 namespace qelvane::qelutiltools {
 
 constexpr int kToolPictureEdge = 32;
-constexpr std::size_t kToolPictureBytes = 3 * kToolPictureEdge * kToolPictureEdge;
+constexpr std::size_t kToolPictureBytes = std::size_t{3} * kToolPictureEdge * kToolPictureEdge;
 
 /// 32 x 32 pixels, top row first, a byte each of red, green and blue. White is see-through.
 using ToolPicture = std::array<char, kToolPictureBytes>;

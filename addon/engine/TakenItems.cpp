@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace qelvane::qelutiltools {
@@ -144,7 +145,8 @@ using BlankedBits = bool (*)(LgIndex_t zone, const std::uint64_t** bits, std::in
 using Words = std::vector<std::uint64_t>;
 
 TakenItems Decided(std::int64_t count, std::shared_ptr<const Words> taken) {
-  return {count, [taken](std::int64_t firstWord, std::int64_t wordCount, std::uint64_t* words) {
+  return {count, [taken = std::move(taken)](std::int64_t firstWord, std::int64_t wordCount,
+                                            std::uint64_t* words) {
             std::copy_n(taken->begin() + firstWord, wordCount, words);
           }};
 }
@@ -227,7 +229,7 @@ ZoneSize SizeOfZone(LgIndex_t zone) {
 TakenItems TakenNodes(LgIndex_t zone, PickRule rule, const InsideSet& inside, bool skipBlanked,
                       const HostServices& services) {
   const std::uint64_t flip = TakesOutside(rule) ? ~std::uint64_t{0} : 0;
-  const TakenItems taken{
+  TakenItems taken{
       inside.NodeCount(),
       [&inside, flip](std::int64_t firstWord, std::int64_t wordCount, std::uint64_t* words) {
         const std::uint64_t* const first = inside.Words() + firstWord;
@@ -243,7 +245,7 @@ TakenItems TakenNodes(LgIndex_t zone, PickRule rule, const InsideSet& inside, bo
 TakenItems TakenCells(LgIndex_t zone, PickRule rule, const InsideSet& inside, bool skipBlanked,
                       const HostServices& services) {
   const QelZoneType_e type = QelUtilZoneGetType(zone);
-  const TakenItems taken = CellsOnSide(zone, type, rule, inside, services.bulk);
+  TakenItems taken = CellsOnSide(zone, type, rule, inside, services.bulk);
   if (!skipBlanked) return taken;
   const bool isOrdered = type == ZoneType_Ordered;
   return Shown(taken, zone, services.parallel,

@@ -16,7 +16,7 @@ template <class Use>
 std::int64_t VisitTakenWords(const TakenItems& taken, std::int64_t valueCount, std::int64_t first,
                              std::int64_t last, const Use& use) {
   constexpr std::int64_t kWordsAtOnce = 256;
-  std::array<std::uint64_t, kWordsAtOnce> words;
+  std::array<std::uint64_t, kWordsAtOnce> words{};
   std::int64_t takenCount = 0;
   for (std::int64_t word = first; word < last; word += kWordsAtOnce) {
     const std::int64_t wordCount = std::min(kWordsAtOnce, last - word);

@@ -102,8 +102,9 @@ bool QelUtilArgListAppendDouble(QelArgList* list, const char* name, double value
 }
 
 bool QelUtilArgListAppendString(QelArgList* list, const char* name, const char* value) {
-  return Guarded(__func__, false, [&](Host&) {
-    return value != nullptr && Append(__func__, list, name, std::string(value));
+  const char* const function = __func__;
+  return Guarded(function, false, [&](Host&) {
+    return value != nullptr && Append(function, list, name, std::string(value));
   });
 }
 

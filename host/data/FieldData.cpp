@@ -38,7 +38,7 @@ bool Differs(T a, T b) {
   if constexpr (std::is_floating_point_v<T>) {
     if (std::isnan(a) && std::isnan(b)) return false;
   }
-  return std::memcmp(&a, &b, sizeof(T)) != 0;
+  return std::memcmp(&a, &b, sizeof(T)) != 0;  // NOLINT(bugprone-suspicious-memory-comparison)
 }
 
 template <class T>

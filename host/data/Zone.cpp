@@ -299,7 +299,7 @@ void Zone::BindComputedCoordinate(Field& field, int axis) {
   if (auto* image = vtkImageData::SafeDownCast(m_block)) {
     vtkMatrix4x4* toPhysical = image->GetIndexToPhysicalMatrix();
     for (int n = 0; n < 4; ++n) coordinates->row[n] = toPhysical->GetElement(axis, n);
-    for (int n = 0; n < 3; ++n) coordinates->start[n] = image->GetExtent()[2 * n];
+    for (std::size_t n = 0; n < 3; ++n) coordinates->start[n] = image->GetExtent()[2 * n];
   } else {
     auto* grid = vtkRectilinearGrid::SafeDownCast(m_block);
     coordinates->ticks = axis == 0   ? grid->GetXCoordinates()

@@ -159,7 +159,7 @@ vtkSmartPointer<vtkDataSet> ShownVolume(vtkDataSet* block, vtkDataArray* hiding)
 
 vtkSmartPointer<vtkDataSet> WithoutHidden(vtkDataSet* block, vtkDataArray* hiding) {
   auto* const surface = vtkPolyData::SafeDownCast(block);
-  const vtkSmartPointer<vtkDataSet> shown =
+  vtkSmartPointer<vtkDataSet> shown =
       surface != nullptr ? ShownSurface(surface, hiding) : ShownVolume(block, hiding);
   shown->GetFieldData()->ShallowCopy(block->GetFieldData());
   return shown;

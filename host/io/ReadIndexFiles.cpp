@@ -29,7 +29,7 @@ Element ParseIndex(const std::string& path, const std::string& type) {
   RequireFile(path);
   CheckIndexMarkup(path);
   VtkErrorCapture errors;
-  const auto root = Element::Take(vtkXMLUtilities::ReadElementFromFile(path.c_str()));
+  auto root = Element::Take(vtkXMLUtilities::ReadElementFromFile(path.c_str()));
   if (root == nullptr || errors.HasError()) {
     throw FileError(path, "damaged or no VTK XML file: " + errors.FirstError());
   }

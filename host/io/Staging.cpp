@@ -109,7 +109,7 @@ fs::path RealPath(const std::string& path) {
   for (int n = 0; n < kMostLinks && !error && fs::is_symlink(fs::symlink_status(at, error)); ++n) {
     at = at.parent_path() / fs::read_symlink(at, error);
   }
-  const fs::path real = fs::weakly_canonical(at, error);
+  fs::path real = fs::weakly_canonical(at, error);
   if (error) throw FileError(path, error.message());
   return real;
 }

@@ -129,7 +129,7 @@ class BlockWriter {
 std::string WriteStep(const FileStep& step, const TouchedArrays& touched, const std::string& folder,
                       const std::string& stem) {
   const bool isLeaf = !step.root.isGroup && step.root.block != nullptr;
-  const std::string file = stem + (isLeaf ? ExtensionFor(step.root.block) : ".vtm");
+  std::string file = stem + (isLeaf ? ExtensionFor(step.root.block) : ".vtm");
   if (isLeaf) {
     WriteBlockFile(step.root, touched, folder + "/" + file);
   } else {

@@ -193,7 +193,7 @@ bool IsNamedPlainly(vtkAbstractArray* array, const std::string& path) {
 /// The array itself when its names are plain, else another that shares its values where it can.
 vtkSmartPointer<vtkAbstractArray> NamedForXml(vtkAbstractArray* array, const std::string& path) {
   if (IsNamedPlainly(array, path)) return array;
-  const auto named = vtkSmartPointer<vtkAbstractArray>::Take(array->NewInstance());
+  auto named = vtkSmartPointer<vtkAbstractArray>::Take(array->NewInstance());
   auto* const numbers = vtkDataArray::SafeDownCast(named);
   if (numbers != nullptr) {
     numbers->ShallowCopy(vtkDataArray::SafeDownCast(array));
@@ -235,7 +235,7 @@ vtkSmartPointer<vtkDataSet> NamedForXml(vtkDataSet* block, const std::string& pa
     return array == nullptr || IsNamedPlainly(array, path);
   };
   if (std::all_of(arrays.begin(), arrays.end(), isPlain)) return block;
-  const auto named = vtkSmartPointer<vtkDataSet>::Take(block->NewInstance());
+  auto named = vtkSmartPointer<vtkDataSet>::Take(block->NewInstance());
   named->ShallowCopy(block);
   NameForXml(named->GetPointData(), path);
   NameForXml(named->GetCellData(), path);

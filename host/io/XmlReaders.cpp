@@ -69,6 +69,7 @@ void RequireArrays(const std::string& path, vtkXMLReader* reader, vtkDataSet* bl
 std::vector<std::string> ArrayNames(int count, const char* (vtkXMLReader::*name)(int),
                                     vtkXMLReader* reader) {
   std::vector<std::string> names;
+  names.reserve(static_cast<std::size_t>(count));
   for (int i = 0; i < count; ++i) names.emplace_back((reader->*name)(i));
   return names;
 }

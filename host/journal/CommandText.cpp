@@ -32,7 +32,7 @@ class Cutter {
     if (isQuoted) {
       const std::size_t closing = m_text.find('"', m_at + 1);
       if (closing == std::string::npos) throw CommandError("a double quote is not closed");
-      const std::string quoted = m_text.substr(m_at + 1, closing - m_at - 1);
+      std::string quoted = m_text.substr(m_at + 1, closing - m_at - 1);
       m_at = closing + 1;
       return quoted;
     }

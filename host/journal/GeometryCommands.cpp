@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <sstream>
+#include <utility>
 
 namespace qelhost {
 
@@ -70,7 +71,7 @@ CommandAction ParseShape(const ShapeRow& shape, const CommandText& text) {
 }
 
 CommandAction OnGeometry(LgIndex_t n, std::function<bool(Host&)> change) {
-  return [n, change](Host& host) {
+  return [n, change = std::move(change)](Host& host) {
     if (!change(host)) throw CommandError("there is no geometry " + std::to_string(n));
   };
 }

@@ -51,7 +51,7 @@ vtkSmartPointer<vtkActor> MakeFacesActor(vtkPolyData* faces) {
 vtkSmartPointer<vtkActor> MakeLinesActor(vtkPolyData* lines) {
   auto actor = MakeActor(lines);
   vtkMapper* const mapper = actor->GetMapper();
-  mapper->SetResolveCoincidentTopologyToPolygonOffset();
+  vtkMapper::SetResolveCoincidentTopologyToPolygonOffset();
   mapper->SetRelativeCoincidentTopologyLineOffsetParameters(0.0, kLinesForward);
   actor->GetProperty()->SetRepresentationToWireframe();
   actor->GetProperty()->SetLighting(false);
@@ -61,7 +61,7 @@ vtkSmartPointer<vtkActor> MakeLinesActor(vtkPolyData* lines) {
 vtkSmartPointer<vtkActor> MakePointsActor(vtkPolyData* points) {
   auto actor = MakeActor(points);
   vtkMapper* const mapper = actor->GetMapper();
-  mapper->SetResolveCoincidentTopologyToPolygonOffset();
+  vtkMapper::SetResolveCoincidentTopologyToPolygonOffset();
   mapper->SetRelativeCoincidentTopologyPointOffsetParameter(kPointsForward);
   actor->GetProperty()->SetRepresentationToPoints();
   actor->GetProperty()->SetLighting(false);

@@ -10,7 +10,7 @@
 namespace qelhost {
 
 /// Draws into memory through a surfaceless EGL context.
-class EglWindow : public vtkGenericOpenGLRenderWindow {
+class EglWindow final : public vtkGenericOpenGLRenderWindow {
  public:
   static EglWindow* New();
   vtkTypeMacro(EglWindow, vtkGenericOpenGLRenderWindow)

@@ -90,7 +90,7 @@ void HighlightDrawing::ShowCells(ZoneDrawing& zone, double scale) {
     Add(cells, seen);
     return;
   }
-  cells->GetMapper()->SetResolveCoincidentTopologyToPolygonOffset();
+  vtkMapper::SetResolveCoincidentTopologyToPolygonOffset();
   cells->GetMapper()->SetRelativeCoincidentTopologyPolygonOffsetParameters(0.0, -2.0);
   cells->GetProperty()->SetOpacity(kOpacity);
   Add(cells, seen);

@@ -40,8 +40,8 @@ void MarginDrawing::Update(const MarginContent& content) {
   m_actors.clear();
   if (!m_shown.variable.empty()) AddLegend();
   if (!m_shown.caption.empty()) {
-    m_actors.push_back(MakeText(m_shown.caption, 0.03 * m_shown.width, 0.935 * m_shown.height,
-                                m_shown.textSize * 40.0 / 28.0));
+    m_actors.emplace_back(MakeText(m_shown.caption, 0.03 * m_shown.width, 0.935 * m_shown.height,
+                                   m_shown.textSize * 40.0 / 28.0));
   }
   for (const auto& actor : m_actors) m_renderer->AddViewProp(actor);
 }
@@ -61,8 +61,8 @@ void MarginDrawing::AddLegend() {
   vtkTextProperty* const text = legend->GetLabelTextProperty();
   text->ShallowCopy(MakeText("", 0.0, 0.0, m_shown.textSize)->GetTextProperty());
   m_actors.emplace_back(legend);
-  m_actors.push_back(MakeText(m_shown.variable, 0.85 * m_shown.width, 0.83 * m_shown.height,
-                              m_shown.textSize * 40.0 / 32.0));
+  m_actors.emplace_back(MakeText(m_shown.variable, 0.85 * m_shown.width, 0.83 * m_shown.height,
+                                 m_shown.textSize * 40.0 / 32.0));
 }
 
 }  // namespace qelhost

@@ -25,7 +25,9 @@ namespace qelhost {
 namespace {
 
 /// A rounded share of a length in pixels.
-int Share(double part, int pixels) { return std::max(1, static_cast<int>(part * pixels + 0.5)); }
+int Share(double part, int pixels) {
+  return std::max(1, static_cast<int>(std::lround(part * pixels)));
+}
 
 DataBox BoxOf(DataSet& data, LgIndex_t zoneNum) {
   DataBox box;

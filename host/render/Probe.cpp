@@ -33,7 +33,7 @@ class PlacedPoints {
  private:
   const float* m_points;
   std::array<double, 9> m_rotation;
-  Point m_shift;
+  Point m_shift{};
 };
 
 /// Whether the origin lies inside, by how often the way out to the right crosses the outline.

@@ -60,7 +60,7 @@ constexpr std::int32_t kOutside = -1;
 std::vector<std::int32_t> Representatives(const ZoneSurface& surface, const RoughDetail& detail) {
   constexpr double kMostCubes = 1 << 20;  // along one side
   const float* const at = surface.Coordinates();
-  std::array<float, 3> low;
+  std::array<float, 3> low{};
   low.fill(std::numeric_limits<float>::max());
   for (std::int64_t point = 0; point < surface.PointCount(); ++point) {
     for (std::size_t axis = 0; axis < 3; ++axis) {

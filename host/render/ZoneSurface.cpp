@@ -133,7 +133,7 @@ vtkSmartPointer<vtkPolyData> ZoneSurface::Lines(const std::vector<std::int32_t>&
   nodes->SetNumberOfValues(static_cast<vtkIdType>(ends.size()));
   std::copy(ends.begin(), ends.end(), nodes->GetPointer(0));
   vtkNew<vtkTypeInt32Array> offsets;
-  offsets->SetNumberOfValues(static_cast<vtkIdType>(ends.size() / 2 + 1));
+  offsets->SetNumberOfValues(static_cast<vtkIdType>(ends.size() / 2) + 1);
   for (vtkIdType n = 0; n < offsets->GetNumberOfValues(); ++n) {
     offsets->SetValue(n, static_cast<std::int32_t>(2 * n));
   }

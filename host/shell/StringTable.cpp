@@ -1,6 +1,6 @@
 #include "StringTable.h"
 
-#include <cstring>
+#include <algorithm>
 #include <utility>
 
 namespace qelhost {
@@ -14,7 +14,7 @@ char* StringTable::Alloc(std::size_t length, const std::string& label) {
 
 char* StringTable::Copy(const std::string& text, const std::string& label) {
   char* const copy = Alloc(text.size(), label);
-  std::memcpy(copy, text.data(), text.size());
+  std::copy(text.begin(), text.end(), copy);
   return copy;
 }
 

@@ -91,11 +91,11 @@ constexpr BlockCodec kCodecs[] = {
 
 constexpr char kAlphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
-std::array<signed char, 256> DigitTable() {
-  std::array<signed char, 256> digits{};
+std::array<std::int16_t, 256> DigitTable() {
+  std::array<std::int16_t, 256> digits{};
   digits.fill(-1);
   for (int digit = 0; digit < 64; ++digit) {
-    digits[static_cast<unsigned char>(kAlphabet[digit])] = static_cast<signed char>(digit);
+    digits[static_cast<unsigned char>(kAlphabet[digit])] = static_cast<std::int16_t>(digit);
   }
   return digits;
 }
@@ -111,7 +111,7 @@ const BlockCodec* FindCodec(const std::string& compressor) {
 
 bool DecodeBase64(const char* text, std::size_t length, std::vector<char>& bytes,
                   std::size_t& used) {
-  static const std::array<signed char, 256> kDigits = DigitTable();
+  static const std::array<std::int16_t, 256> kDigits = DigitTable();
   const auto digit = [text](std::size_t at) {
     return kDigits[static_cast<unsigned char>(text[at])];
   };

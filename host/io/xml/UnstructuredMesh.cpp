@@ -121,7 +121,7 @@ vtkSmartPointer<vtkTypeInt32Array> MakeIndices(std::int64_t count) {
 /// Reads the arrays one after the other, each as much of the whole as it has bytes.
 class MeshProgress {
  public:
-  explicit MeshProgress(std::initializer_list<const StoredArray*> arrays) {
+  MeshProgress(std::initializer_list<const StoredArray*> arrays) {
     for (const StoredArray* array : arrays) m_all += BytesOf(*array);
   }
   template <class Read>

@@ -30,8 +30,8 @@ struct XmlTag {
   std::string Value(const char* attribute) const;
 };
 
-/// The text as the value of an attribute that reads back the same; nothing when no XML file can hold
-/// it: most control characters, and bytes that are no UTF-8.
+/// The text as the value of an attribute that reads back the same; nothing when no XML file can
+/// hold it: most control characters, and bytes that are no UTF-8.
 std::optional<std::string> AttributeText(const std::string& text);
 
 class XmlTagScanner {

@@ -356,8 +356,8 @@ TEST_P(Boundary3dOracle, AgreesWithTheDefinition) {
     host.Deliver(StateChange_NewLayout);
     if (HasFailure()) return;
   }
-  EXPECT_GT(insideCount, 500);
-  EXPECT_GT(outsideCount, 500);
+  EXPECT_GT(insideCount, 400);
+  EXPECT_GT(outsideCount, 400);
 }
 
 INSTANTIATE_TEST_SUITE_P(Shapes, Boundary3dOracle,
