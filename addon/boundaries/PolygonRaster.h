@@ -74,7 +74,7 @@ class PolygonRaster {
   struct Pocket {
     std::vector<Side> sides;
     bool isSolid = false;  ///< cells inside of all sides are in the pocket for sure
-    Run rows;              ///< elsewhere nothing is in the pocket
+    Run rows{};            ///< elsewhere nothing is in the pocket
   };
 
   /// False when nothing can be proved. The pocket's memory is used again.
