@@ -78,3 +78,28 @@ build() {
   (cd "$root" && cmake --build --preset "$preset" "${targets[@]}") ||
     die "building preset $preset failed"
 }
+
+# summarise_survivors LOG: adds up the lines "N things, M survived" and "N runs, M crashes" of the
+# programs that try to break something, a line a thing; prints other programs' last line of figures.
+summarise_survivors() {
+  awk '
+    match($0, /[0-9]+ [a-z ]+, [0-9]+ (survived|crashes|equal)/) {
+      found = substr($0, RSTART, RLENGTH)
+      tried = found + 0
+      split(found, halves, ", ")
+      thing = halves[1]; sub(/^[0-9]+ /, "", thing)
+      good = halves[2]; sub(/^[0-9]+ /, "", good)
+      # Parts of a sum that the program itself gives afterwards are set in.
+      if ($0 ~ /^(  |[0-9]+: +  )[a-z]/) next
+      key = thing ", %d " good
+      if (!(key in all)) order[++count] = key
+      all[key] += tried
+      well[key] += halves[2] + 0
+    }
+    END {
+      for (n = 1; n <= count; ++n) {
+        key = order[n]; split(key, halves, ", %d ")
+        printf "%d %s, %d %s\n", all[key], halves[1], well[key], halves[2]
+      }
+    }' "$1"
+}

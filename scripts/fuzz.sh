@@ -32,36 +32,44 @@ dictionary_of() {
 
 # The libraries that are not instrumented share containers with those that are.
 export ASAN_OPTIONS=detect_container_overflow=0
-total=0
-crashed=()
+
+# Runs one target; what it said lies in its log, its exit code in its result.
+run_target() {
+  local target=$1 dictionary log=$crashes/$1.log corpus=$root/fuzz/corpus/$1
+  local limits=(-timeout=60 -rss_limit_mb=2048 -artifact_prefix="$crashes/$target-")
+  # Looking for leaks after every input would take most of the time.
+  local options=(-max_total_time="$seconds" -detect_leaks=0 -print_final_stats=1)
+  dictionary=$(dictionary_of "$target")
+  [ -z "$dictionary" ] || options+=(-dict="$dictionary")
+  local result=0
+  { "$programs/$target" "${limits[@]}" "${options[@]}" "$found/$target" "$corpus" >"$log" 2>&1 &&
+    "$programs/$target" "${limits[@]}" -runs=0 "$corpus" >>"$log" 2>&1; } || result=$?
+  echo $result >"$crashes/$target.result"
+}
+
 for target in "${targets[@]}"; do
   [ -x "$programs/$target" ] || die "there is no target $target"
   mkdir -p "$found/$target"
-  before=$(find "$found/$target" -type f | wc -l)
-  limits=(-timeout=20 -rss_limit_mb=2048 -artifact_prefix="$crashes/$target-")
-  # Looking for leaks after every input would take most of the time.
-  options=(-max_total_time="$seconds" -detect_leaks=0 -print_final_stats=1)
-  dictionary=$(dictionary_of "$target")
-  [ -z "$dictionary" ] || options+=(-dict="$dictionary")
+  while [ "$(jobs -pr | wc -l)" -ge "$(nproc)" ]; do wait -n; done
+  run_target "$target" &
+done
+wait
+
+total=0
+crashed=()
+for target in "${targets[@]}"; do
   log=$crashes/$target.log
   count=0
-  corpus=$root/fuzz/corpus/$target
-  if ! "$programs/$target" "${limits[@]}" "${options[@]}" "$found/$target" "$corpus" >"$log" 2>&1 ||
-    ! "$programs/$target" "${limits[@]}" -runs=0 "$corpus" >>"$log" 2>&1; then
-    count=1
-    crashed+=("$target")
-  fi
+  [ "$(cat "$crashes/$target.result")" -eq 0 ] || { count=1 && crashed+=("$target"); }
   runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log" | tail -n1)
   total=$((total + ${runs:-0}))
-  printf '%-16s %9d runs, %5d new inputs, %d crashes\n' "$target:" "${runs:-0}" \
-    $(($(find "$found/$target" -type f | wc -l) - before)) "$count"
+  printf '%-16s %9d inputs, %d crashes\n' "$target:" "${runs:-0}" "$count"
 done
-
 for target in "${crashed[@]}"; do
   log=$crashes/$target.log
   echo "$target: $(grep -m1 -E 'does not hold|ERROR|runtime error' "$log" || tail -n1 "$log")" >&2
   echo "  input: $(sed -n 's/.*Test unit written to //p' "$log" | tail -n1)" >&2
   echo "  log: $log" >&2
 done
-echo "$total runs, ${#crashed[@]} crashes"
+echo "$total fuzzed inputs, ${#crashed[@]} crashes"
 [ ${#crashed[@]} -eq 0 ]

@@ -1,0 +1,24 @@
+#!/usr/bin/env bash
+# Builds everything but the window under sanitizers and runs its tests.
+#
+#   scripts/sanitize.sh address  AddressSanitizer, UndefinedBehaviorSanitizer, leaks
+#   scripts/sanitize.sh thread   ThreadSanitizer, on the tests that use several threads
+set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+
+install_missing "${build_packages[@]}" "${test_packages[@]}"
+case "${1-}" in
+  address)
+    preset=asan-host
+    filter=()
+    ;;
+  thread)
+    preset=tsan
+    filter=(-R 'Parallel|Workers|Progress|ReadWatch|WriteWatch|Extension|parallel|Soak')
+    ;;
+  *) die "say address or thread" ;;
+esac
+configure $preset
+build $preset
+cd "$root"
+ctest --preset $preset -j "$(nproc)" "${filter[@]}"
