@@ -1,11 +1,13 @@
 #include "Journal.h"
 
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+
+#include "FileError.h"
+#include "Staging.h"
 
 namespace qelhost {
 
@@ -90,21 +92,15 @@ std::vector<JournalLine> ReadJournal(const std::string& path) {
 }
 
 void WriteJournal(const std::string& path, const std::vector<std::string>& lines) {
-  const std::string part = path + ".part";
-  {
-    std::ofstream file(part, std::ios::binary | std::ios::trunc);
-    for (const std::string& line : lines) file << line << '\n';
-    file.close();
-    if (!file) {
-      const std::string reason = std::strerror(errno);
-      std::remove(part.c_str());
-      throw JournalError(path + ": cannot be written: " + reason);
-    }
-  }
-  if (std::rename(part.c_str(), path.c_str()) != 0) {
-    const std::string reason = std::strerror(errno);
-    std::remove(part.c_str());
-    throw JournalError(path + ": cannot be written: " + reason);
+  std::string text;
+  for (const std::string& line : lines) text += line + '\n';
+  try {
+    StagedTarget target(path);
+    WriteBytes(target.TemporaryPath(), text);
+    target.Commit();
+  } catch (const FileError& error) {
+    // The file may be named by the place that it has for now.
+    throw JournalError(path + ": cannot be written: " + error.Reason());
   }
 }
 

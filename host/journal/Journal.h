@@ -28,7 +28,8 @@ std::vector<JournalLine> ReadJournal(const std::string& path);
 /// The same from the text of a journal; name is for messages.
 std::vector<JournalLine> ParseJournal(const std::string& text, const std::string& name);
 
-/// Writes lines as a journal, complete or not at all.
+/// Writes lines as a journal, complete or not at all: what stood there before stays until all of it
+/// is on the disk. A link stays one.
 ///
 /// throws  JournalError
 void WriteJournal(const std::string& path, const std::vector<std::string>& lines);
