@@ -1,54 +1,24 @@
 #include "LegacyCheck.h"
 
-#include <fcntl.h>
-#include <sys/mman.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cctype>
 #include <charconv>
-#include <cstring>
 #include <initializer_list>
 #include <map>
 #include <set>
 #include <sstream>
 #include <string_view>
 
+#include "FileCursor.h"
 #include "FileError.h"
 #include "SourceEncoding.h"
 
 namespace qelhost {
 namespace {
 
-/// A file's bytes, mapped.
-class MappedFile {
- public:
-  explicit MappedFile(const std::string& path) {
-    const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    struct stat status {};
-    if (fd >= 0 && fstat(fd, &status) == 0 && status.st_size > 0) {
-      m_size = static_cast<std::size_t>(status.st_size);
-      m_data = mmap(nullptr, m_size, PROT_READ, MAP_PRIVATE, fd, 0);
-    }
-    if (fd >= 0) close(fd);
-    if (m_data == MAP_FAILED) throw FileError(path, std::strerror(errno));
-  }
-  ~MappedFile() { munmap(m_data, m_size); }
-  MappedFile(const MappedFile&) = delete;
-  MappedFile& operator=(const MappedFile&) = delete;
-  std::string_view Bytes() const { return {static_cast<const char*>(m_data), m_size}; }
-
- private:
-  void* m_data = MAP_FAILED;
-  std::size_t m_size = 0;
-};
-
 struct CutOff {};
 /// What follows cannot be measured: the reader knows it or refuses it.
 struct Unmeasured {};
-
-bool IsBlank(char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; }
 
 std::string Lower(std::string_view text) {
   std::string lower(text);
@@ -75,12 +45,12 @@ int BitsOf(const std::string& type) {
 class LegacyWalk {
  public:
   /// depth: of a file within files.
-  LegacyWalk(const std::string& path, std::string_view bytes, int depth = 0)
-      : m_path(path), m_left(bytes), m_depth(depth) {}
+  LegacyWalk(const std::string& path, FileCursor& file, int depth = 0)
+      : m_path(path), m_file(file), m_depth(depth) {}
 
   void Run() {
     TakeHead();
-    for (std::string word = Lower(MaybeWord()); !word.empty(); word = Lower(MaybeWord())) {
+    for (std::string word = Lower(m_file.Word()); !word.empty(); word = Lower(m_file.Word())) {
       if (word == "endchild" && m_depth > 0) break;
       const auto section = Sections().find(word);
       if (section == Sections().end()) throw Unmeasured{};
@@ -93,8 +63,6 @@ class LegacyWalk {
     }
     if (m_kind == "polydata" || m_kind == "structured_grid") Require({"points"});
   }
-
-  std::string_view Left() const { return m_left; }
 
  private:
   using Section = void (*)(LegacyWalk&);
@@ -155,12 +123,12 @@ class LegacyWalk {
   }
 
   void TakeHead() {
-    constexpr std::size_t kLongest = 2048;
-    std::istringstream head(std::string(m_left.substr(0, kLongest)));
+    constexpr std::int64_t kLongest = 2048;
+    std::istringstream head(m_file.Peek(kLongest));
     const FileEncoding encoding = ScanLegacyHead(m_path, head);
     m_text = encoding.mode == DataMode::Ascii;
     m_hasOffsets = encoding.legacyMajorVersion >= 5;
-    for (int line = 0; line < 3; ++line) Line();
+    for (int line = 0; line < 3; ++line) m_file.Line();
   }
 
   /// "CHILD type [name]", a whole file, "ENDCHILD" for each.
@@ -169,12 +137,11 @@ class LegacyWalk {
     if (m_depth == kDeepest) throw Unmeasured{};
     for (std::int64_t left = Number(); left > 0; --left) {
       if (Lower(Word()) != "child") throw CutOff{};
-      Line();
-      const std::string_view file = m_left;
-      if (Lower(MaybeWord()) == "endchild") continue;
-      LegacyWalk child(m_path, file, m_depth + 1);
-      child.Run();
-      m_left = child.Left();
+      m_file.Line();
+      const std::int64_t start = m_file.Place();
+      if (Lower(m_file.Word()) == "endchild") continue;
+      m_file.GoTo(start);
+      LegacyWalk(m_path, m_file, m_depth + 1).Run();
     }
   }
 
@@ -203,10 +170,10 @@ class LegacyWalk {
   void Scalars() {
     Word();
     const std::string type = Lower(Word());
-    const std::string_view rest = Line();
+    const std::string rest = m_file.Line();
     std::int64_t components = 1;
     const std::size_t digit = rest.find_first_of("123456789");
-    if (digit != std::string_view::npos) {
+    if (digit != std::string::npos) {
       components = 0;  // and stays so when there are more than can be counted
       std::from_chars(rest.data() + digit, rest.data() + rest.size(), components);
       if (components == 0) throw CutOff{};
@@ -231,7 +198,7 @@ class LegacyWalk {
   void FieldArrays() {
     Word();
     for (std::int64_t left = Number(); left > 0; --left) {
-      std::string name(Word());
+      std::string name = Word();
       if (Lower(name) == "metadata") {
         Metadata();
         name = Word();
@@ -243,10 +210,9 @@ class LegacyWalk {
     }
   }
   void Metadata() {
-    Line();
-    while (!m_left.empty()) {
-      const std::string_view line = Line();
-      if (std::all_of(line.begin(), line.end(), IsBlank)) return;
+    m_file.Line();
+    while (!m_file.IsAtEnd()) {
+      if (m_file.PassLineIsBlank()) return;
     }
   }
 
@@ -261,18 +227,20 @@ class LegacyWalk {
     // VTK's reader goes on without an array.
     if (bits == 0) throw FileError(m_path, "damaged: it has values of an unknown type");
     if (m_text) {
-      for (std::int64_t i = 0; i < count; ++i) Word();
+      for (std::int64_t i = 0; i < count; ++i) {
+        if (!m_file.PassWord()) throw CutOff{};
+      }
     } else {
-      Line();
+      m_file.Line();
       Skip(bits == 1 ? (count + 7) / 8 : Product(count, bits / 8));
     }
   }
   void Strings(std::int64_t count) {
-    Line();
+    m_file.Line();
     for (std::int64_t i = 0; i < count; ++i) {
       if (m_text) {
-        if (m_left.empty()) throw CutOff{};
-        Line();
+        if (m_file.IsAtEnd()) throw CutOff{};
+        m_file.Line();
       } else {
         SkipString();
       }
@@ -280,42 +248,25 @@ class LegacyWalk {
   }
   /// A string's length stands before it, in 1, 2, 4 or 8 bytes by the first byte's upper two bits.
   void SkipString() {
-    if (m_left.empty()) throw CutOff{};
-    const auto head = static_cast<unsigned char>(m_left.front());
-    const int bytes = 1 << (3 - (head >> 6));
-    if (m_left.size() < static_cast<std::size_t>(bytes)) throw CutOff{};
+    if (m_file.IsAtEnd()) throw CutOff{};
+    const unsigned char head = m_file.Take();
+    const int more = (1 << (3 - (head >> 6))) - 1;
+    if (m_file.BytesLeft() < more) throw CutOff{};
     std::int64_t length = head & 0x3f;
-    for (int i = 1; i < bytes; ++i) length = length << 8 | static_cast<unsigned char>(m_left[i]);
-    Skip(bytes);
+    for (int i = 0; i < more; ++i) length = length << 8 | m_file.Take();
     Skip(length);
   }
   void Skip(std::int64_t bytes) {
-    if (bytes < 0 || static_cast<std::size_t>(bytes) > m_left.size()) throw CutOff{};
-    m_left.remove_prefix(static_cast<std::size_t>(bytes));
+    if (bytes < 0 || bytes > m_file.BytesLeft()) throw CutOff{};
+    m_file.GoTo(m_file.Place() + bytes);
   }
-  /// The rest of the line in hand; its end is taken too.
-  std::string_view Line() {
-    const std::size_t end = std::min(m_left.find('\n'), m_left.size());
-    const std::string_view line = m_left.substr(0, end);
-    m_left.remove_prefix(std::min(end + 1, m_left.size()));
-    return line;
-  }
-  std::string_view MaybeWord() {
-    std::size_t at = 0;
-    while (at < m_left.size() && IsBlank(m_left[at])) ++at;
-    const std::size_t start = at;
-    while (at < m_left.size() && !IsBlank(m_left[at])) ++at;
-    const std::string_view word = m_left.substr(start, at - start);
-    m_left.remove_prefix(at);
-    return word;
-  }
-  std::string_view Word() {
-    const std::string_view word = MaybeWord();
+  std::string Word() {
+    std::string word = m_file.Word();
     if (word.empty()) throw CutOff{};
     return word;
   }
   std::int64_t Number() {
-    const std::string_view word = Word();
+    const std::string word = Word();
     std::int64_t number = -1;
     const char* const end = word.data() + word.size();
     // VTK would take the first digits of "1e9".
@@ -327,7 +278,7 @@ class LegacyWalk {
   }
 
   const std::string& m_path;
-  std::string_view m_left;
+  FileCursor& m_file;
   int m_depth;
   std::string m_kind;
   std::set<std::string> m_seen;
@@ -338,15 +289,15 @@ class LegacyWalk {
 
 }  // namespace
 
-bool CheckLegacyFile(const std::string& path) {
-  const MappedFile file(path);
+bool CheckLegacyFile(const ByteFile& file) {
+  FileCursor start(file);
   try {
-    LegacyWalk(path, file.Bytes()).Run();
+    LegacyWalk(file.Path(), start).Run();
     return true;
   } catch (const Unmeasured&) {
     return false;
   } catch (const CutOff&) {
-    throw FileError(path, "damaged: the file is cut off, or its counts are wrong");
+    throw FileError(file.Path(), "damaged: the file is cut off, or its counts are wrong");
   }
 }
 

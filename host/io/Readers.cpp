@@ -12,6 +12,7 @@
 #include "ObjCheck.h"
 #include "ReadWatch.h"
 #include "ReaderParts.h"
+#include "xml/ByteFile.h"
 
 namespace qelhost {
 
@@ -57,8 +58,14 @@ void RunObjReader(const std::string& path, FileSource& source) {
 
 void ReadLegacy(const std::string& path, FileSource& source) {
   RequireFile(path);
-  if (CheckLegacyFile(path)) return RunLegacyReader(path, source);
-  ReadAfterTrial(path, FileBytes, RunLegacyReader, source);
+  const ByteFile file(path);
+  if (CheckLegacyFile(file)) {
+    RunLegacyReader(path, source);
+  } else {
+    ReadAfterTrial(path, FileBytes, RunLegacyReader, source);
+  }
+  // What the reader took may not be what was looked at.
+  file.RequireUnchanged();
 }
 
 void ReadStl(const std::string& path, FileSource& source) {
