@@ -159,16 +159,18 @@ FieldView StartView(std::shared_ptr<Storage> storage, std::int64_t count) {
 
 // ---- computed values ----
 
-double GetComputed(const QelFieldData* ref, LgIndex_t offset) {
-  const ComputedCoordinates& grid = *ref->coordinates;
-  const std::int64_t i = offset % grid.dimensions[0];
-  const std::int64_t row = offset / grid.dimensions[0];
-  const std::array<std::int64_t, 3> ijk{i, row % grid.dimensions[1], row / grid.dimensions[1]};
+double ComputedAt(const ComputedCoordinates& grid, const std::array<std::int64_t, 3>& ijk) {
   if (grid.ticks != nullptr) return grid.ticks->GetComponent(ijk[grid.axis], 0);
   // VTK's own order of summation, so that a position here and one from VTK agree to the last bit.
   double value = 0;
   for (int n = 0; n < 3; ++n) value += grid.row[n] * static_cast<double>(ijk[n] + grid.start[n]);
   return value + grid.row[3];
+}
+double GetComputed(const QelFieldData* ref, LgIndex_t offset) {
+  const ComputedCoordinates& grid = *ref->coordinates;
+  const std::int64_t i = offset % grid.dimensions[0];
+  const std::int64_t row = offset / grid.dimensions[0];
+  return ComputedAt(grid, {i, row % grid.dimensions[1], row / grid.dimensions[1]});
 }
 double GetAveraged(const QelFieldData* ref, LgIndex_t offset) {
   return ref->average->Average(*ref->averaged, offset);
@@ -313,12 +315,36 @@ Range ScanRun(const QelFieldData& ref) {
   return range;
 }
 
+/// Without a walk over all nodes: a file of a hundred bytes may have two billion. In a rectilinear
+/// grid all nodes have one of the ticks; an image's coordinates rise or fall along each index,
+/// rounded as they are, so that the extremes lie at its corners. Steps that leave the range of
+/// doubles have no such order, and no meaning.
+Range ScanComputed(const ComputedCoordinates& grid) {
+  Range range;
+  if (grid.ticks != nullptr) {
+    std::array<std::int64_t, 3> ijk{0, 0, 0};
+    std::int64_t& along = ijk[static_cast<std::size_t>(grid.axis)];
+    const std::int64_t count = grid.dimensions[static_cast<std::size_t>(grid.axis)];
+    for (along = 0; along < count; ++along) Include(range, ComputedAt(grid, ijk));
+    return range;
+  }
+  for (const std::int64_t i : {std::int64_t{0}, grid.dimensions[0] - 1}) {
+    for (const std::int64_t j : {std::int64_t{0}, grid.dimensions[1] - 1}) {
+      for (const std::int64_t k : {std::int64_t{0}, grid.dimensions[2] - 1}) {
+        Include(range, ComputedAt(grid, {i, j, k}));
+      }
+    }
+  }
+  return range;
+}
+
 }  // namespace
 
 Range ScanRange(const QelFieldData& ref) {
   if (IsStridedRun(ref)) {
     switch (ref.vtkType) { vtkTemplateMacro(return ScanRun<VTK_TT>(ref)); }
   }
+  if (ref.coordinates != nullptr && ref.count > 0) return ScanComputed(*ref.coordinates);
   Range range;
   for (LgIndex_t i = 0; i < ref.count; ++i) Include(range, ref.get(&ref, i));
   return range;

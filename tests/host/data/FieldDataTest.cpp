@@ -6,8 +6,10 @@
 #include <vtkSOADataArrayTemplate.h>
 #include <vtkType.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <random>
 
 #include "FieldData.h"
 
@@ -176,6 +178,87 @@ TEST(FieldData, RangeOfNothingButNaNIsEmpty) {
   const FieldView view = MakeDirectView(StorageOf(VTK_DOUBLE, 1, 1), 0, 1);
   view->set(view.get(), 0, kNaN);
   EXPECT_FALSE(ScanRange(*view).hasValues);
+}
+
+// ---- ranges of computed coordinates ----
+
+Range Walked(const QelFieldData& ref) {
+  Range range;
+  for (LgIndex_t i = 0; i < ref.count; ++i) {
+    const double value = ref.get(&ref, i);
+    if (std::isnan(value)) continue;
+    range.min = range.hasValues ? std::min(range.min, value) : value;
+    range.max = range.hasValues ? std::max(range.max, value) : value;
+    range.hasValues = true;
+  }
+  return range;
+}
+
+FieldView ViewOf(const ComputedCoordinates& grid) {
+  const std::int64_t nodes = grid.dimensions[0] * grid.dimensions[1] * grid.dimensions[2];
+  return MakeComputedView(std::make_shared<ComputedCoordinates>(grid),
+                          static_cast<LgIndex_t>(nodes));
+}
+
+void ExpectWalkedRange(const ComputedCoordinates& grid) {
+  const FieldView view = ViewOf(grid);
+  const Range walked = Walked(*view);
+  const Range range = ScanRange(*view);
+  EXPECT_EQ(range.hasValues, walked.hasValues);
+  EXPECT_EQ(range.min, walked.min);
+  EXPECT_EQ(range.max, walked.max);
+}
+
+TEST(ComputedRange, OfAnImageIsThatOfAllItsNodes) {
+  std::mt19937 random(7);
+  std::uniform_int_distribution<std::int64_t> nodes(1, 7), start(-9, 9);
+  // Turned about any axis, so that all three indices count and steps fall as well as rise.
+  std::uniform_real_distribution<double> step(-1, 1);
+  std::uniform_int_distribution<int> magnitude(-12, 12);
+  for (int n = 0; n < 2000; ++n) {
+    ComputedCoordinates grid;
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+      grid.dimensions[axis] = nodes(random);
+      grid.start[axis] = start(random);
+      grid.row[axis] = n % 5 == static_cast<int>(axis) ? 0 : step(random);
+      grid.row[axis] *= std::pow(10.0, magnitude(random));
+    }
+    grid.row[3] = step(random) * std::pow(10.0, magnitude(random));
+    ExpectWalkedRange(grid);
+  }
+}
+
+TEST(ComputedRange, OfARectilinearGridIsThatOfItsTicks) {
+  std::mt19937 random(8);
+  std::uniform_real_distribution<double> tick(-1, 1);
+  for (int axis = 0; axis < 3; ++axis) {
+    ComputedCoordinates grid;
+    grid.dimensions = {4, 3, 5};
+    grid.axis = axis;
+    vtkNew<vtkFloatArray> ticks;
+    for (std::int64_t n = 0; n < grid.dimensions[static_cast<std::size_t>(axis)]; ++n) {
+      ticks->InsertNextValue(static_cast<float>(tick(random)));
+    }
+    grid.ticks = ticks;
+    ExpectWalkedRange(grid);
+    ticks->SetValue(1, std::nanf(""));
+    ExpectWalkedRange(grid);
+    ticks->Fill(kNaN);
+    ExpectWalkedRange(grid);
+  }
+}
+
+/// With a walk over all nodes this would take hours.
+TEST(ComputedRange, DoesNotWalkOverTwoBillionNodes) {
+  constexpr std::int64_t kMost = std::numeric_limits<LgIndex_t>::max();
+  for (int n = 1; n <= 1000; ++n) {
+    ComputedCoordinates grid;
+    grid.dimensions[static_cast<std::size_t>(n) % 3] = kMost;
+    grid.row = {0.5, 0.5, 0.5, static_cast<double>(n)};
+    const Range range = ScanRange(*ViewOf(grid));
+    EXPECT_EQ(range.min, n);
+    EXPECT_EQ(range.max, 0.5 * static_cast<double>(kMost - 1) + n);
+  }
 }
 
 }  // namespace
