@@ -4,7 +4,12 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <functional>
+#include <new>
+#include <stdexcept>
+
 #include "HostileFiles.h"
+#include "ReadWatch.h"
 
 namespace {
 
@@ -51,6 +56,21 @@ TEST_F(HostileFiles, WhatIsNoRegularFileIsRefusedAsAPiece) {
             In("pipe.vtu") + ": is no regular file");
   EXPECT_EQ(ReadError(Saved("a.pvtu", Pieces("PUnstructuredGrid", "", Piece("pipe.vtu")))),
             In("pipe.vtu") + ": is no regular file");
+}
+
+/// Of whatever kind it is, and wherever it comes from.
+TEST_F(HostileFiles, ErrorsThatNobodyExpectsNameTheFile) {
+  const std::string path = SaveBricks("a.vtu", vtkXMLWriter::Appended);
+  const auto errorOf = [&](const std::function<bool(double)>& thrower) {
+    const qelhost::ReadWatch watch(thrower);
+    return ReadError(path);
+  };
+  EXPECT_EQ(errorOf([](double) -> bool { throw std::length_error("vector"); }),
+            path + ": damaged: it asks for more than any memory holds");
+  EXPECT_EQ(errorOf([](double) -> bool { throw std::bad_alloc(); }),
+            path + ": not enough memory to read it");
+  EXPECT_EQ(errorOf([](double) -> bool { throw std::out_of_range("a place"); }),
+            path + ": a place");
 }
 
 // ---- pieces of one mesh ----
