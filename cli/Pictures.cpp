@@ -6,9 +6,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <fstream>
 #include <optional>
-#include <string_view>
 
 namespace marquell::cli {
 
@@ -71,29 +69,6 @@ Picture DrawWith(qelhost::Painter& painter, Frame& frame, PictureOptions options
   return painter.Draw(frame, options);
 }
 
-/// A writer whose last bytes were lost at closing reports nothing.
-bool IsWholePng(const std::string& path) {
-  constexpr std::string_view kLastChunk("\0\0\0\0IEND\xAE\x42\x60\x82", 12);
-  std::ifstream file(path, std::ios::binary);
-  file.seekg(-static_cast<std::streamoff>(kLastChunk.size()), std::ios::end);
-  std::string end(kLastChunk.size(), '\0');
-  file.read(end.data(), static_cast<std::streamsize>(end.size()));
-  return file && end == kLastChunk;
-}
-
-void Stage(qelhost::Painter& painter, const std::vector<Picture>& pictures, const std::string& path,
-           ByProducts& byProducts) {
-  const std::string place = byProducts.Stage(path);
-  bool isWhole = false;
-  try {
-    painter.WritePng(pictures, place);
-    isWhole = IsWholePng(place);
-  } catch (const qelhost::PictureError&) {
-    // It names the place that the picture has for now.
-  }
-  if (!isWhole) throw qelhost::PictureError(path + ": the picture cannot be written");
-}
-
 }  // namespace
 
 bool AsksForPictures(const RunOptions& options) {
@@ -128,11 +103,11 @@ void StagePictures(qelhost::Painter& painter, Frame& frame, const RunOptions& op
     }
     first = DrawWith(painter, *before, picture, "before");
   }
-  if (!options.imageBefore.empty()) Stage(painter, {*first}, options.imageBefore, byProducts);
+  if (!options.imageBefore.empty()) byProducts.Add(options.imageBefore, painter.Png({*first}));
   if (options.image.empty() && !isPair) return;
   const Picture second = DrawWith(painter, frame, picture, showsBefore ? "after" : "");
-  if (!options.image.empty()) Stage(painter, {second}, options.image, byProducts);
-  if (isPair) Stage(painter, {*first, second}, options.imagePair, byProducts);
+  if (!options.image.empty()) byProducts.Add(options.image, painter.Png({second}));
+  if (isPair) byProducts.Add(options.imagePair, painter.Png({*first, second}));
 }
 
 }  // namespace marquell::cli

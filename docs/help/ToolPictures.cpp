@@ -1,6 +1,7 @@
 // Draws the six tool pictures of the dialog, enlarged, into a folder.
 #include "ToolPictures.h"
 #include "Picture.h"
+#include "Staging.h"
 
 #include <cstdio>
 #include <exception>
@@ -45,8 +46,8 @@ int main(int argc, char** argv) {
   try {
     const auto painter = qelhost::LoadPainter();
     for (const Named& named : kPictures) {
-      painter->WritePng({Enlarged(named.picture)},
-                        std::string(argv[1]) + "/" + named.name + ".png");
+      qelhost::WriteBytes(std::string(argv[1]) + "/" + named.name + ".png",
+                          painter->Png({Enlarged(named.picture)}));
     }
   } catch (const std::exception& error) {
     std::fprintf(stderr, "tool_pictures: %s\n", error.what());

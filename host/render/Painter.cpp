@@ -5,7 +5,6 @@
 #include <vtkPNGWriter.h>
 #include <vtkUnsignedCharArray.h>
 
-#include <cstdio>
 #include <cstring>
 #include <numeric>
 
@@ -55,7 +54,7 @@ class EglPainter : public Painter {
     return picture;
   }
 
-  void WritePng(const std::vector<Picture>& pictures, const std::string& path) override {
+  std::string Png(const std::vector<Picture>& pictures) override {
     const int height = pictures.front().height;
     const int width = std::accumulate(pictures.begin(), pictures.end(), 0,
                                       [](int sum, const Picture& one) { return sum + one.width; });
@@ -71,15 +70,17 @@ class EglPainter : public Painter {
       }
       left += picture.width;
     }
-    const std::string temporary = path + ".part";
+    // To a file, the library under the writer would print lines of its own when the disk is full.
     vtkNew<vtkPNGWriter> writer;
     writer->SetInputData(image);
-    writer->SetFileName(temporary.c_str());
+    writer->WriteToMemoryOn();
     writer->Write();
-    if (writer->GetErrorCode() != 0 || std::rename(temporary.c_str(), path.c_str()) != 0) {
-      std::remove(temporary.c_str());
-      throw PictureError(path + ": the picture cannot be written");
+    vtkUnsignedCharArray* const bytes = writer->GetResult();
+    if (writer->GetErrorCode() != 0 || bytes == nullptr || bytes->GetNumberOfValues() == 0) {
+      throw PictureError("the picture cannot be encoded");
     }
+    const unsigned char* const first = bytes->GetPointer(0);
+    return std::string(first, first + bytes->GetNumberOfValues());
   }
 };
 

@@ -11,7 +11,7 @@
 
 namespace qelhost {
 
-/// A picture that cannot be drawn or written; what() is one line.
+/// A picture that cannot be drawn; what() is one line.
 class PictureError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -49,10 +49,10 @@ class Painter {
   /// throws  PictureError
   virtual Picture Draw(Frame& frame, const PictureOptions& options) = 0;
 
-  /// Writes pictures of one height side by side as a PNG file, complete or not at all.
+  /// The bytes of a PNG file with pictures of one height side by side.
   ///
   /// throws  PictureError
-  virtual void WritePng(const std::vector<Picture>& pictures, const std::string& path) = 0;
+  virtual std::string Png(const std::vector<Picture>& pictures) = 0;
 };
 
 /// Loads the library, which lies beside the one that holds this function or where the system finds
