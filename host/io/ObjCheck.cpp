@@ -14,12 +14,12 @@
 namespace qelhost {
 namespace {
 
-constexpr char kBlanks[] = " \t\r";
+constexpr char kBlanksInLines[] = " \t\r";
 
 /// The next word of a line, which is taken from it; "" at its end.
 std::string_view TakeWord(std::string_view& line) {
-  line.remove_prefix(std::min(line.find_first_not_of(kBlanks), line.size()));
-  const std::size_t end = std::min(line.find_first_of(kBlanks), line.size());
+  line.remove_prefix(std::min(line.find_first_not_of(kBlanksInLines), line.size()));
+  const std::size_t end = std::min(line.find_first_of(kBlanksInLines), line.size());
   const std::string_view word = line.substr(0, end);
   line.remove_prefix(end);
   return word;

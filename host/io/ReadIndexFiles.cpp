@@ -14,6 +14,7 @@
 #include "IndexWalk.h"
 #include "InputFile.h"
 #include "ReadWatch.h"
+#include "ReaderParts.h"
 #include "VtkErrors.h"
 
 namespace qelhost {
@@ -69,11 +70,6 @@ XmlAttributes AttributesOf(vtkXMLDataElement* element) {
   return attributes;
 }
 
-std::string Attribute(vtkXMLDataElement* element, const char* name) {
-  const char* value = element->GetAttribute(name);
-  return value == nullptr ? std::string() : value;
-}
-
 std::string Beside(const std::string& index, const std::string& file) {
   return (std::filesystem::path(index).parent_path() / file).string();
 }
@@ -102,7 +98,7 @@ struct PieceCount {
 };
 
 std::int64_t CountFiles(vtkXMLDataElement* element) {
-  std::int64_t count = Attribute(element, "file").empty() ? 0 : 1;
+  std::int64_t count = AttributeOf(element, "file").empty() ? 0 : 1;
   for (int i = 0; i < element->GetNumberOfNestedElements(); ++i) {
     count += CountFiles(element->GetNestedElement(i));
   }
@@ -112,7 +108,7 @@ std::int64_t CountFiles(vtkXMLDataElement* element) {
 FileNode NodeOf(const std::string& path, vtkXMLDataElement* element, int place,
                 PieceCount& pieces) {
   const std::string tag = element->GetName();
-  const std::string file = Attribute(element, "file");
+  const std::string file = AttributeOf(element, "file");
   FileNode node;
   if (tag == "DataSet") {
     if (!file.empty()) {
@@ -128,7 +124,7 @@ FileNode NodeOf(const std::string& path, vtkXMLDataElement* element, int place,
   }
   node.tag = tag;
   node.attributes = AttributesOf(element);
-  node.name = Attribute(element, "name");
+  node.name = AttributeOf(element, "name");
   if (node.name.empty()) node.name = "Block " + std::to_string(place + 1);
   return node;
 }
@@ -167,10 +163,10 @@ void ReadCollection(const std::string& path, FileSource& source) {
   vtkXMLDataElement* index = collection->FindNestedElementWithName(kCollectionType);
   for (int i = 0; i < index->GetNumberOfNestedElements(); ++i) {
     vtkXMLDataElement* element = index->GetNestedElement(i);
-    const std::string file = Attribute(element, "file");
+    const std::string file = AttributeOf(element, "file");
     if (std::string(element->GetName()) != "DataSet" || file.empty()) continue;
     FileStep step;
-    const std::string time = Attribute(element, "timestep");
+    const std::string time = AttributeOf(element, "timestep");
     step.time = std::strtod(time.c_str(), nullptr);
     source.hasTimes = source.hasTimes || !time.empty();
     const std::string pieceFile = Beside(path, file);
@@ -190,7 +186,7 @@ void ReadCollection(const std::string& path, FileSource& source) {
     step.indexFieldData = piece.steps[0].indexFieldData;
     step.attributes = AttributesOf(element);
     step.root.name = StemOf(path);
-    const std::string part = Attribute(element, "part");
+    const std::string part = AttributeOf(element, "part");
     if (!part.empty() && part != "0") step.root.name += " part " + part;
     source.steps.push_back(std::move(step));
   }
@@ -201,7 +197,7 @@ namespace {
 
 void CollectNamed(const std::string& path, vtkXMLDataElement* element,
                   std::vector<std::string>& files) {
-  const std::string file = Attribute(element, "file");
+  const std::string file = AttributeOf(element, "file");
   if (!file.empty()) files.push_back(Beside(path, file));
   for (int i = 0; i < element->GetNumberOfNestedElements(); ++i) {
     CollectNamed(path, element->GetNestedElement(i), files);

@@ -10,7 +10,7 @@ namespace qelhost {
 
 namespace {
 
-FileProgress& Progress() {
+FileProgress& ReadProgress() {
   thread_local FileProgress progress;
   return progress;
 }
@@ -18,29 +18,29 @@ FileProgress& Progress() {
 void TellOf(vtkObject* caller, unsigned long, void*, void*) {
   auto* const reader = vtkAlgorithm::SafeDownCast(caller);
   if (reader == nullptr) return;
-  Progress().Say(reader->GetProgress());
-  if (Progress().isCancelled) reader->SetAbortExecute(1);
+  ReadProgress().Say(reader->GetProgress());
+  if (ReadProgress().isCancelled) reader->SetAbortExecute(1);
 }
 
-void StopIfCancelled() {
-  if (Progress().isCancelled) throw ReadCancelled();
+void StopIfReadCancelled() {
+  if (ReadProgress().isCancelled) throw ReadCancelled();
 }
 
 }  // namespace
 
 ReadCancelled::ReadCancelled() : std::runtime_error("reading was cancelled") {}
 
-ReadWatch::ReadWatch(std::function<bool(double)> tell) : m_told(Progress(), std::move(tell)) {}
+ReadWatch::ReadWatch(std::function<bool(double)> tell) : m_told(ReadProgress(), std::move(tell)) {}
 
 ReadPart::ReadPart(std::int64_t from, std::int64_t to, std::int64_t all)
-    : m_part(Progress(), static_cast<double>(from) / static_cast<double>(all),
+    : m_part(ReadProgress(), static_cast<double>(from) / static_cast<double>(all),
              static_cast<double>(to) / static_cast<double>(all)) {}
 
-bool IsReadWatched() { return static_cast<bool>(Progress().tell); }
+bool IsReadWatched() { return static_cast<bool>(ReadProgress().tell); }
 
 void TellRead(double fraction) {
-  Progress().Say(fraction);
-  StopIfCancelled();
+  ReadProgress().Say(fraction);
+  StopIfReadCancelled();
 }
 
 void RunWatched(vtkAlgorithm* reader, const std::function<void()>& work) {

@@ -4,6 +4,7 @@
 #include <vtkInformation.h>
 #include <vtkMultiBlockDataSet.h>
 #include <vtkPartitionedDataSet.h>
+#include <vtkXMLDataElement.h>
 
 #include "FileError.h"
 #include "Formats.h"
@@ -24,6 +25,11 @@ std::string NameIn(vtkInformation* info, unsigned int child, unsigned int count)
 
 void RequireNoError(const std::string& path, const VtkErrorCapture& errors) {
   if (errors.HasError()) throw FileError(path, "damaged or unreadable: " + errors.FirstError());
+}
+
+std::string AttributeOf(vtkXMLDataElement* element, const char* name) {
+  const char* const value = element->GetAttribute(name);
+  return value == nullptr ? std::string() : value;
 }
 
 FileNode NodeOf(vtkDataObject* data, const FileEncoding& encoding) {

@@ -10,9 +10,14 @@
 #include "FileTree.h"
 #include "VtkErrors.h"
 
+class vtkXMLDataElement;
+
 namespace qelhost {
 
 void RequireNoError(const std::string& path, const VtkErrorCapture& errors);
+
+/// "" when there is none.
+std::string AttributeOf(vtkXMLDataElement* element, const char* name);
 
 /// The tree of what a reader gave.
 FileNode NodeOf(vtkDataObject* data, const FileEncoding& encoding);

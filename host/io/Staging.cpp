@@ -102,7 +102,7 @@ void RequireSyncedFolder(const std::string& path) {
 }
 
 /// The file that a path leads to, which need not be there: links are followed to their end.
-fs::path RealPath(const std::string& path) {
+fs::path RealTarget(const std::string& path) {
   std::error_code error;
   fs::path at = fs::absolute(path, error);
   constexpr int kMostLinks = 40;
@@ -184,7 +184,7 @@ bool IsStillNamed(const fs::path& folder) {
 
 StagedTarget::StagedTarget(const std::string& path, std::vector<std::string> oldPieces)
     : m_oldPieces(std::move(oldPieces)) {
-  const fs::path real = RealPath(path);
+  const fs::path real = RealTarget(path);
   m_path = real.string();
   m_directory = real.parent_path().string();
   // Named as the caller named it: the real name of a link is nobody's business in the index.

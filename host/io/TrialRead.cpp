@@ -27,7 +27,7 @@ constexpr bool kIsSanitized = false;
 namespace qelhost {
 namespace {
 
-constexpr char kDamaged[] = "damaged: its reader cannot get through it";
+constexpr char kUnreadable[] = "damaged: its reader cannot get through it";
 constexpr char kTooSlow[] = "damaged: its reader does not get to an end";
 constexpr char kTooLarge[] = "damaged: it asks for more memory than a file of its size can need";
 
@@ -122,7 +122,7 @@ class Trial {
     waitpid(m_child, &status, 0);
     m_hasEnded = true;
     if (WIFSIGNALED(status) && WTERMSIG(status) == SIGXCPU) throw FileError(m_path, kTooSlow);
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) throw FileError(m_path, kDamaged);
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) throw FileError(m_path, kUnreadable);
     const std::size_t end = m_said.find('\0');
     if (m_said.empty() || end == std::string::npos) return;
     throw FileError(end == 0 ? m_path : m_said.substr(0, end), m_said.substr(end + 1));

@@ -12,19 +12,19 @@ namespace {
 
 bool (*g_isCancelled)() = nullptr;
 
-FileProgress& Progress() {
+FileProgress& WriteProgress() {
   thread_local FileProgress progress;
   return progress;
 }
 
 bool IsCancelled() {
-  return Progress().isCancelled || (g_isCancelled != nullptr && g_isCancelled());
+  return WriteProgress().isCancelled || (g_isCancelled != nullptr && g_isCancelled());
 }
 
 void AbortWhenCancelled(vtkObject* caller, unsigned long, void*, void*) {
   auto* const writer = vtkAlgorithm::SafeDownCast(caller);
   if (writer == nullptr) return;
-  Progress().Say(writer->GetProgress());
+  WriteProgress().Say(writer->GetProgress());
   if (IsCancelled()) writer->SetAbortExecute(1);
 }
 
@@ -34,14 +34,15 @@ WriteCancelled::WriteCancelled() : std::runtime_error("writing was cancelled") {
 
 void SetWriteCancel(bool (*isCancelled)()) { g_isCancelled = isCancelled; }
 
-WriteWatch::WriteWatch(std::function<bool(double)> tell) : m_told(Progress(), std::move(tell)) {}
+WriteWatch::WriteWatch(std::function<bool(double)> tell)
+    : m_told(WriteProgress(), std::move(tell)) {}
 
 WritePart::WritePart(std::int64_t n, std::int64_t count)
-    : m_part(Progress(), static_cast<double>(n) / static_cast<double>(count),
+    : m_part(WriteProgress(), static_cast<double>(n) / static_cast<double>(count),
              static_cast<double>(n + 1) / static_cast<double>(count)) {}
 
 void TellWrite(double fraction) {
-  Progress().Say(fraction);
+  WriteProgress().Say(fraction);
   StopIfCancelled();
 }
 

@@ -21,11 +21,6 @@
 namespace qelhost {
 namespace {
 
-std::string Attribute(vtkXMLDataElement* element, const char* name) {
-  const char* const value = element->GetAttribute(name);
-  return value == nullptr ? std::string() : value;
-}
-
 /// Type and components of an array.
 using Shape = std::pair<std::string, std::int64_t>;
 
@@ -50,7 +45,7 @@ std::string KeyOf(const std::string& part, const std::string& name) {
 }
 
 std::int64_t ComponentsOf(const std::string& path, vtkXMLDataElement* array) {
-  const std::string text = Attribute(array, "NumberOfComponents");
+  const std::string text = AttributeOf(array, "NumberOfComponents");
   const std::int64_t count = text.empty() ? 1 : NumberIn(text).value_or(-1);
   if (count < 0 || count > 1 << 20) {
     throw FileError(path, "damaged: an array counts what cannot be counted");
@@ -66,8 +61,8 @@ Announced ReadAnnounced(const std::string& path, vtkXMLDataElement* grid) {
     if (name == nullptr) continue;
     for (int n = 0; n < part->GetNumberOfNestedElements(); ++n) {
       vtkXMLDataElement* const array = part->GetNestedElement(n);
-      announced[{name, KeyOf(name, Attribute(array, "Name"))}] = {Attribute(array, "type"),
-                                                                  ComponentsOf(path, array)};
+      announced[{name, KeyOf(name, AttributeOf(array, "Name"))}] = {AttributeOf(array, "type"),
+                                                                    ComponentsOf(path, array)};
     }
   }
   return announced;
@@ -104,15 +99,15 @@ class PieceChecker {
   PieceChecker(const std::string& path, const std::string& type, vtkXMLDataElement* grid)
       : m_path(path), m_type(type), m_announced(ReadAnnounced(path, grid)) {
     m_hasExtent = grid->GetAttribute("WholeExtent") != nullptr;
-    if (m_hasExtent) m_whole = ExtentOf(path, Attribute(grid, "WholeExtent"));
+    if (m_hasExtent) m_whole = ExtentOf(path, AttributeOf(grid, "WholeExtent"));
     // Only the mesh of one piece needs memory at a time.
     for (int i = 0; i < grid->GetNumberOfNestedElements(); ++i) {
       vtkXMLDataElement* const piece = grid->GetNestedElement(i);
       if (std::string(piece->GetName()) != "Piece") continue;
-      const std::string file = Attribute(piece, "Source");
+      const std::string file = AttributeOf(piece, "Source");
       if (file.empty()) Damaged("a piece has no file");
       const auto folder = std::filesystem::path(path).parent_path();
-      Check((folder / file).string(), Attribute(piece, "Extent"));
+      Check((folder / file).string(), AttributeOf(piece, "Extent"));
     }
     if (m_hasExtent && m_cells < m_whole.cells) Damaged("its pieces do not fill its extent");
   }
