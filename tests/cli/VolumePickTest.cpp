@@ -67,7 +67,7 @@ bool IsTaken(vtkDataSet* mesh, vtkIdType cell, const Inside3d& inside, const Rul
   return rule.all ? onSide == corners->GetNumberOfIds() : onSide > 0;
 }
 
-std::vector<double> Numbers(vtkDataArray* array) {
+std::vector<double> NumbersOf(vtkDataArray* array) {
   std::vector<double> numbers;
   for (vtkIdType i = 0; array != nullptr && i < array->GetNumberOfTuples(); ++i) {
     numbers.push_back(array->GetTuple1(i));
@@ -117,7 +117,7 @@ class VolumePick : public testing::TestWithParam<MeshKind> {
       vtkDataArray* const blank = after[leaf]->GetCellData()->GetArray("PICK_BLANK");
       ASSERT_NE(blank, nullptr);
       EXPECT_NE(vtkUnsignedCharArray::SafeDownCast(blank), nullptr) << "one byte a cell";
-      EXPECT_EQ(Numbers(blank), expected);
+      EXPECT_EQ(NumbersOf(blank), expected);
     }
   }
 
@@ -137,13 +137,13 @@ TEST_P(VolumePick, AltersTheNodesInABox) {
     Play(std::string(kBox) +
          "Marquell ALTERAREA VARIABLE=\"p\" MODIFIER=\"+1000\" RULE=" + rule.name + "\n");
     for (std::size_t leaf = 0; leaf < before.size(); ++leaf) {
-      std::vector<double> expected = Numbers(before[leaf]->GetPointData()->GetArray("p"));
+      std::vector<double> expected = NumbersOf(before[leaf]->GetPointData()->GetArray("p"));
       for (std::size_t node = 0; node < expected.size(); ++node) {
         double at[3];
         before[leaf]->GetPoint(static_cast<vtkIdType>(node), at);
         if (IsInBox(at) != rule.outside) expected[node] += 1000.0;
       }
-      EXPECT_EQ(Numbers(after[leaf]->GetPointData()->GetArray("p")), expected) << rule.name;
+      EXPECT_EQ(NumbersOf(after[leaf]->GetPointData()->GetArray("p")), expected) << rule.name;
     }
   }
 }
@@ -153,13 +153,13 @@ TEST_P(VolumePick, AltersTheCellsInASphere) {
     Play(std::string(kBall) +
          "Marquell ALTERAREA VARIABLE=\"c\" MODIFIER=\"=77\" RULE=" + rule.name + "\n");
     for (std::size_t leaf = 0; leaf < before.size(); ++leaf) {
-      std::vector<double> expected = Numbers(before[leaf]->GetCellData()->GetArray("c"));
+      std::vector<double> expected = NumbersOf(before[leaf]->GetCellData()->GetArray("c"));
       for (std::size_t cell = 0; cell < expected.size(); ++cell) {
         if (IsTaken(before[leaf], static_cast<vtkIdType>(cell), IsInBall, rule)) {
           expected[cell] = 77.0;
         }
       }
-      EXPECT_EQ(Numbers(after[leaf]->GetCellData()->GetArray("c")), expected) << rule.name;
+      EXPECT_EQ(NumbersOf(after[leaf]->GetCellData()->GetArray("c")), expected) << rule.name;
     }
   }
 }
@@ -190,7 +190,7 @@ TEST_P(VolumePick, ReachesTheSurfaceFromOneNode) {
       "$!PLOTTYPE CARTESIAN3D\n$!VIEW PSI=0 ALPHA=0 THETA=0 ORIGINX=0 ORIGINY=0 ORIGINZ=0\n"
       "Marquell PICKRECTANGLE ANCHORX=-1 ANCHORY=-1 SIZEX=9 SIZEY=9\n"
       "Marquell ALTERSURFACE ZONE=1 SEEDPOINT=1 VARIABLE=\"p\" MODIFIER=\"=-1\" RULE=ANYINSIDE\n");
-  std::vector<double> expected = Numbers(before[0]->GetPointData()->GetArray("p"));
+  std::vector<double> expected = NumbersOf(before[0]->GetPointData()->GetArray("p"));
   double box[6];
   before[0]->GetBounds(box);
   for (std::size_t node = 0; node < expected.size(); ++node) {
@@ -202,7 +202,7 @@ TEST_P(VolumePick, ReachesTheSurfaceFromOneNode) {
     }
     if (isOnSurface) expected[node] = -1.0;
   }
-  EXPECT_EQ(Numbers(after[0]->GetPointData()->GetArray("p")), expected);
+  EXPECT_EQ(NumbersOf(after[0]->GetPointData()->GetArray("p")), expected);
 }
 
 std::string NameOf(const testing::TestParamInfo<MeshKind>& kind) {
@@ -229,7 +229,7 @@ class TwoFrames : public testing::Test {
   double HiddenIn(const std::string& file) const {
     const auto mesh = ReadMesh(folder.Path(file));
     double hidden = 0.0;
-    for (const double value : Numbers(Leaves(mesh)[0]->GetCellData()->GetArray("PICK_BLANK"))) {
+    for (const double value : NumbersOf(Leaves(mesh)[0]->GetCellData()->GetArray("PICK_BLANK"))) {
       hidden += value;
     }
     return hidden;

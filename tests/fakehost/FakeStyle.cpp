@@ -21,15 +21,15 @@ constexpr LgIndex_t kVariables = -1;
 
 /// A path below that of its owner, where the owner keeps the setting, and which integers it takes.
 template <class Owner>
-struct Row {
+struct StyleRow {
   Path path;
   Target (*in)(Owner& owner);
   LgIndex_t least = 0;
   LgIndex_t most = kAnyNumber;
 };
 
-const std::vector<Row<Blanking>>& BlankingRows() {
-  static const std::vector<Row<Blanking>> rows = {
+const std::vector<StyleRow<Blanking>>& BlankingRows() {
+  static const std::vector<StyleRow<Blanking>> rows = {
       {{SV_INCLUDE}, [](Blanking& b) -> Target { return &b.include; }},
       {{SV_BLANKENTIRECELL}, [](Blanking& b) -> Target { return &b.blankEntireCell; }},
       {{SV_VALUEBLANKCELLMODE},
@@ -39,8 +39,8 @@ const std::vector<Row<Blanking>>& BlankingRows() {
   return rows;
 }
 
-const std::vector<Row<Constraint>>& ConstraintRows() {
-  static const std::vector<Row<Constraint>> rows = {
+const std::vector<StyleRow<Constraint>>& ConstraintRows() {
+  static const std::vector<StyleRow<Constraint>> rows = {
       {{SV_INCLUDE}, [](Constraint& c) -> Target { return &c.include; }},
       {{SV_VARA}, [](Constraint& c) -> Target { return &c.varA; }, 1, kVariables},
       {{SV_VARB}, [](Constraint& c) -> Target { return &c.varB; }, 1, kVariables},
@@ -56,8 +56,8 @@ const std::vector<Row<Constraint>>& ConstraintRows() {
   return rows;
 }
 
-const std::vector<Row<FieldMap>>& FieldMapRows() {
-  static const std::vector<Row<FieldMap>> rows = {
+const std::vector<StyleRow<FieldMap>>& FieldMapRows() {
+  static const std::vector<StyleRow<FieldMap>> rows = {
       {{SV_SHADE, SV_SHOW},
        [](FieldMap& m) -> Target { return &m.Layer(ZoneLayer::Shade).isShown; }},
       {{SV_SURFACES, SV_SURFACESTOPLOT}, [](FieldMap& m) -> Target { return &m.surfacesToPlot; }},
@@ -89,10 +89,10 @@ const Path* Below(const Path& path, const Path& names, Path& rest) {
 }
 
 template <class Owner>
-Found Look(const std::vector<Row<Owner>>& rows, const Path& path,
+Found Look(const std::vector<StyleRow<Owner>>& rows, const Path& path,
            const std::vector<Owner*>& owners) {
   Found found;
-  for (const Row<Owner>& row : rows) {
+  for (const StyleRow<Owner>& row : rows) {
     if (row.path != path) continue;
     for (Owner* const owner : owners) found.targets.push_back(row.in(*owner));
     found.least = row.least;

@@ -15,13 +15,13 @@
 namespace marquell::workbench {
 namespace {
 
-constexpr const char* kTools[] = {"",
-                                  "Pick individual cells/nodes",
-                                  "Define pick area using a rectangle",
-                                  "Define pick area using a circle",
-                                  "Define pick area using a polygon",
-                                  "Define pick area using a cube",
-                                  "Define pick area using a sphere"};
+constexpr const char* kToolNames[] = {"",
+                                      "Pick individual cells/nodes",
+                                      "Define pick area using a rectangle",
+                                      "Define pick area using a circle",
+                                      "Define pick area using a polygon",
+                                      "Define pick area using a cube",
+                                      "Define pick area using a sphere"};
 
 struct Look {
   const char* name;
@@ -156,11 +156,11 @@ TEST_P(DialogLayout, IsWholeOnEveryPage) {
     ClickTab(page);
     ASSERT_EQ(Control("Alter").kind, qelhost::ControlKind::TabPage);
     int n = 0;
-    for (const char* const tool : kTools) {
+    for (const char* const tool : kToolNames) {
       if (*tool != '\0') Click(Button(tool));
       Look(QString("page%1-tool%2").arg(page).arg(n++));
     }
-    Click(Button(kTools[6]));
+    Click(Button(kToolNames[6]));
   }
 }
 

@@ -238,15 +238,15 @@ TEST_F(ClippingSphere, ErrorOfARenewalEndsInTheErrorBox) {
 
 // Internal errors ------------------------------------------------------------------------------
 
-struct CallRow {
+struct SphereCallRow {
   const char* name;
   const char* function;
   const char* call;
 };
 
-void PrintTo(const CallRow& row, std::ostream* out) { *out << row.name; }
+void PrintTo(const SphereCallRow& row, std::ostream* out) { *out << row.name; }
 
-class SphereError : public Boundary3dTest, public ::testing::WithParamInterface<CallRow> {};
+class SphereError : public Boundary3dTest, public ::testing::WithParamInterface<SphereCallRow> {};
 
 TEST_P(SphereError, NamesTheCallAndLeavesNoLock) {
   host.FailCall(GetParam().function, 1);
@@ -258,13 +258,14 @@ TEST_P(SphereError, NamesTheCallAndLeavesNoLock) {
 INSTANTIATE_TEST_SUITE_P(
     Calls, SphereError,
     ::testing::Values(
-        CallRow{"CreateZone", "QelUtilCreateSphericalZone",
-                "QelUtilCreateSphericalZone(12, 12, m_anchor.x, m_anchor.y, m_anchor.z - radius, "
-                "radius, FieldDataType_Invalid)"},
-        CallRow{"ZoneSet", "QelUtilSetAlloc", "zoneSet = QelUtilSetAlloc(FALSE)"},
-        CallRow{"ZoneMember", "QelUtilSetAddMember",
-                "QelUtilSetAddMember(zoneSet, static_cast<SetIndex_t>(zoneNum), FALSE)"},
-        CallRow{"Rename", "QelUtilZoneRename", "QelUtilZoneRename(zoneNum, SPHEREZONENAME)"}),
+        SphereCallRow{
+            "CreateZone", "QelUtilCreateSphericalZone",
+            "QelUtilCreateSphericalZone(12, 12, m_anchor.x, m_anchor.y, m_anchor.z - radius, "
+            "radius, FieldDataType_Invalid)"},
+        SphereCallRow{"ZoneSet", "QelUtilSetAlloc", "zoneSet = QelUtilSetAlloc(FALSE)"},
+        SphereCallRow{"ZoneMember", "QelUtilSetAddMember",
+                      "QelUtilSetAddMember(zoneSet, static_cast<SetIndex_t>(zoneNum), FALSE)"},
+        SphereCallRow{"Rename", "QelUtilZoneRename", "QelUtilZoneRename(zoneNum, SPHEREZONENAME)"}),
     [](const auto& row) { return std::string(row.param.name); });
 
 TEST_F(ClippingSphere, RefusedUpdateIsAnInternalError) {
@@ -301,13 +302,13 @@ TEST_F(ClippingSphere, CommandWithoutACentreInYOrZHoldsItFarAway) {
   EXPECT_EQ(sphere.m_anchor.y, -9.99e99);
 }
 
-struct FaultRow {
+struct SphereFaultRow {
   const char* rule;
   const char* line;
   const char* message;
 };
 
-class SphereFault : public Boundary3dTest, public ::testing::WithParamInterface<FaultRow> {};
+class SphereFault : public Boundary3dTest, public ::testing::WithParamInterface<SphereFaultRow> {};
 
 TEST_P(SphereFault, IsReportedAndLeavesTheSphereAsItWas) {
   ASSERT_TRUE(Take(sphere, kSphere));
@@ -317,19 +318,20 @@ TEST_P(SphereFault, IsReportedAndLeavesTheSphereAsItWas) {
   EXPECT_EQ(sphere.Definition(), before);
 }
 
-constexpr char kMissing[] = "Missing parameter in PICKSPHERE macro";
-constexpr char kBad[] = "Bad value for parameter in PICKSPHERE macro";
+constexpr char kMissingOfSphere[] = "Missing parameter in PICKSPHERE macro";
+constexpr char kBadSphere[] = "Bad value for parameter in PICKSPHERE macro";
 
 INSTANTIATE_TEST_SUITE_P(
     Rules, SphereFault,
-    ::testing::Values(FaultRow{"NoRadius", "PICKSPHERE ANCHORX=0 ANCHORY=0 ANCHORZ=0", kMissing},
-                      FaultRow{"NoAnchorX", "PICKSPHERE ANCHORY=0 ANCHORZ=0 RADIUS=1", kMissing},
-                      FaultRow{"Nothing", "PICKSPHERE", kMissing},
-                      FaultRow{"SizeOfAnotherAxis", "PICKSPHERE ANCHORX=0 SIZEY=1 RADIUS=1", kBad},
-                      FaultRow{"Angle", "PICKSPHERE ANCHORX=0 RADIUS=1 ROTATEX=0", kBad},
-                      FaultRow{"StringForANumber", "PICKSPHERE ANCHORX=0 RADIUS=\"1\"", kBad},
-                      FaultRow{"StringForTheOtherName", "PICKSPHERE ANCHORX=0 SIZEX=\"1\"", kBad},
-                      FaultRow{"KeywordForANumber", "PICKSPHERE ANCHORZ=CUBE", kBad}),
+    ::testing::Values(
+        SphereFaultRow{"NoRadius", "PICKSPHERE ANCHORX=0 ANCHORY=0 ANCHORZ=0", kMissingOfSphere},
+        SphereFaultRow{"NoAnchorX", "PICKSPHERE ANCHORY=0 ANCHORZ=0 RADIUS=1", kMissingOfSphere},
+        SphereFaultRow{"Nothing", "PICKSPHERE", kMissingOfSphere},
+        SphereFaultRow{"SizeOfAnotherAxis", "PICKSPHERE ANCHORX=0 SIZEY=1 RADIUS=1", kBadSphere},
+        SphereFaultRow{"Angle", "PICKSPHERE ANCHORX=0 RADIUS=1 ROTATEX=0", kBadSphere},
+        SphereFaultRow{"StringForANumber", "PICKSPHERE ANCHORX=0 RADIUS=\"1\"", kBadSphere},
+        SphereFaultRow{"StringForTheOtherName", "PICKSPHERE ANCHORX=0 SIZEX=\"1\"", kBadSphere},
+        SphereFaultRow{"KeywordForANumber", "PICKSPHERE ANCHORZ=CUBE", kBadSphere}),
     [](const auto& row) { return std::string(row.param.rule); });
 
 TEST_F(ClippingSphere, IsRecordedAsItsCommand) {

@@ -349,7 +349,7 @@ TEST_F(BoundaryInTwoFrames, FailedRemovalLeavesTheActiveFrameActive) {
 
 // Internal errors ------------------------------------------------------------------------------
 
-struct CallRow {
+struct ShapeCallRow {
   const char* name;
   std::function<void(Cube&)> operation;
   const char* function;
@@ -357,9 +357,9 @@ struct CallRow {
   const char* call;
 };
 
-void PrintTo(const CallRow& row, std::ostream* out) { *out << row.name; }
+void PrintTo(const ShapeCallRow& row, std::ostream* out) { *out << row.name; }
 
-class BoundaryError : public Boundary3dTest, public ::testing::WithParamInterface<CallRow> {};
+class BoundaryError : public Boundary3dTest, public ::testing::WithParamInterface<ShapeCallRow> {};
 
 TEST_P(BoundaryError, NamesTheCallAndLeavesNoLock) {
   ASSERT_TRUE(cube.Create());
@@ -382,27 +382,27 @@ void Mark(Cube& cube) {
 INSTANTIATE_TEST_SUITE_P(
     Calls, BoundaryError,
     ::testing::Values(
-        CallRow{"ZoneSet", Delete, "QelUtilSetAlloc", 1, "zoneSet = QelUtilSetAlloc(FALSE)"},
-        CallRow{"ZoneMember", Delete, "QelUtilSetAddMember", 1,
-                "QelUtilSetAddMember(zoneSet, static_cast<SetIndex_t>(zoneNum), FALSE)"},
-        CallRow{"DeleteZone", Delete, "QelUtilDataSetDeleteZone", 1,
-                "QelUtilDataSetDeleteZone(zoneSet)"},
-        CallRow{"ActivateFrame", Delete, "QelUtilFrameActivateByUniqueID", 1,
-                "QelUtilFrameActivateByUniqueID(currentFrameId)"},
-        CallRow{"Magnification", Size, "QelUtilViewGetMagnification", 1,
-                "QelUtilViewGetMagnification(&magnify)"},
-        CallRow{"FieldX", Mark, "QelUtilDataValueGetReadableNLRef", 1,
-                "fieldX = QelUtilDataValueGetReadableNLRef(zoneNum, xVar)"},
-        CallRow{"FieldY", Mark, "QelUtilDataValueGetReadableNLRef", 2,
-                "fieldY = QelUtilDataValueGetReadableNLRef(zoneNum, yVar)"},
-        CallRow{"FieldZ", Mark, "QelUtilDataValueGetReadableNLRef", 3,
-                "fieldZ = QelUtilDataValueGetReadableNLRef(zoneNum, zVar)"},
-        CallRow{"GetterX", Mark, "QelUtilDataValueRefGetGetFunc", 1,
-                "getXFunction = QelUtilDataValueRefGetGetFunc(fieldX)"},
-        CallRow{"GetterY", Mark, "QelUtilDataValueRefGetGetFunc", 2,
-                "getYFunction = QelUtilDataValueRefGetGetFunc(fieldY)"},
-        CallRow{"GetterZ", Mark, "QelUtilDataValueRefGetGetFunc", 3,
-                "getZFunction = QelUtilDataValueRefGetGetFunc(fieldZ)"}),
+        ShapeCallRow{"ZoneSet", Delete, "QelUtilSetAlloc", 1, "zoneSet = QelUtilSetAlloc(FALSE)"},
+        ShapeCallRow{"ZoneMember", Delete, "QelUtilSetAddMember", 1,
+                     "QelUtilSetAddMember(zoneSet, static_cast<SetIndex_t>(zoneNum), FALSE)"},
+        ShapeCallRow{"DeleteZone", Delete, "QelUtilDataSetDeleteZone", 1,
+                     "QelUtilDataSetDeleteZone(zoneSet)"},
+        ShapeCallRow{"ActivateFrame", Delete, "QelUtilFrameActivateByUniqueID", 1,
+                     "QelUtilFrameActivateByUniqueID(currentFrameId)"},
+        ShapeCallRow{"Magnification", Size, "QelUtilViewGetMagnification", 1,
+                     "QelUtilViewGetMagnification(&magnify)"},
+        ShapeCallRow{"FieldX", Mark, "QelUtilDataValueGetReadableNLRef", 1,
+                     "fieldX = QelUtilDataValueGetReadableNLRef(zoneNum, xVar)"},
+        ShapeCallRow{"FieldY", Mark, "QelUtilDataValueGetReadableNLRef", 2,
+                     "fieldY = QelUtilDataValueGetReadableNLRef(zoneNum, yVar)"},
+        ShapeCallRow{"FieldZ", Mark, "QelUtilDataValueGetReadableNLRef", 3,
+                     "fieldZ = QelUtilDataValueGetReadableNLRef(zoneNum, zVar)"},
+        ShapeCallRow{"GetterX", Mark, "QelUtilDataValueRefGetGetFunc", 1,
+                     "getXFunction = QelUtilDataValueRefGetGetFunc(fieldX)"},
+        ShapeCallRow{"GetterY", Mark, "QelUtilDataValueRefGetGetFunc", 2,
+                     "getYFunction = QelUtilDataValueRefGetGetFunc(fieldY)"},
+        ShapeCallRow{"GetterZ", Mark, "QelUtilDataValueRefGetGetFunc", 3,
+                     "getZFunction = QelUtilDataValueRefGetGetFunc(fieldZ)"}),
     [](const auto& row) { return std::string(row.param.name); });
 
 // Marking the points inside --------------------------------------------------------------------

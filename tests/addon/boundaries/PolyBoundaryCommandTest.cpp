@@ -83,13 +83,13 @@ TEST(PolyBoundaryCommands, TooFewCornersSucceedAndLeaveAnUndefinedBoundary) {
   EXPECT_FALSE(boundary.IsDefined());
 }
 
-struct FaultRow {
+struct CommandFaultRow {
   const char* rule;
   const char* line;
   const char* message;
 };
 
-class CommandFault : public ::testing::TestWithParam<FaultRow> {};
+class CommandFault : public ::testing::TestWithParam<CommandFaultRow> {};
 
 TEST_P(CommandFault, IsReportedAndKeepsTheBoundary) {
   CPolyBoundary boundary;
@@ -103,34 +103,35 @@ TEST_P(CommandFault, IsReportedAndKeepsTheBoundary) {
 INSTANTIATE_TEST_SUITE_P(
     Rules, CommandFault,
     ::testing::Values(
-        FaultRow{"RectangleRefusesRadius", "PICKRECTANGLE ANCHORX=0 RADIUS=1",
-                 "Bad value for parameter in PICKRECTANGLE macro"},
-        FaultRow{"RectangleRefusesText", "PICKRECTANGLE ANCHORX=\"0\"",
-                 "Bad value for parameter in PICKRECTANGLE macro"},
-        FaultRow{"RectangleNeedsItsWidth", "PICKRECTANGLE ANCHORX=0 ANCHORY=0 SIZEY=1",
-                 "Missing parameter in PICKRECTANGLE macro"},
-        FaultRow{"RectangleNeedsItsHeight", "PICKRECTANGLE ANCHORX=0 ANCHORY=0 SIZEX=1",
-                 "Missing parameter in PICKRECTANGLE macro"},
-        FaultRow{"RectangleNeedsItsAnchor", "PICKRECTANGLE ANCHORX=0 SIZEX=1 SIZEY=1",
-                 "Missing parameter in PICKRECTANGLE macro"},
-        FaultRow{"RectangleTakesTheAbsentNumberAsAbsent",
-                 "PICKRECTANGLE ANCHORX=-9.99e99 ANCHORY=0 SIZEX=1 SIZEY=1",
-                 "Missing parameter in PICKRECTANGLE macro"},
-        FaultRow{"CircleRefusesSize", "PICKCIRCLE ANCHORX=0 ANCHORY=0 SIZEX=1",
-                 "Bad value for parameter in PICKCIRCLE macro"},
-        FaultRow{"CircleRefusesABoolean", "PICKCIRCLE RADIUS=YES",
-                 "Bad value for parameter in PICKCIRCLE macro"},
-        FaultRow{"CircleNeedsItsRadius", "PICKCIRCLE ANCHORX=0 ANCHORY=0",
-                 "Missing parameter in PICKCIRCLE macro"},
-        FaultRow{"PolygonRefusesAnAnchor", "PICKPOLYGON ANCHORX=0",
-                 "Bad value for parameter in PICKPOLYGON macro"},
-        FaultRow{"PolygonRefusesANumber", "PICKPOLYGON CORNERS=1",
-                 "Bad value for parameter in PICKPOLYGON macro"},
-        FaultRow{"PolygonNeedsCorners", "PICKPOLYGON", "Missing parameter in PICKPOLYGON macro"},
-        FaultRow{"PolygonNeedsACornerInThem", "PICKPOLYGON CORNERS=\"\"",
-                 "Missing parameter in PICKPOLYGON macro"},
-        FaultRow{"PolygonDropsAnUnpairedNumber", "PICKPOLYGON CORNERS=\"5\"",
-                 "Missing parameter in PICKPOLYGON macro"}),
+        CommandFaultRow{"RectangleRefusesRadius", "PICKRECTANGLE ANCHORX=0 RADIUS=1",
+                        "Bad value for parameter in PICKRECTANGLE macro"},
+        CommandFaultRow{"RectangleRefusesText", "PICKRECTANGLE ANCHORX=\"0\"",
+                        "Bad value for parameter in PICKRECTANGLE macro"},
+        CommandFaultRow{"RectangleNeedsItsWidth", "PICKRECTANGLE ANCHORX=0 ANCHORY=0 SIZEY=1",
+                        "Missing parameter in PICKRECTANGLE macro"},
+        CommandFaultRow{"RectangleNeedsItsHeight", "PICKRECTANGLE ANCHORX=0 ANCHORY=0 SIZEX=1",
+                        "Missing parameter in PICKRECTANGLE macro"},
+        CommandFaultRow{"RectangleNeedsItsAnchor", "PICKRECTANGLE ANCHORX=0 SIZEX=1 SIZEY=1",
+                        "Missing parameter in PICKRECTANGLE macro"},
+        CommandFaultRow{"RectangleTakesTheAbsentNumberAsAbsent",
+                        "PICKRECTANGLE ANCHORX=-9.99e99 ANCHORY=0 SIZEX=1 SIZEY=1",
+                        "Missing parameter in PICKRECTANGLE macro"},
+        CommandFaultRow{"CircleRefusesSize", "PICKCIRCLE ANCHORX=0 ANCHORY=0 SIZEX=1",
+                        "Bad value for parameter in PICKCIRCLE macro"},
+        CommandFaultRow{"CircleRefusesABoolean", "PICKCIRCLE RADIUS=YES",
+                        "Bad value for parameter in PICKCIRCLE macro"},
+        CommandFaultRow{"CircleNeedsItsRadius", "PICKCIRCLE ANCHORX=0 ANCHORY=0",
+                        "Missing parameter in PICKCIRCLE macro"},
+        CommandFaultRow{"PolygonRefusesAnAnchor", "PICKPOLYGON ANCHORX=0",
+                        "Bad value for parameter in PICKPOLYGON macro"},
+        CommandFaultRow{"PolygonRefusesANumber", "PICKPOLYGON CORNERS=1",
+                        "Bad value for parameter in PICKPOLYGON macro"},
+        CommandFaultRow{"PolygonNeedsCorners", "PICKPOLYGON",
+                        "Missing parameter in PICKPOLYGON macro"},
+        CommandFaultRow{"PolygonNeedsACornerInThem", "PICKPOLYGON CORNERS=\"\"",
+                        "Missing parameter in PICKPOLYGON macro"},
+        CommandFaultRow{"PolygonDropsAnUnpairedNumber", "PICKPOLYGON CORNERS=\"5\"",
+                        "Missing parameter in PICKPOLYGON macro"}),
     [](const auto& row) { return std::string(row.param.rule); });
 
 }  // namespace

@@ -35,7 +35,7 @@ const std::vector<Point2d> kSquare = {{0, 0}, {4, 0}, {4, 4}, {0, 4}};
 // The middle of the bottom edge lies on the line between its neighbours.
 const std::vector<Point2d> kWithCollinear = {{0, 0}, {2, 0}, {4, 0}, {4, 4}, {0, 4}};
 
-struct PointRow {
+struct ShapePointRow {
   const char* rule;
   void (*build)(CPolyBoundary&);
   double x;
@@ -43,7 +43,7 @@ struct PointRow {
   bool isInside;
 };
 
-class BoundaryPoint : public ::testing::TestWithParam<PointRow> {};
+class BoundaryPoint : public ::testing::TestWithParam<ShapePointRow> {};
 
 TEST_P(BoundaryPoint, FollowsRule) {
   CPolyBoundary boundary;
@@ -66,64 +66,64 @@ void Line(CPolyBoundary& b) { SetCorners(b, {{0, 0}, {2, 2}, {4, 4}}); }
 INSTANTIATE_TEST_SUITE_P(
     Rules, BoundaryPoint,
     ::testing::Values(
-        PointRow{"RectangleHoldsItsMiddle", Rectangle, 3, 3, true},
-        PointRow{"RectangleHoldsItsLeftEdge", Rectangle, 1, 3, true},
-        PointRow{"RectangleHoldsItsCorner", Rectangle, 5, 4, true},
-        PointRow{"RectangleEndsRightOfItsEdge", Rectangle, 5.0000001, 3, false},
-        PointRow{"RectangleEndsBelowItsEdge", Rectangle, 3, 1.9999999, false},
-        PointRow{"RectangleTakesItsCornersInAnyOrder", SwappedRectangle, 1, 2, true},
-        PointRow{"RectangleDoesNotRejectWhatIsNotANumber", Rectangle, kNaN, 3, true},
-        PointRow{"CircleHoldsAPointOnIt", Circle, 4, 5, true},
-        PointRow{"CircleHoldsTheEndOfItsBox", Circle, 6, 1, true},
-        PointRow{"CircleDoesNotHoldTheCornerOfItsBox", Circle, 5.9, 5.9, false},
-        PointRow{"CircleOfNegativeRadiusIsThatOfItsAbsoluteValue", NegativeCircle, 4, 5, true},
-        PointRow{"CircleDoesNotRejectWhatIsNotANumber", Circle, kNaN, 1, true},
-        PointRow{"SquareHoldsItsMiddle", Square, 2, 2, true},
-        PointRow{"SquareDoesNotHoldItsLeftEdge", Square, 0, 2, false},
-        PointRow{"SquareDoesNotHoldItsTopEdge", Square, 2, 4, false},
-        PointRow{"SquareDoesNotHoldItsCorner", Square, 4, 4, false},
-        PointRow{"SquareTheOtherWayRoundHoldsItsMiddle", ReversedSquare, 2, 2, true},
-        PointRow{"SquareTheOtherWayRoundDoesNotHoldItsEdge", ReversedSquare, 4, 2, false},
-        PointRow{"SquareRejectsWhatIsNotANumber", Square, kNaN, 2, false},
-        PointRow{"SquareTheOtherWayRoundDoesNot", ReversedSquare, kNaN, 2, true},
-        PointRow{"NotchIsOutside", Notched, 2, 3, false},
-        PointRow{"EdgeOfNotchIsOutside", Notched, 1, 3, false},
-        PointRow{"TipOfNotchIsOutside", Notched, 2, 2, false},
-        PointRow{"BesideNotchIsInside", Notched, 0.5, 3, true},
-        PointRow{"BelowNotchIsInside", Notched, 2, 1.9, true},
-        PointRow{"EdgeBetweenHullAndNotchIsOutside", Notched, 2, 4, false},
-        PointRow{"NotchIsOutsideTheOtherWayRound", ReversedNotched, 2, 3, false},
-        PointRow{"BesideNotchIsInsideTheOtherWayRound", ReversedNotched, 0.5, 3, true},
-        PointRow{"CollinearCornerLeavesTheMiddleInside", Collinear, 2, 2, true},
-        PointRow{"CollinearCornerLeavesItsEdgeOutside", Collinear, 2, 0, false},
-        PointRow{"CollinearCornerLeavesPointsJustAboveItInside", Collinear, 2, 1e-9, true},
-        PointRow{"TwoCornersHoldNothing", TwoCorners, 2, 2, false},
-        PointRow{"CornersOnALineHoldNothing", Line, 2, 2, false},
-        PointRow{"NewBoundaryHoldsNothing", [](CPolyBoundary&) {}, 0, 0, false},
-        PointRow{"ForgottenSquareHoldsNothing",
-                 [](CPolyBoundary& b) {
-                   Square(b);
-                   b.Reset();
-                 },
-                 2, 2, false},
-        PointRow{"CircleReplacesRectangle",
-                 [](CPolyBoundary& b) {
-                   Rectangle(b);
-                   Circle(b);
-                 },
-                 5, 4.5, false},
-        PointRow{"RectangleReplacesCircle",
-                 [](CPolyBoundary& b) {
-                   Circle(b);
-                   Rectangle(b);
-                 },
-                 5, 4, true},
-        PointRow{"PolygonReplacesRectangle",
-                 [](CPolyBoundary& b) {
-                   Rectangle(b);
-                   Notched(b);
-                 },
-                 2, 3, false}),
+        ShapePointRow{"RectangleHoldsItsMiddle", Rectangle, 3, 3, true},
+        ShapePointRow{"RectangleHoldsItsLeftEdge", Rectangle, 1, 3, true},
+        ShapePointRow{"RectangleHoldsItsCorner", Rectangle, 5, 4, true},
+        ShapePointRow{"RectangleEndsRightOfItsEdge", Rectangle, 5.0000001, 3, false},
+        ShapePointRow{"RectangleEndsBelowItsEdge", Rectangle, 3, 1.9999999, false},
+        ShapePointRow{"RectangleTakesItsCornersInAnyOrder", SwappedRectangle, 1, 2, true},
+        ShapePointRow{"RectangleDoesNotRejectWhatIsNotANumber", Rectangle, kNaN, 3, true},
+        ShapePointRow{"CircleHoldsAPointOnIt", Circle, 4, 5, true},
+        ShapePointRow{"CircleHoldsTheEndOfItsBox", Circle, 6, 1, true},
+        ShapePointRow{"CircleDoesNotHoldTheCornerOfItsBox", Circle, 5.9, 5.9, false},
+        ShapePointRow{"CircleOfNegativeRadiusIsThatOfItsAbsoluteValue", NegativeCircle, 4, 5, true},
+        ShapePointRow{"CircleDoesNotRejectWhatIsNotANumber", Circle, kNaN, 1, true},
+        ShapePointRow{"SquareHoldsItsMiddle", Square, 2, 2, true},
+        ShapePointRow{"SquareDoesNotHoldItsLeftEdge", Square, 0, 2, false},
+        ShapePointRow{"SquareDoesNotHoldItsTopEdge", Square, 2, 4, false},
+        ShapePointRow{"SquareDoesNotHoldItsCorner", Square, 4, 4, false},
+        ShapePointRow{"SquareTheOtherWayRoundHoldsItsMiddle", ReversedSquare, 2, 2, true},
+        ShapePointRow{"SquareTheOtherWayRoundDoesNotHoldItsEdge", ReversedSquare, 4, 2, false},
+        ShapePointRow{"SquareRejectsWhatIsNotANumber", Square, kNaN, 2, false},
+        ShapePointRow{"SquareTheOtherWayRoundDoesNot", ReversedSquare, kNaN, 2, true},
+        ShapePointRow{"NotchIsOutside", Notched, 2, 3, false},
+        ShapePointRow{"EdgeOfNotchIsOutside", Notched, 1, 3, false},
+        ShapePointRow{"TipOfNotchIsOutside", Notched, 2, 2, false},
+        ShapePointRow{"BesideNotchIsInside", Notched, 0.5, 3, true},
+        ShapePointRow{"BelowNotchIsInside", Notched, 2, 1.9, true},
+        ShapePointRow{"EdgeBetweenHullAndNotchIsOutside", Notched, 2, 4, false},
+        ShapePointRow{"NotchIsOutsideTheOtherWayRound", ReversedNotched, 2, 3, false},
+        ShapePointRow{"BesideNotchIsInsideTheOtherWayRound", ReversedNotched, 0.5, 3, true},
+        ShapePointRow{"CollinearCornerLeavesTheMiddleInside", Collinear, 2, 2, true},
+        ShapePointRow{"CollinearCornerLeavesItsEdgeOutside", Collinear, 2, 0, false},
+        ShapePointRow{"CollinearCornerLeavesPointsJustAboveItInside", Collinear, 2, 1e-9, true},
+        ShapePointRow{"TwoCornersHoldNothing", TwoCorners, 2, 2, false},
+        ShapePointRow{"CornersOnALineHoldNothing", Line, 2, 2, false},
+        ShapePointRow{"NewBoundaryHoldsNothing", [](CPolyBoundary&) {}, 0, 0, false},
+        ShapePointRow{"ForgottenSquareHoldsNothing",
+                      [](CPolyBoundary& b) {
+                        Square(b);
+                        b.Reset();
+                      },
+                      2, 2, false},
+        ShapePointRow{"CircleReplacesRectangle",
+                      [](CPolyBoundary& b) {
+                        Rectangle(b);
+                        Circle(b);
+                      },
+                      5, 4.5, false},
+        ShapePointRow{"RectangleReplacesCircle",
+                      [](CPolyBoundary& b) {
+                        Circle(b);
+                        Rectangle(b);
+                      },
+                      5, 4, true},
+        ShapePointRow{"PolygonReplacesRectangle",
+                      [](CPolyBoundary& b) {
+                        Rectangle(b);
+                        Notched(b);
+                      },
+                      2, 3, false}),
     [](const auto& row) { return std::string(row.param.rule); });
 
 TEST(PolyBoundary, IsDefinedByEveryShapeAndByNoFailedPolygon) {

@@ -13,14 +13,14 @@ namespace {
 
 using namespace qelvane::qelutiltools;
 
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr float kLargestFloat = std::numeric_limits<float>::max();
 constexpr float kSmallestFloat = std::numeric_limits<float>::denorm_min();
 
 /// Bounds at, beside and between floats.
 std::vector<double> Bounds() {
-  std::vector<double> bounds = {kNan, kInfinity, -kInfinity, 1e300, -1e300, 1e-300, -1e-300};
+  std::vector<double> bounds = {kNoNumber, kInfinity, -kInfinity, 1e300, -1e300, 1e-300, -1e-300};
   for (const double value : {0.0, 1.0, 0.1, 1e30, double{kLargestFloat}, double{kSmallestFloat}}) {
     for (const double near : {value, std::nextafter(value, -kInfinity),
                               std::nextafter(value, kInfinity), value * (1 + 1e-9)}) {

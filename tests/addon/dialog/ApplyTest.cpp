@@ -75,18 +75,18 @@ TEST_F(Apply, NeitherRecordsNorRedrawsWhileNothingIsRecorded) {
   EXPECT_EQ(host.redrawCount, 0);
 }
 
-struct RuleRow {
+struct ApplyRuleRow {
   LgIndex_t side;
   LgIndex_t count;
   const char* keyword;
 };
 
 TEST_F(Apply, RecordsTheRule) {
-  const RuleRow rows[] = {
+  const ApplyRuleRow rows[] = {
       {1, 1, "ANYINSIDE"}, {2, 1, "ANYOUTSIDE"}, {1, 2, "ALLINSIDE"}, {2, 2, "ALLOUTSIDE"}};
   DrawAroundAll();
   ASSERT_TRUE(host.TurnTo(Ids().tab, 2));
-  for (const RuleRow& row : rows) {
+  for (const ApplyRuleRow& row : rows) {
     ASSERT_TRUE(host.Choose(Ids().insideOutsideMenu, row.side));
     ASSERT_TRUE(host.Choose(Ids().anyAllMenu, row.count));
     host.recordedLines.clear();

@@ -193,7 +193,7 @@ TEST_F(Undo, SaysWhenItsGeometryIsGone) {
 
 // Rule -------------------------------------------------------------------------------------------
 
-struct RuleRow {
+struct RuleChoiceRow {
   const char* rule;
   LgIndex_t side;
   LgIndex_t count;
@@ -201,7 +201,7 @@ struct RuleRow {
   const char* corners;
 };
 
-class Rule : public DialogTest, public ::testing::WithParamInterface<RuleRow> {};
+class Rule : public DialogTest, public ::testing::WithParamInterface<RuleChoiceRow> {};
 
 TEST_P(Rule, IsReadFromBothMenus) {
   ASSERT_TRUE(host.Choose(Ids().insideOutsideMenu, GetParam().side));
@@ -233,10 +233,10 @@ TEST_P(Rule, DropsTheUndoFromTheOtherMenuToo) {
 
 INSTANTIATE_TEST_SUITE_P(
     Rules, Rule,
-    ::testing::Values(RuleRow{"InsideAny", 1, 1, PickRule::AnyInside, "corners inside"},
-                      RuleRow{"OutsideAny", 2, 1, PickRule::AnyOutside, "corners outside"},
-                      RuleRow{"InsideAll", 1, 2, PickRule::AllInside, "corners inside"},
-                      RuleRow{"OutsideAll", 2, 2, PickRule::AllOutside, "corners outside"}),
+    ::testing::Values(RuleChoiceRow{"InsideAny", 1, 1, PickRule::AnyInside, "corners inside"},
+                      RuleChoiceRow{"OutsideAny", 2, 1, PickRule::AnyOutside, "corners outside"},
+                      RuleChoiceRow{"InsideAll", 1, 2, PickRule::AllInside, "corners inside"},
+                      RuleChoiceRow{"OutsideAll", 2, 2, PickRule::AllOutside, "corners outside"}),
     [](const auto& row) { return std::string(row.param.rule); });
 
 }  // namespace

@@ -20,7 +20,7 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
-constexpr LgIndex_t kSurfaceOnly = 2;
+constexpr LgIndex_t kOnSurfaceOnly = 2;
 
 /// A block of 3 x 3 x 3 bricks: 64 nodes, 27 cells.
 class PickPreview : public DialogTest {
@@ -144,7 +144,7 @@ TEST_F(PickPreview, IsNothingForAnEllipse) {
 TEST_F(PickPreview, IsNothingWhileASeedIsNeeded) {
   ChooseVariable(c);
   DrawCorner();
-  ASSERT_TRUE(host.ChooseRadio(Ids().surfaceRadioBox, kSurfaceOnly));
+  ASSERT_TRUE(host.ChooseRadio(Ids().surfaceRadioBox, kOnSurfaceOnly));
   EXPECT_FALSE(IsAnswered());
   ASSERT_TRUE(host.Press(Ids().applyButton));
   EXPECT_FALSE(IsAnswered());
@@ -161,7 +161,7 @@ TEST_F(PickPreview, IsNothingForSingleElements) {
 
 TEST_F(PickPreview, OfABoxNeedsItsZoneAndNoSeed) {
   ChooseVariable(c);
-  ASSERT_TRUE(host.ChooseRadio(Ids().surfaceRadioBox, kSurfaceOnly));
+  ASSERT_TRUE(host.ChooseRadio(Ids().surfaceRadioBox, kOnSurfaceOnly));
   ASSERT_TRUE(host.Switch(Ids().cubeTool, true));
   EXPECT_THAT(Items(1, 27), SizeIs(27));
   const LgIndex_t box = host.ZoneNamed("PICKING_CUBE");

@@ -17,7 +17,7 @@ using ::testing::IsEmpty;
 // Over a row of four bricks, both hold the nodes up to x = 1.25 and so the first cell whole.
 constexpr char kCube[] = "PICKCUBE ANCHORX=-1 ANCHORY=-1 ANCHORZ=-1 SIZEX=2.25 SIZEY=4 SIZEZ=4";
 constexpr char kSphere[] = "PICKSPHERE ANCHORX=0 ANCHORY=0.5 ANCHORZ=0.5 RADIUS=1.5";
-constexpr char kRectangle[] = "PICKRECTANGLE ANCHORX=-9 ANCHORY=-9 SIZEX=20 SIZEY=20";
+constexpr char kWideRectangle[] = "PICKRECTANGLE ANCHORX=-9 ANCHORY=-9 SIZEX=20 SIZEY=20";
 constexpr char kAdd5[] = "ALTERAREA VARIABLE=\"c\" MODIFIER=\"+5\"";
 
 struct BoundaryRow {
@@ -95,7 +95,7 @@ TEST_P(Boundary3dPick, LineAgainMakesNoSecondZone) {
 }
 
 TEST_P(Boundary3dPick, OtherKindsRemoveTheZone) {
-  for (const char* const line : {kRectangle, "PICKCIRCLE ANCHORX=0 ANCHORY=0 RADIUS=1",
+  for (const char* const line : {kWideRectangle, "PICKCIRCLE ANCHORX=0 ANCHORY=0 RADIUS=1",
                                  "PICKPOLYGON CORNERS=\"0,0,4,0,0,4\""}) {
     PlayWell(GetParam().line);
     ASSERT_EQ(ZoneCount(), 2u);
@@ -385,7 +385,7 @@ TEST_P(Boundary3dPick, UpdateIsDroppedWhenAnotherKindWasChosenMeanwhile) {
   PlayWell(GetParam().line);
   Boundary().Update();
   ASSERT_EQ(host.idleQueue.size(), 1u);
-  PlayWell(kRectangle);
+  PlayWell(kWideRectangle);
   host.RunIdleQueue();
   EXPECT_EQ(ZoneCount(), 1u);
   PlayWell(GetParam().line);

@@ -18,8 +18,8 @@ namespace {
 
 using namespace qelvane::qelutiltools;
 
-constexpr PickRule kRules[] = {PickRule::AnyInside, PickRule::AnyOutside, PickRule::AllInside,
-                               PickRule::AllOutside};
+constexpr PickRule kAllRules[] = {PickRule::AnyInside, PickRule::AnyOutside, PickRule::AllInside,
+                                  PickRule::AllOutside};
 
 /// Runs of nodes inside and outside, so that whole words of either kind and edges come up.
 InsideSet SomeNodes(std::int64_t nodeCount, std::mt19937& engine) {
@@ -72,7 +72,7 @@ void CompareSpans(int base, std::size_t cornerCount) {
                            kCellCount};
   for (int round = 0; round < 10; ++round) {
     const InsideSet inside = SomeNodes(kNodeCount, engine);
-    for (const PickRule rule : kRules) {
+    for (const PickRule rule : kAllRules) {
       std::vector<std::uint64_t> words(3, 7);
       DecideSpanCells(span, CornerRule(rule), inside, 2, 3, words.data());
       for (std::int64_t word = 0; word < 3; ++word) {
@@ -141,7 +141,7 @@ TEST(CellRule, RowsOfOrderedCellsDecideAsTheirCorners) {
   for (const OrderedGrid& grid : grids) {
     const std::vector<std::vector<std::int64_t>> cells = CornersOf(grid);
     ASSERT_EQ(static_cast<std::int64_t>(cells.size()), grid.CellCount());
-    for (const PickRule rule : kRules) {
+    for (const PickRule rule : kAllRules) {
       const InsideSet inside = SomeNodes(grid.NodeCount(), engine);
       const OrderedCells ordered(grid, CornerRule(rule), inside);
       const std::int64_t wordCount = WordsFor(grid.CellCount());

@@ -67,25 +67,25 @@ TEST_P(PickMemory, IsAByteANodeAndABitACellAtMost) {
   EXPECT_LE(PeakOf("c"), most);
 }
 
-constexpr char kCube[] = "PICKCUBE ANCHORX=1 ANCHORY=1 ANCHORZ=-1 SIZEX=20 SIZEY=20 SIZEZ=20";
+constexpr char kCubePick[] = "PICKCUBE ANCHORX=1 ANCHORY=1 ANCHORZ=-1 SIZEX=20 SIZEY=20 SIZEZ=20";
 constexpr char kTurnedCube[] =
     "PICKCUBE ANCHORX=1 ANCHORY=1 ANCHORZ=-1 SIZEX=20 SIZEY=20 SIZEZ=20 ROTATEZ=30";
-constexpr char kSphere[] = "PICKSPHERE ANCHORX=9 ANCHORY=9 ANCHORZ=0 RADIUS=20";
+constexpr char kSpherePick[] = "PICKSPHERE ANCHORX=9 ANCHORY=9 ANCHORZ=0 RADIUS=20";
 constexpr char kCircle[] = "PICKCIRCLE ANCHORX=9 ANCHORY=9 RADIUS=20";
-constexpr char kRectangle[] = "PICKRECTANGLE ANCHORX=1 ANCHORY=1 SIZEX=20 SIZEY=20";
+constexpr char kRectanglePick[] = "PICKRECTANGLE ANCHORX=1 ANCHORY=1 SIZEX=20 SIZEY=20";
 
 INSTANTIATE_TEST_SUITE_P(
     Picks, PickMemory,
-    ::testing::Values(PickRow{"OrderedCube", ZoneType_Ordered, {60, 60, 60}, kCube},
+    ::testing::Values(PickRow{"OrderedCube", ZoneType_Ordered, {60, 60, 60}, kCubePick},
                       PickRow{"OrderedSheetCircle", ZoneType_Ordered, {400, 400, 0}, kCircle},
                       PickRow{"BrickTurnedCube", ZoneType_FEBrick, {60, 60, 60}, kTurnedCube},
-                      PickRow{"BrickRectangle", ZoneType_FEBrick, {60, 60, 60}, kRectangle},
-                      PickRow{"TetraSphere", ZoneType_FETetra, {50, 50, 50}, kSphere},
-                      PickRow{"QuadRectangle", ZoneType_FEQuad, {400, 400, 0}, kRectangle},
-                      PickRow{"TriangleSphere", ZoneType_FETriangle, {400, 400, 0}, kSphere},
-                      PickRow{"LineCube", ZoneType_FELineSeg, {100000, 0, 0}, kCube},
+                      PickRow{"BrickRectangle", ZoneType_FEBrick, {60, 60, 60}, kRectanglePick},
+                      PickRow{"TetraSphere", ZoneType_FETetra, {50, 50, 50}, kSpherePick},
+                      PickRow{"QuadRectangle", ZoneType_FEQuad, {400, 400, 0}, kRectanglePick},
+                      PickRow{"TriangleSphere", ZoneType_FETriangle, {400, 400, 0}, kSpherePick},
+                      PickRow{"LineCube", ZoneType_FELineSeg, {100000, 0, 0}, kCubePick},
                       PickRow{"PolygonCircle", ZoneType_FEPolygon, {300, 300, 0}, kCircle},
-                      PickRow{"PolyhedronCube", ZoneType_FEPolyhedron, {42, 42, 42}, kCube}),
+                      PickRow{"PolyhedronCube", ZoneType_FEPolyhedron, {42, 42, 42}, kCubePick}),
     [](const auto& row) { return std::string(row.param.name); });
 
 }  // namespace

@@ -9,7 +9,7 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
-struct Row {
+struct ChoiceRow {
   const char* rule;
   void (*draw)(FakeHost& host);
   const char* message;
@@ -19,7 +19,7 @@ QelGeomID_t Draw(FakeHost& host, QelGeomType_e type) {
   return host.AddGeometry({0, type, {0, 0, 0}, 1, 1, {}});
 }
 
-class BadGeometry : public fakehost::EngineTest, public ::testing::WithParamInterface<Row> {
+class BadGeometry : public fakehost::EngineTest, public ::testing::WithParamInterface<ChoiceRow> {
  protected:
   void SetUp() override {
     Load(MakeLattice(ZoneType_FEQuad, 2, 1, 0));
@@ -47,36 +47,37 @@ TEST_P(BadGeometry, IsNotExplainedInABatchRun) {
 INSTANTIATE_TEST_SUITE_P(
     Codes, BadGeometry,
     ::testing::Values(
-        Row{"None", [](FakeHost&) {},
-            "No geometries exist that can be used to define the pick area."},
-        Row{"OneEllipse", [](FakeHost& host) { Draw(host, GeomType_Ellipse); },
-            "Selected geometry is a type that is not supported for defining the pick area."},
-        Row{"SelectedEllipse",
-            [](FakeHost& host) {
-              Draw(host, GeomType_Circle);
-              host.SelectGeometry(Draw(host, GeomType_Ellipse));
-            },
-            "Selected geometry is a type that is not supported for defining the pick area."},
-        Row{"TwoAndNoneSelected",
+        ChoiceRow{"None", [](FakeHost&) {},
+                  "No geometries exist that can be used to define the pick area."},
+        ChoiceRow{"OneEllipse", [](FakeHost& host) { Draw(host, GeomType_Ellipse); },
+                  "Selected geometry is a type that is not supported for defining the pick area."},
+        ChoiceRow{"SelectedEllipse",
+                  [](FakeHost& host) {
+                    Draw(host, GeomType_Circle);
+                    host.SelectGeometry(Draw(host, GeomType_Ellipse));
+                  },
+                  "Selected geometry is a type that is not supported for defining the pick area."},
+        ChoiceRow{
+            "TwoAndNoneSelected",
             [](FakeHost& host) {
               Draw(host, GeomType_Circle);
               Draw(host, GeomType_Rectangle);
             },
             "When multiple geometries exist in a frame, you must\nselect a single geometry to be "
             "used to define the pick area."},
-        Row{"TwoAndBothSelected",
-            [](FakeHost& host) {
-              host.SelectGeometry(Draw(host, GeomType_Circle));
-              host.SelectGeometry(Draw(host, GeomType_Rectangle));
-            },
-            "Only one geometry may be selected for defining the pick area."},
-        Row{"AZoneIsSelected",
-            [](FakeHost& host) {
-              Draw(host, GeomType_Circle);
-              Draw(host, GeomType_Rectangle);
-              host.ActiveFrame().pickList.push_back({PickObject_Zone, 0});
-            },
-            "The selected pick object item is not a geometry."}),
+        ChoiceRow{"TwoAndBothSelected",
+                  [](FakeHost& host) {
+                    host.SelectGeometry(Draw(host, GeomType_Circle));
+                    host.SelectGeometry(Draw(host, GeomType_Rectangle));
+                  },
+                  "Only one geometry may be selected for defining the pick area."},
+        ChoiceRow{"AZoneIsSelected",
+                  [](FakeHost& host) {
+                    Draw(host, GeomType_Circle);
+                    Draw(host, GeomType_Rectangle);
+                    host.ActiveFrame().pickList.push_back({PickObject_Zone, 0});
+                  },
+                  "The selected pick object item is not a geometry."}),
     [](const auto& row) { return std::string(row.param.rule); });
 
 class GoodGeometry : public fakehost::EngineTest {};

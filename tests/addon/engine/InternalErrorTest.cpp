@@ -49,25 +49,25 @@ TEST_P(PlayedError, IsTheCommandsText) {
   EXPECT_TRUE(host.errorBoxes.empty()) << "an error of a played command shows no box";
 }
 
-constexpr char kRectangle[] = "PICKRECTANGLE ANCHORX=-9 ANCHORY=-9 SIZEX=20 SIZEY=20";
+constexpr char kRectangleCommand[] = "PICKRECTANGLE ANCHORX=-9 ANCHORY=-9 SIZEX=20 SIZEY=20";
 constexpr char kAlterCells[] = "ALTERAREA VARIABLE=\"c\" MODIFIER=\"+1\"";
 constexpr char kAlterCell[] = "ALTERELEMENT VARIABLE=\"c\" MODIFIER=\"+1\" ZONE=1 ELEMENT=1";
 
 INSTANTIATE_TEST_SUITE_P(
     Calls, PlayedError,
     ::testing::Values(
-        PlayedRow{"RectangleMode", "", kRectangle, "QelUtilMouseSetMode", 1,
+        PlayedRow{"RectangleMode", "", kRectangleCommand, "QelUtilMouseSetMode", 1,
                   "QelUtilMouseSetMode(Mouse_GeomRectangle)"},
         PlayedRow{"CircleMode", "", "PICKCIRCLE ANCHORX=0 ANCHORY=0 RADIUS=1",
                   "QelUtilMouseSetMode", 1, "QelUtilMouseSetMode(Mouse_GeomCircle)"},
         PlayedRow{"PolygonMode", "", "PICKPOLYGON CORNERS=\"0,0,4,0,0,4\"", "QelUtilMouseSetMode",
                   1, "QelUtilMouseSetMode(Mouse_GeomPolyline)"},
-        PlayedRow{"RelevantZones", kRectangle, kAlterCells, "QelUtilZoneGetRelevant", 1,
+        PlayedRow{"RelevantZones", kRectangleCommand, kAlterCells, "QelUtilZoneGetRelevant", 1,
                   "QelUtilZoneGetRelevant(solutionTime, FALSE, &relevantZones)"},
-        PlayedRow{"WritableReference", kRectangle, kAlterCells,
+        PlayedRow{"WritableReference", kRectangleCommand, kAlterCells,
                   "QelUtilDataValueGetWritableNativeRef", 1,
                   "fieldDataPtr = QelUtilDataValueGetWritableNativeRef(zoneNum, varNum)"},
-        PlayedRow{"NodeMap", kRectangle, kAlterCells, "QelUtilDataNodeGetReadableRef", 1,
+        PlayedRow{"NodeMap", kRectangleCommand, kAlterCells, "QelUtilDataNodeGetReadableRef", 1,
                   "nodeMap = QelUtilDataNodeGetReadableRef(zoneNum)"},
         PlayedRow{"DataSetInfo", "", kAlterCell, "QelUtilDataSetGetInfo", 1,
                   "QelUtilDataSetGetInfo(NULL, &numZones, NULL)"},
@@ -129,30 +129,30 @@ INSTANTIATE_TEST_SUITE_P(
                   "QelUtilZoneGetRelevant(solutionTime, FALSE, &relevantZones)", "AreaPick"}),
     [](const auto& row) { return std::string(row.param.name); });
 
-constexpr char kCube[] = "PICKCUBE ANCHORX=0 ANCHORY=0 ANCHORZ=-1 SIZEX=1 SIZEY=1 SIZEZ=2";
-constexpr char kSphere[] = "PICKSPHERE ANCHORX=1 ANCHORY=1 ANCHORZ=0 RADIUS=1";
+constexpr char kCubeCommand[] = "PICKCUBE ANCHORX=0 ANCHORY=0 ANCHORZ=-1 SIZEX=1 SIZEY=1 SIZEZ=2";
+constexpr char kSphereCommand[] = "PICKSPHERE ANCHORX=1 ANCHORY=1 ANCHORZ=0 RADIUS=1";
 
 INSTANTIATE_TEST_SUITE_P(
     Boundaries, PlayedError,
     ::testing::Values(
-        PlayedRow{"CubeMode", "", kCube, "QelUtilMouseSetMode", 1,
+        PlayedRow{"CubeMode", "", kCubeCommand, "QelUtilMouseSetMode", 1,
                   "QelUtilMouseSetMode(Mouse_Select)", "Selvane"},
-        PlayedRow{"CubeZone", "", kCube, "QelUtilDataSetAddZone", 1,
+        PlayedRow{"CubeZone", "", kCubeCommand, "QelUtilDataSetAddZone", 1,
                   "QelUtilDataSetAddZone(CUBEZONENAME, iMax, 1, 1, ZoneType_FEBrick, NULL)",
                   "ClippingCube"},
-        PlayedRow{"CubeRemoval", kCube, kSphere, "QelUtilDataSetDeleteZone", 1,
+        PlayedRow{"CubeRemoval", kCubeCommand, kSphereCommand, "QelUtilDataSetDeleteZone", 1,
                   "QelUtilDataSetDeleteZone(zoneSet)", "PickBoundary3d"},
-        PlayedRow{"SphereZone", "", kSphere, "QelUtilCreateSphericalZone", 1,
+        PlayedRow{"SphereZone", "", kSphereCommand, "QelUtilCreateSphericalZone", 1,
                   "QelUtilCreateSphericalZone(12, 12, m_anchor.x, m_anchor.y, m_anchor.z - "
                   "radius, radius, FieldDataType_Invalid)",
                   "ClippingSphere"},
-        PlayedRow{"SphereRemoval", kSphere, kRectangle, "QelUtilDataSetDeleteZone", 1,
+        PlayedRow{"SphereRemoval", kSphereCommand, kRectangleCommand, "QelUtilDataSetDeleteZone", 1,
                   "QelUtilDataSetDeleteZone(zoneSet)", "PickBoundary3d"},
-        PlayedRow{"ActiveFrame", "", kCube, "QelUtilFrameActivateByUniqueID", 1,
+        PlayedRow{"ActiveFrame", "", kCubeCommand, "QelUtilFrameActivateByUniqueID", 1,
                   "QelUtilFrameActivateByUniqueID(currentFrameId)", "PickBoundary3d"},
-        PlayedRow{"CoordinateX", kCube, kAlterCells, "QelUtilDataValueGetReadableNLRef", 1,
+        PlayedRow{"CoordinateX", kCubeCommand, kAlterCells, "QelUtilDataValueGetReadableNLRef", 1,
                   "fieldX = QelUtilDataValueGetReadableNLRef(zoneNum, xVar)", "PickBoundary3d"},
-        PlayedRow{"CoordinateZ", kSphere, kAlterCells, "QelUtilDataValueGetReadableNLRef", 3,
+        PlayedRow{"CoordinateZ", kSphereCommand, kAlterCells, "QelUtilDataValueGetReadableNLRef", 3,
                   "fieldZ = QelUtilDataValueGetReadableNLRef(zoneNum, zVar)", "PickBoundary3d"}),
     [](const auto& row) { return std::string(row.param.name); });
 
@@ -238,7 +238,7 @@ TEST_F(EngineExtras, ProgressHearsHowManyValuesAZoneGot) {
   written.clear();
   Load(MakeLattice(ZoneType_FEQuad, 2, 2, 0));
   host.extensions[QEL_EXTENSION_PROGRESS] = &kProgress;
-  PlayWell(kRectangle);
+  PlayWell(kRectangleCommand);
   PlayWell(kAlterCells);
   ASSERT_EQ(written.size(), 1u);
   EXPECT_EQ(written[0].zone, 1);

@@ -53,7 +53,7 @@ struct GeometryRow {
   const char* message;
 };
 
-QelGeomID_t Draw(FakeHost& host, QelGeomType_e type) {
+QelGeomID_t DrawOne(FakeHost& host, QelGeomType_e type) {
   return host.AddGeometry({0, type, {0, 0, 0}, 9, 9, {}, CoordSys_Grid});
 }
 
@@ -98,32 +98,32 @@ INSTANTIATE_TEST_SUITE_P(
         GeometryRow{"None", [](FakeHost&) {},
                     "No geometries exist that can be used to define the pick area."},
         GeometryRow{
-            "OneEllipse", [](FakeHost& host) { Draw(host, GeomType_Ellipse); },
+            "OneEllipse", [](FakeHost& host) { DrawOne(host, GeomType_Ellipse); },
             "Selected geometry is a type that is not supported for defining the pick area."},
         GeometryRow{
             "SelectedEllipse",
             [](FakeHost& host) {
-              Draw(host, GeomType_Circle);
-              host.SelectGeometry(Draw(host, GeomType_Ellipse));
+              DrawOne(host, GeomType_Circle);
+              host.SelectGeometry(DrawOne(host, GeomType_Ellipse));
             },
             "Selected geometry is a type that is not supported for defining the pick area."},
         GeometryRow{"NoneSelected",
                     [](FakeHost& host) {
-                      Draw(host, GeomType_Circle);
-                      Draw(host, GeomType_Rectangle);
+                      DrawOne(host, GeomType_Circle);
+                      DrawOne(host, GeomType_Rectangle);
                     },
                     "When multiple geometries exist in a frame, you must\nselect a single geometry "
                     "to be used to define the pick area."},
         GeometryRow{"TwoSelected",
                     [](FakeHost& host) {
-                      host.SelectGeometry(Draw(host, GeomType_Circle));
-                      host.SelectGeometry(Draw(host, GeomType_Rectangle));
+                      host.SelectGeometry(DrawOne(host, GeomType_Circle));
+                      host.SelectGeometry(DrawOne(host, GeomType_Rectangle));
                     },
                     "Only one geometry may be selected for defining the pick area."},
         GeometryRow{"ZoneSelected",
                     [](FakeHost& host) {
-                      Draw(host, GeomType_Circle);
-                      Draw(host, GeomType_Rectangle);
+                      DrawOne(host, GeomType_Circle);
+                      DrawOne(host, GeomType_Rectangle);
                       host.ActiveFrame().pickList.push_back({PickObject_Zone, 0});
                     },
                     "The selected pick object item is not a geometry."}),

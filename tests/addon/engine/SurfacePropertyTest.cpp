@@ -136,12 +136,12 @@ TEST_F(RandomSearch, ReachesInCollapsedBricksWhatTheRecursionReaches) {
 
 // Whole picks ----------------------------------------------------------------------------------
 
-constexpr char kOffSurface[] =
+constexpr char kMissesSurface[] =
     "The seed point must be inside the pick geometry\n and on a boundary surface.\n\nNote that a "
     "face may be visible but not necessarily\n on a boundary surface.  This happens when "
     "neighboring\n cells are either blanked or in a different zone.";
 
-struct SurfacePick {
+struct SurfaceChoice {
   Boundary boundary;
   int rule = 0;
   LgIndex_t zone = 0;
@@ -150,8 +150,8 @@ struct SurfacePick {
 
 class SurfacePickProperty : public SurfaceProperty {
  protected:
-  SurfacePick RandomPick(Random& random, const Scene& scene) {
-    SurfacePick pick;
+  SurfaceChoice RandomPick(Random& random, const Scene& scene) {
+    SurfaceChoice pick;
     pick.boundary = RandomBoundary(random, false);
     pick.rule = random.Below(4);
     pick.zone = 1 + random.Below(scene.zoneCount);
@@ -165,7 +165,7 @@ class SurfacePickProperty : public SurfaceProperty {
   }
 
   /// The nodes that count as inside; none when the seed is refused.
-  std::optional<std::vector<bool>> NodesReached(const SurfacePick& pick) {
+  std::optional<std::vector<bool>> NodesReached(const SurfaceChoice& pick) {
     const std::vector<bool> inside = NodesInside(pick.boundary, pick.zone);
     Nodes nodes;
     for (std::size_t node = 0; node < inside.size(); ++node) {
@@ -189,7 +189,7 @@ class SurfacePickProperty : public SurfaceProperty {
     return static_cast<std::size_t>((zone - 1) * scene.c + var - 1);
   }
 
-  void Play(const SurfacePick& pick, const Scene& scene, const Modifier& modifier) {
+  void Play(const SurfaceChoice& pick, const Scene& scene, const Modifier& modifier) {
     PlayWell(pick.boundary.Line());
     PlayWell(std::string("ALTERSURFACE VARIABLE=\"") + scene.VariableName() + "\" MODIFIER=\"" +
              modifier.text + "\" ZONE=" + std::to_string(pick.zone) +
@@ -197,7 +197,7 @@ class SurfacePickProperty : public SurfaceProperty {
   }
 
   /// The same by hand.
-  void Click(const SurfacePick& pick, const Scene& scene, const Modifier& modifier) {
+  void Click(const SurfaceChoice& pick, const Scene& scene, const Modifier& modifier) {
     static constexpr PickKind kKinds[] = {PickKind::Rectangle, PickKind::Circle, PickKind::Polygon};
     EXPECT_TRUE(Session().SetPickKind(kKinds[static_cast<int>(pick.boundary.shape)], true));
     Session().SetAlterVariable(scene.Variable());
@@ -220,7 +220,7 @@ TEST_P(SurfacePickProperty, AltersWhatTheDefinitionsSay) {
     host.keepsCalls = false;
     const Scene scene = MakeScene(random, Type());
     InitQelAddOn113();
-    const SurfacePick pick = RandomPick(random, scene);
+    const SurfaceChoice pick = RandomPick(random, scene);
     const Modifier& modifier = RandomModifier(random);
     const std::vector<Bytes> before = AllValues(scene);
     std::vector<Bytes> expected = before;
@@ -239,7 +239,7 @@ TEST_P(SurfacePickProperty, AltersWhatTheDefinitionsSay) {
       if (reached || isPassive) {
         EXPECT_THAT(host.errorBoxes, ::testing::IsEmpty());
       } else {
-        EXPECT_THAT(host.errorBoxes, ::testing::ElementsAre(kOffSurface));
+        EXPECT_THAT(host.errorBoxes, ::testing::ElementsAre(kMissesSurface));
       }
     }
     EXPECT_TRUE(AllValues(scene) == expected) << pick.boundary.Line() << " zone " << pick.zone
@@ -263,7 +263,7 @@ TEST_P(SurfacePickProperty, HidesWhatTheDefinitionsSay) {
     const LgIndex_t blankVar = scene.c + 1;
     const std::vector<Bytes> untouched = AllValues(scene);
     for (int round = 0; round < 2; ++round) {
-      const SurfacePick pick = RandomPick(random, scene);
+      const SurfaceChoice pick = RandomPick(random, scene);
       std::vector<Bytes> expected;
       for (LgIndex_t zone = 1; zone <= scene.zoneCount; ++zone) {
         expected.push_back(BytesOf(zone, blankVar));
@@ -296,7 +296,7 @@ TEST_P(SurfacePickProperty, UndoPutsBackWhatAnAdditionChanged) {
     host.Reset();
     Load(RandomMesh(random, Type()), PlotType_Cartesian3D);
     const Scene scene{true, random.Flip(), 1, n, c};
-    const SurfacePick pick = RandomPick(random, scene);
+    const SurfaceChoice pick = RandomPick(random, scene);
     const std::vector<Bytes> before = AllValues(scene);
     if (random.Flip()) {
       Play(pick, scene, addition);

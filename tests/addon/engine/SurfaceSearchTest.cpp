@@ -399,14 +399,14 @@ void OnASmallStack(const std::function<void()>& function) {
   pthread_attr_destroy(&attributes);
 }
 
-struct LargeRow {
+struct LargeSurfaceRow {
   const char* name;
   QelZoneType_e type;
   std::array<LgIndex_t, 3> cells;
   LgIndex_t nodesReached;
 };
 
-class LargeSurface : public SurfaceSearch, public ::testing::WithParamInterface<LargeRow> {};
+class LargeSurface : public SurfaceSearch, public ::testing::WithParamInterface<LargeSurfaceRow> {};
 
 TEST_P(LargeSurface, IsWalkedOnASmallStackInBoundedMemory) {
   const auto& cells = GetParam().cells;
@@ -440,15 +440,16 @@ constexpr LgIndex_t kSquare = (kEdge + 1) * (kEdge + 1);
 // Of the quadrilaterals, the one node is not reached that is only ever a last corner.
 INSTANTIATE_TEST_SUITE_P(
     Types, LargeSurface,
-    ::testing::Values(LargeRow{"Ordered", ZoneType_Ordered, {kEdge, kEdge, 0}, kSquare},
-                      LargeRow{"Quads", ZoneType_FEQuad, {kEdge, kEdge, 0}, kSquare - 1},
-                      LargeRow{"Bricks",
-                               ZoneType_FEBrick,
-                               {kEdge / 2, kEdge / 4, 1},
-                               (kEdge / 2 + 1) * (kEdge / 4 + 1) * 2},
-                      LargeRow{"Tetrahedra", ZoneType_FETetra, {400, 100, 1}, 401 * 101 * 2},
-                      LargeRow{"Polyhedra", ZoneType_FEPolyhedron, {200, 100, 1}, 201 * 101 * 2},
-                      LargeRow{"Polygons", ZoneType_FEPolygon, {300, 300, 0}, 301 * 301}),
+    ::testing::Values(LargeSurfaceRow{"Ordered", ZoneType_Ordered, {kEdge, kEdge, 0}, kSquare},
+                      LargeSurfaceRow{"Quads", ZoneType_FEQuad, {kEdge, kEdge, 0}, kSquare - 1},
+                      LargeSurfaceRow{"Bricks",
+                                      ZoneType_FEBrick,
+                                      {kEdge / 2, kEdge / 4, 1},
+                                      (kEdge / 2 + 1) * (kEdge / 4 + 1) * 2},
+                      LargeSurfaceRow{"Tetrahedra", ZoneType_FETetra, {400, 100, 1}, 401 * 101 * 2},
+                      LargeSurfaceRow{
+                          "Polyhedra", ZoneType_FEPolyhedron, {200, 100, 1}, 201 * 101 * 2},
+                      LargeSurfaceRow{"Polygons", ZoneType_FEPolygon, {300, 300, 0}, 301 * 301}),
     [](const auto& row) { return std::string(row.param.name); });
 
 }  // namespace

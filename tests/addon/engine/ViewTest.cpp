@@ -54,12 +54,12 @@ TEST_F(View, TheRemainderKeepsItsSign) {
   ExpectAngles(0, 0, 0);
 }
 
-struct Row {
+struct ViewRow {
   int nth;
   const char* pattern;
 };
 
-class FailingRotation : public View, public ::testing::WithParamInterface<Row> {};
+class FailingRotation : public View, public ::testing::WithParamInterface<ViewRow> {};
 
 TEST_P(FailingRotation, IsTheCommandsError) {
   Load(MakeLattice(ZoneType_FEBrick, 1, 1, 1), PlotType_Cartesian3D);
@@ -70,14 +70,14 @@ TEST_P(FailingRotation, IsTheCommandsError) {
 INSTANTIATE_TEST_SUITE_P(
     Axes, FailingRotation,
     ::testing::Values(
-        Row{1,
-            "Assert failed: QelUtilViewRotate3D\\(RotateAxis_Psi, dPsi, 0\\.0, 0\\.0, 0\\.0, "
-            "RotateOriginLocation_DefinedOrigin\\) \\(Utilities [0-9]+\\)"},
-        Row{2,
-            "Assert failed: QelUtilViewRotate3D\\(RotateAxis_Alpha, dAlpha, 0\\.0, 0\\.0, "
-            "0\\.0, RotateOriginLocation_DefinedOrigin\\) \\(Utilities [0-9]+\\)"},
-        Row{3,
-            "Assert failed: QelUtilViewRotate3D\\(RotateAxis_Theta, dTheta, 0\\.0, 0\\.0, "
-            "0\\.0, RotateOriginLocation_DefinedOrigin\\) \\(Utilities [0-9]+\\)"}));
+        ViewRow{1,
+                "Assert failed: QelUtilViewRotate3D\\(RotateAxis_Psi, dPsi, 0\\.0, 0\\.0, 0\\.0, "
+                "RotateOriginLocation_DefinedOrigin\\) \\(Utilities [0-9]+\\)"},
+        ViewRow{2,
+                "Assert failed: QelUtilViewRotate3D\\(RotateAxis_Alpha, dAlpha, 0\\.0, 0\\.0, "
+                "0\\.0, RotateOriginLocation_DefinedOrigin\\) \\(Utilities [0-9]+\\)"},
+        ViewRow{3,
+                "Assert failed: QelUtilViewRotate3D\\(RotateAxis_Theta, dTheta, 0\\.0, 0\\.0, "
+                "0\\.0, RotateOriginLocation_DefinedOrigin\\) \\(Utilities [0-9]+\\)"}));
 
 }  // namespace

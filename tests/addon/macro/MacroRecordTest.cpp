@@ -79,13 +79,13 @@ TEST_F(Recording, EmptyStringsAreWrittenLikeOthers) {
   EXPECT_THAT(Host().lines, ElementsAre("PICKPOLYGON CORNERS=\"\",\"a\",\"b\"c\""));
 }
 
-struct NumberRow {
+struct RecordedNumberRow {
   const char* rule;
   double number;
   const char* text;
 };
 
-class RecordedNumber : public ::testing::TestWithParam<NumberRow> {};
+class RecordedNumber : public ::testing::TestWithParam<RecordedNumberRow> {};
 
 TEST_P(RecordedNumber, IsWrittenWholeWhenItIsWhole) {
   recorderhost::ResetHost();
@@ -98,17 +98,20 @@ TEST_P(RecordedNumber, IsWrittenWholeWhenItIsWhole) {
 
 INSTANTIATE_TEST_SUITE_P(
     Rules, RecordedNumber,
-    ::testing::Values(NumberRow{"Whole", 5.0, "5"}, NumberRow{"NegativeWhole", -4.0, "-4"},
-                      NumberRow{"Fraction", 0.1, "0.1"},
-                      NumberRow{"SixSignificantDigits", 1.23456789, "1.23457"},
-                      NumberRow{"LargestInt", 2147483646.0, "2147483646"},
-                      NumberRow{"AboveLargestInt", 2147483647.0, "2.14748e+09"},
-                      NumberRow{"SmallestInt", -2147483648.0, "-2147483648"},
-                      NumberRow{"BelowSmallestInt", -2147483649.0, "-2.14748e+09"},
-                      NumberRow{"JustAboveWhole", 3.00000005, "3"},
-                      NumberRow{"JustBelowWhole", 2.99999999, "3"},
-                      NumberRow{"NotQuiteWhole", 3.000001, "3"}, NumberRow{"Huge", 1e300, "1e+300"},
-                      NumberRow{"Infinite", std::numeric_limits<double>::infinity(), "inf"}),
+    ::testing::Values(RecordedNumberRow{"Whole", 5.0, "5"},
+                      RecordedNumberRow{"NegativeWhole", -4.0, "-4"},
+                      RecordedNumberRow{"Fraction", 0.1, "0.1"},
+                      RecordedNumberRow{"SixSignificantDigits", 1.23456789, "1.23457"},
+                      RecordedNumberRow{"LargestInt", 2147483646.0, "2147483646"},
+                      RecordedNumberRow{"AboveLargestInt", 2147483647.0, "2.14748e+09"},
+                      RecordedNumberRow{"SmallestInt", -2147483648.0, "-2147483648"},
+                      RecordedNumberRow{"BelowSmallestInt", -2147483649.0, "-2.14748e+09"},
+                      RecordedNumberRow{"JustAboveWhole", 3.00000005, "3"},
+                      RecordedNumberRow{"JustBelowWhole", 2.99999999, "3"},
+                      RecordedNumberRow{"NotQuiteWhole", 3.000001, "3"},
+                      RecordedNumberRow{"Huge", 1e300, "1e+300"},
+                      RecordedNumberRow{"Infinite", std::numeric_limits<double>::infinity(),
+                                        "inf"}),
     [](const auto& row) { return std::string(row.param.rule); });
 
 TEST_F(Recording, NothingIsWrittenWhileTheHostDoesNotRecord) {

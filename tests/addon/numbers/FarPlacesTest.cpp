@@ -1,5 +1,6 @@
 // Nodes and boundaries at places where arithmetic ends: far out, next to nothing, no numbers.
 #include "EngineTest.h"
+#include "NoNumbers.h"
 
 #include <limits>
 #include <ostream>
@@ -10,9 +11,6 @@ namespace {
 using fakehost::Mesh;
 using fakehost::Point;
 using fakehost::StoredType;
-
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 struct PlaceRow {
   const char* name;

@@ -1,5 +1,6 @@
 // Polygons of any corners - repeated, collinear, crossing, huge, tiny, no numbers - against their
 // definition written down step by step, without a thought for speed.
+#include "NoNumbers.h"
 #include "PolyBoundary.h"
 
 #include <gtest/gtest.h>
@@ -17,9 +18,6 @@ namespace {
 using qelvane::qelutiltools::CPolyBoundary;
 using qelvane::qelutiltools::Point2d;
 using qelvane::qelutiltools::PointBlock;
-
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 int Sign(double value) { return value < 0 ? -1 : value == 0 ? 0 : 1; }
 

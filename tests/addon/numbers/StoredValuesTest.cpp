@@ -1,6 +1,7 @@
 // What an alteration, and its undo, leave of values that a variable's type cannot hold. All results
 // are worked out by hand: double arithmetic, then one rounding to the stored type.
 #include "FakeHostTest.h"
+#include "NoNumbers.h"
 #include "ValueModifier.h"
 
 #include <cmath>
@@ -14,8 +15,6 @@ namespace {
 
 using fakehost::StoredType;
 
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kLargestFloat = std::numeric_limits<float>::max();
 constexpr double kSmallestFloat = std::numeric_limits<float>::denorm_min();
 constexpr std::optional<double> kRefused = std::nullopt;
@@ -61,12 +60,12 @@ class StoredValues : public fakehost::FakeHostTest, public ::testing::WithParamI
   LgIndex_t var = 0;
 };
 
-constexpr char kEverywhere[] = "PICKRECTANGLE ANCHORX=-1 ANCHORY=-1 SIZEX=99 SIZEY=9";
+constexpr char kWholePlane[] = "PICKRECTANGLE ANCHORX=-1 ANCHORY=-1 SIZEX=99 SIZEY=9";
 
 TEST_P(StoredValues, OfAnAreaAreRoundedOnce) {
   const ValueRow& row = GetParam();
   Load(row.type, row.before);
-  PlayWell(kEverywhere);
+  PlayWell(kWholePlane);
   PlayWell(std::string("ALTERAREA VARIABLE=\"v\" MODIFIER=\"") + row.modifier + "\"");
   ExpectAll(row.after, "altered");
   UndoGives(row.undone, row.after);

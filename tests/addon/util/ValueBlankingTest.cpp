@@ -181,7 +181,7 @@ void ReadConstraint() {
   GetValueBlankConstraint(8, include, varA, varB, relativeOp, mode, cutoff);
 }
 
-struct RefusedRow {
+struct RefusedChoiceRow {
   const char* rule;
   std::function<void()> operation;
   const char* refused;  ///< as in the host's log
@@ -190,9 +190,10 @@ struct RefusedRow {
   int settingsBefore;  ///< settings that were read or written before the error
 };
 
-void PrintTo(const RefusedRow& row, std::ostream* out) { *out << row.rule; }
+void PrintTo(const RefusedChoiceRow& row, std::ostream* out) { *out << row.rule; }
 
-class RefusedArgument : public CallLogTest, public ::testing::WithParamInterface<RefusedRow> {};
+class RefusedArgument : public CallLogTest,
+                        public ::testing::WithParamInterface<RefusedChoiceRow> {};
 
 std::string Escaped(const std::string& text) {
   std::string pattern;
@@ -204,7 +205,7 @@ std::string Escaped(const std::string& text) {
 }
 
 TEST_P(RefusedArgument, IsAnInternalErrorThatQuotesItAndKeepsWhatWasSetBefore) {
-  const RefusedRow& row = GetParam();
+  const RefusedChoiceRow& row = GetParam();
   Host().refused = row.refused;
   Host().passesBeforeRefusal = row.passes;
   try {
@@ -227,71 +228,76 @@ constexpr char kP3[] = "QelUtilArgListAppendString(argList, SV_P3, SV_CONSTRAINT
 INSTANTIATE_TEST_SUITE_P(
     Constraint, RefusedArgument,
     ::testing::Values(
-        RefusedRow{"List", WriteWhole, "ArgListAlloc", 0, kAlloc, 0},
-        RefusedRow{"FirstOffset", WriteWhole, "Append OFFSET1=8", 0, kOffset, 0},
-        RefusedRow{"FirstP1", WriteWhole, "Append P1=BLANKING", 0, kP1, 0},
-        RefusedRow{"FirstP2", WriteWhole, "Append P2=VALUE", 0, kP2, 0},
-        RefusedRow{"FirstP3", WriteWhole, "Append P3=CONSTRAINT", 0, kP3, 0},
-        RefusedRow{"Include", WriteWhole, "Append P4=INCLUDE", 0,
-                   "QelUtilArgListAppendString(argList, SV_P4, SV_INCLUDE)", 0},
-        RefusedRow{"IncludeValue", WriteWhole, "Append IVALUE=1", 0,
-                   "QelUtilArgListAppendArbParam(argList, SV_IVALUE, (ArbParam_t) include)", 0},
-        RefusedRow{"VarA", WriteWhole, "Append P4=VARA", 0,
-                   "QelUtilArgListAppendString(argList, SV_P4, SV_VARA)", 1},
-        RefusedRow{"VarAValue", WriteWhole, "Append IVALUE=5", 0,
-                   "QelUtilArgListAppendArbParam(argList, SV_IVALUE, (ArbParam_t) varA)", 1},
-        RefusedRow{"RelOp", WriteWhole, "Append P4=RELOP", 0,
-                   "QelUtilArgListAppendString(argList, SV_P4, SV_RELOP)", 2},
-        RefusedRow{"RelOpValue", WriteWhole, "Append IVALUE=4", 0,
-                   "QelUtilArgListAppendArbParam(argList, SV_IVALUE, (ArbParam_t) relativeOp)", 2},
-        RefusedRow{"Op2Mode", WriteWhole, "Append P4=CONSTRAINTOP2MODE", 0,
-                   "QelUtilArgListAppendString(argList, SV_P4, SV_CONSTRAINTOP2MODE)", 3},
-        RefusedRow{"Op2ModeValue", WriteWhole, "Append IVALUE=1", 1,
-                   "QelUtilArgListAppendArbParam(argList, SV_IVALUE, (ArbParam_t) mode)", 3},
-        RefusedRow{"LastOffset", WriteWhole, "Append OFFSET1=8", 4, kOffset, 4},
-        RefusedRow{"LastP1", WriteWhole, "Append P1=BLANKING", 4, kP1, 4},
-        RefusedRow{"LastP2", WriteWhole, "Append P2=VALUE", 4, kP2, 4},
-        RefusedRow{"LastP3", WriteWhole, "Append P3=CONSTRAINT", 4, kP3, 4},
-        RefusedRow{"Cutoff", WriteWhole, "Append P4=VALUECUTOFF", 0,
-                   "QelUtilArgListAppendString(argList, SV_P4, SV_VALUECUTOFF)", 4},
-        RefusedRow{"CutoffValue", WriteWhole, "Append DVALUE=1", 0,
-                   "QelUtilArgListAppendDouble(argList, SV_DVALUE, valCutoff)", 4},
-        RefusedRow{"SwitchOffset", WriteConstraintSwitch, "Append OFFSET1=8", 0, kOffset, 0},
-        RefusedRow{"SwitchValue", WriteConstraintSwitch, "Append IVALUE=1", 0,
-                   "QelUtilArgListAppendArbParam(argList, SV_IVALUE, (ArbParam_t) include)", 0},
-        RefusedRow{"ReadList", ReadConstraint, "ArgListAlloc", 0, kAlloc, 0},
-        RefusedRow{"ReadVarB", ReadConstraint, "Append P4=VARB", 0,
-                   "QelUtilArgListAppendString(argList, SV_P4, SV_VARB)", 2},
-        RefusedRow{"ReadAddress", ReadConstraint, "Append IVALUE=&", 4,
-                   "QelUtilArgListAppendArbParamPtr(argList, SV_IVALUE, &value)", 4},
-        RefusedRow{"ReadCutoffAddress", ReadConstraint, "Append DVALUE=&", 0,
-                   "QelUtilArgListAppendDoublePtr(argList, SV_DVALUE, &value)", 5}),
+        RefusedChoiceRow{"List", WriteWhole, "ArgListAlloc", 0, kAlloc, 0},
+        RefusedChoiceRow{"FirstOffset", WriteWhole, "Append OFFSET1=8", 0, kOffset, 0},
+        RefusedChoiceRow{"FirstP1", WriteWhole, "Append P1=BLANKING", 0, kP1, 0},
+        RefusedChoiceRow{"FirstP2", WriteWhole, "Append P2=VALUE", 0, kP2, 0},
+        RefusedChoiceRow{"FirstP3", WriteWhole, "Append P3=CONSTRAINT", 0, kP3, 0},
+        RefusedChoiceRow{"Include", WriteWhole, "Append P4=INCLUDE", 0,
+                         "QelUtilArgListAppendString(argList, SV_P4, SV_INCLUDE)", 0},
+        RefusedChoiceRow{"IncludeValue", WriteWhole, "Append IVALUE=1", 0,
+                         "QelUtilArgListAppendArbParam(argList, SV_IVALUE, (ArbParam_t) include)",
+                         0},
+        RefusedChoiceRow{"VarA", WriteWhole, "Append P4=VARA", 0,
+                         "QelUtilArgListAppendString(argList, SV_P4, SV_VARA)", 1},
+        RefusedChoiceRow{"VarAValue", WriteWhole, "Append IVALUE=5", 0,
+                         "QelUtilArgListAppendArbParam(argList, SV_IVALUE, (ArbParam_t) varA)", 1},
+        RefusedChoiceRow{"RelOp", WriteWhole, "Append P4=RELOP", 0,
+                         "QelUtilArgListAppendString(argList, SV_P4, SV_RELOP)", 2},
+        RefusedChoiceRow{
+            "RelOpValue", WriteWhole, "Append IVALUE=4", 0,
+            "QelUtilArgListAppendArbParam(argList, SV_IVALUE, (ArbParam_t) relativeOp)", 2},
+        RefusedChoiceRow{"Op2Mode", WriteWhole, "Append P4=CONSTRAINTOP2MODE", 0,
+                         "QelUtilArgListAppendString(argList, SV_P4, SV_CONSTRAINTOP2MODE)", 3},
+        RefusedChoiceRow{"Op2ModeValue", WriteWhole, "Append IVALUE=1", 1,
+                         "QelUtilArgListAppendArbParam(argList, SV_IVALUE, (ArbParam_t) mode)", 3},
+        RefusedChoiceRow{"LastOffset", WriteWhole, "Append OFFSET1=8", 4, kOffset, 4},
+        RefusedChoiceRow{"LastP1", WriteWhole, "Append P1=BLANKING", 4, kP1, 4},
+        RefusedChoiceRow{"LastP2", WriteWhole, "Append P2=VALUE", 4, kP2, 4},
+        RefusedChoiceRow{"LastP3", WriteWhole, "Append P3=CONSTRAINT", 4, kP3, 4},
+        RefusedChoiceRow{"Cutoff", WriteWhole, "Append P4=VALUECUTOFF", 0,
+                         "QelUtilArgListAppendString(argList, SV_P4, SV_VALUECUTOFF)", 4},
+        RefusedChoiceRow{"CutoffValue", WriteWhole, "Append DVALUE=1", 0,
+                         "QelUtilArgListAppendDouble(argList, SV_DVALUE, valCutoff)", 4},
+        RefusedChoiceRow{"SwitchOffset", WriteConstraintSwitch, "Append OFFSET1=8", 0, kOffset, 0},
+        RefusedChoiceRow{"SwitchValue", WriteConstraintSwitch, "Append IVALUE=1", 0,
+                         "QelUtilArgListAppendArbParam(argList, SV_IVALUE, (ArbParam_t) include)",
+                         0},
+        RefusedChoiceRow{"ReadList", ReadConstraint, "ArgListAlloc", 0, kAlloc, 0},
+        RefusedChoiceRow{"ReadVarB", ReadConstraint, "Append P4=VARB", 0,
+                         "QelUtilArgListAppendString(argList, SV_P4, SV_VARB)", 2},
+        RefusedChoiceRow{"ReadAddress", ReadConstraint, "Append IVALUE=&", 4,
+                         "QelUtilArgListAppendArbParamPtr(argList, SV_IVALUE, &value)", 4},
+        RefusedChoiceRow{"ReadCutoffAddress", ReadConstraint, "Append DVALUE=&", 0,
+                         "QelUtilArgListAppendDoublePtr(argList, SV_DVALUE, &value)", 5}),
     [](const auto& row) { return std::string(row.param.rule); });
 
 INSTANTIATE_TEST_SUITE_P(
     Whole, RefusedArgument,
     ::testing::Values(
-        RefusedRow{"SwitchList", WriteSwitch, "ArgListAlloc", 0, kAlloc, 0},
-        RefusedRow{"Switch", WriteSwitch, "Append P3=INCLUDE", 0,
-                   "QelUtilArgListAppendString(argList, SV_P3, SV_INCLUDE)", 0},
-        RefusedRow{"SwitchValue", WriteSwitch, "Append IVALUE=1", 0,
-                   "QelUtilArgListAppendArbParam(argList, SV_IVALUE, (ArbParam_t) include)", 0},
-        RefusedRow{"CellModeList", WriteCellMode, "ArgListAlloc", 0, kAlloc, 0},
-        RefusedRow{"EntireCell", WriteCellMode, "Append P3=BLANKENTIRECELL", 0,
-                   "QelUtilArgListAppendString(argList, SV_P3, SV_BLANKENTIRECELL)", 0},
-        RefusedRow{"EntireCellValue", WriteCellMode, "Append IVALUE=1", 0,
-                   "QelUtilArgListAppendArbParam(argList, SV_IVALUE, (ArbParam_t) wholeCell)", 0},
-        RefusedRow{"CellMode", WriteCellMode, "Append P3=VALUEBLANKCELLMODE", 0,
-                   "QelUtilArgListAppendString(argList, SV_P3, SV_VALUEBLANKCELLMODE)", 1},
-        RefusedRow{"CellModeValue", WriteCellMode, "Append IVALUE=2", 0,
-                   "QelUtilArgListAppendArbParam(argList, SV_IVALUE, (ArbParam_t) mode)", 1},
-        RefusedRow{"ReadSwitchList", ReadSwitch, "ArgListAlloc", 0, kAlloc, 0},
-        RefusedRow{"ReadSwitchAddress", ReadSwitch, "Append IVALUE=&", 0,
-                   "QelUtilArgListAppendArbParamPtr(argList, SV_IVALUE, &value)", 0},
-        RefusedRow{"ReadCellMode", ReadCellSettings, "Append P3=VALUEBLANKCELLMODE", 0,
-                   "QelUtilArgListAppendString(argList, SV_P3, SV_VALUEBLANKCELLMODE)", 1},
-        RefusedRow{"ReadInclude", ReadCellSettings, "Append P3=INCLUDE", 0,
-                   "QelUtilArgListAppendString(argList, SV_P3, SV_INCLUDE)", 2}),
+        RefusedChoiceRow{"SwitchList", WriteSwitch, "ArgListAlloc", 0, kAlloc, 0},
+        RefusedChoiceRow{"Switch", WriteSwitch, "Append P3=INCLUDE", 0,
+                         "QelUtilArgListAppendString(argList, SV_P3, SV_INCLUDE)", 0},
+        RefusedChoiceRow{"SwitchValue", WriteSwitch, "Append IVALUE=1", 0,
+                         "QelUtilArgListAppendArbParam(argList, SV_IVALUE, (ArbParam_t) include)",
+                         0},
+        RefusedChoiceRow{"CellModeList", WriteCellMode, "ArgListAlloc", 0, kAlloc, 0},
+        RefusedChoiceRow{"EntireCell", WriteCellMode, "Append P3=BLANKENTIRECELL", 0,
+                         "QelUtilArgListAppendString(argList, SV_P3, SV_BLANKENTIRECELL)", 0},
+        RefusedChoiceRow{"EntireCellValue", WriteCellMode, "Append IVALUE=1", 0,
+                         "QelUtilArgListAppendArbParam(argList, SV_IVALUE, (ArbParam_t) wholeCell)",
+                         0},
+        RefusedChoiceRow{"CellMode", WriteCellMode, "Append P3=VALUEBLANKCELLMODE", 0,
+                         "QelUtilArgListAppendString(argList, SV_P3, SV_VALUEBLANKCELLMODE)", 1},
+        RefusedChoiceRow{"CellModeValue", WriteCellMode, "Append IVALUE=2", 0,
+                         "QelUtilArgListAppendArbParam(argList, SV_IVALUE, (ArbParam_t) mode)", 1},
+        RefusedChoiceRow{"ReadSwitchList", ReadSwitch, "ArgListAlloc", 0, kAlloc, 0},
+        RefusedChoiceRow{"ReadSwitchAddress", ReadSwitch, "Append IVALUE=&", 0,
+                         "QelUtilArgListAppendArbParamPtr(argList, SV_IVALUE, &value)", 0},
+        RefusedChoiceRow{"ReadCellMode", ReadCellSettings, "Append P3=VALUEBLANKCELLMODE", 0,
+                         "QelUtilArgListAppendString(argList, SV_P3, SV_VALUEBLANKCELLMODE)", 1},
+        RefusedChoiceRow{"ReadInclude", ReadCellSettings, "Append P3=INCLUDE", 0,
+                         "QelUtilArgListAppendString(argList, SV_P3, SV_INCLUDE)", 2}),
     [](const auto& row) { return std::string(row.param.rule); });
 
 }  // namespace

@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::string TextOf(const fs::path& file) {
+std::string FileText(const fs::path& file) {
   std::ifstream stream(file, std::ios::binary);
   std::ostringstream text;
   text << stream.rdbuf();
@@ -90,14 +90,14 @@ bool Running::HasEnded() {
 
 void Running::Send(int signal) const { kill(m_pid, signal); }
 
-std::string Running::ErrorsSoFar() const { return TextOf(m_err); }
+std::string Running::ErrorsSoFar() const { return FileText(m_err); }
 
 Outcome Running::Wait() {
   while (!m_isOver) m_isOver = waitpid(m_pid, &m_status, 0) == m_pid || errno != EINTR;
   Outcome outcome;
   if (WIFEXITED(m_status)) outcome.exitCode = WEXITSTATUS(m_status);
-  if (fs::is_regular_file(m_out)) outcome.out = TextOf(m_out);
-  outcome.err = TextOf(m_err);
+  if (fs::is_regular_file(m_out)) outcome.out = FileText(m_out);
+  outcome.err = FileText(m_err);
   return outcome;
 }
 
@@ -114,7 +114,9 @@ void ProgramTest::WriteText(const std::string& name, const std::string& text) co
   file << text;
 }
 
-std::string ProgramTest::ReadText(const std::string& name) const { return TextOf(m_folder / name); }
+std::string ProgramTest::ReadText(const std::string& name) const {
+  return FileText(m_folder / name);
+}
 
 std::vector<std::string> ProgramTest::Listing() const {
   std::vector<std::string> names;

@@ -14,7 +14,7 @@ using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
 template <class Members>
-const Members& Offered(const char* id) {
+const Members& OfferedService(const char* id) {
   return *static_cast<const Members*>(QelUtilExtensionGet(id));
 }
 
@@ -26,10 +26,10 @@ class OfferedServices : public fakehost::SelfTest {
     }
   }
   static void OfferQuery(QelPickQuery_pf query) {
-    Offered<QelPickQuery_s>(QEL_EXTENSION_PICK_QUERY).offer(query);
+    OfferedService<QelPickQuery_s>(QEL_EXTENSION_PICK_QUERY).offer(query);
   }
   static const QelShapeHandles_s& Handles() {
-    return Offered<QelShapeHandles_s>(QEL_EXTENSION_SHAPE_HANDLES);
+    return OfferedService<QelShapeHandles_s>(QEL_EXTENSION_SHAPE_HANDLES);
   }
   /// Forgets an offence that was wanted.
   void StartAnew() {
@@ -103,7 +103,7 @@ TEST_F(OfferedServices, ReportBadOffers) {
   EXPECT_THAT(host.Misuse(), IsEmpty());
   OfferQuery(SetsOddBits);
   EXPECT_THAT(host.Misuse(), SizeIs(1));
-  Offered<QelHistory_s>(QEL_EXTENSION_HISTORY).offer(nullptr);
+  OfferedService<QelHistory_s>(QEL_EXTENSION_HISTORY).offer(nullptr);
   EXPECT_THAT(host.Misuse(), SizeIs(2));
   StartAnew();
 }

@@ -20,7 +20,7 @@ const Service& Offered(const char* id) {
   return *static_cast<const Service*>(QelUtilExtensionGet(id));
 }
 
-const QelBulkAccess_s& BulkAccess() { return Offered<QelBulkAccess_s>(QEL_EXTENSION_BULK_ACCESS); }
+const QelBulkAccess_s& Access() { return Offered<QelBulkAccess_s>(QEL_EXTENSION_BULK_ACCESS); }
 
 class BulkAccessTest : public ::testing::Test {
  protected:
@@ -40,7 +40,7 @@ TEST_F(BulkAccessTest, ShowsEveryValueWhereItLies) {
   ShowBricks(3, 2, 2);
   for (LgIndex_t var = 1; var <= 4; ++var) {
     const QelFieldData* const field = QelUtilDataValueGetReadableNLRef(1, var);
-    ASSERT_TRUE(BulkAccess().fieldSpan(field, &span)) << var;
+    ASSERT_TRUE(Access().fieldSpan(field, &span)) << var;
     ASSERT_EQ(span.count, 12) << var;
     for (LgIndex_t node = 1; node <= 12; ++node) {
       EXPECT_EQ(At(span, node - 1), QelUtilDataValueGetByRef(field, node)) << var << " " << node;
@@ -50,13 +50,13 @@ TEST_F(BulkAccessTest, ShowsEveryValueWhereItLies) {
 
 TEST_F(BulkAccessTest, ShowsNoneOfWhatIsComputedOrUnknown) {
   ShowImage();
-  EXPECT_FALSE(BulkAccess().fieldSpan(QelUtilDataValueGetReadableNLRef(1, 1), &span));
-  EXPECT_FALSE(BulkAccess().fieldSpan(nullptr, &span));
-  EXPECT_FALSE(BulkAccess().fieldSpan(reinterpret_cast<const QelFieldData*>(&span), &span));
+  EXPECT_FALSE(Access().fieldSpan(QelUtilDataValueGetReadableNLRef(1, 1), &span));
+  EXPECT_FALSE(Access().fieldSpan(nullptr, &span));
+  EXPECT_FALSE(Access().fieldSpan(reinterpret_cast<const QelFieldData*>(&span), &span));
   ShowElements();
   const QelFieldData* const average = QelUtilDataValueGetReadableNLRef(1, 4);
-  EXPECT_FALSE(BulkAccess().fieldSpan(average, &span)) << "cells seen at nodes";
-  EXPECT_FALSE(BulkAccess().fieldSpan(QelUtilDataValueGetWritableNativeRef(1, 4), nullptr));
+  EXPECT_FALSE(Access().fieldSpan(average, &span)) << "cells seen at nodes";
+  EXPECT_FALSE(Access().fieldSpan(QelUtilDataValueGetWritableNativeRef(1, 4), nullptr));
 }
 
 TEST_F(BulkAccessTest, ValuesWrittenThroughASpanCountOnceTheHostIsTold) {
@@ -65,7 +65,7 @@ TEST_F(BulkAccessTest, ValuesWrittenThroughASpanCountOnceTheHostIsTold) {
   double max = 0.0;
   QelUtilVarGetMinMax(4, &min, &max);
   ASSERT_EQ(max, 7);
-  ASSERT_TRUE(BulkAccess().fieldSpan(QelUtilDataValueGetWritableNativeRef(1, 4), &span));
+  ASSERT_TRUE(Access().fieldSpan(QelUtilDataValueGetWritableNativeRef(1, 4), &span));
   ASSERT_EQ(span.type, FieldDataType_Float);
   static_cast<float*>(span.first)[3] = 40.0F;
   QelUtilStateChanged(StateChange_VarsAltered, 0);
@@ -81,7 +81,7 @@ TEST_F(BulkAccessTest, ValuesWrittenThroughASpanCountOnceTheHostIsTold) {
 
 TEST_F(BulkAccessTest, ValuesOnlyReadThroughASpanStayUnaltered) {
   ShowBricks(2, 2, 2);
-  ASSERT_TRUE(BulkAccess().fieldSpan(QelUtilDataValueGetReadableNLRef(1, 4), &span));
+  ASSERT_TRUE(Access().fieldSpan(QelUtilDataValueGetReadableNLRef(1, 4), &span));
   QelUtilStateChanged(StateChange_VarsAltered, 0);
   EXPECT_EQ(Host::Instance().frames.Active()->Data()->Writes().writes, 0);
 }
@@ -90,10 +90,10 @@ TEST_F(BulkAccessTest, WritesAreCountedOneByOneWhileAReportIsWanted) {
   ShowBricks(2, 2, 2);
   Host::Instance().watch.Start();
   QelFieldData* const p = QelUtilDataValueGetWritableNativeRef(1, 4);
-  EXPECT_FALSE(BulkAccess().fieldSpan(p, &span));
-  EXPECT_TRUE(BulkAccess().fieldSpan(QelUtilDataValueGetReadableNLRef(1, 1), &span));
+  EXPECT_FALSE(Access().fieldSpan(p, &span));
+  EXPECT_TRUE(Access().fieldSpan(QelUtilDataValueGetReadableNLRef(1, 1), &span));
   Host::Instance().watch.Finish();
-  EXPECT_TRUE(BulkAccess().fieldSpan(p, &span));
+  EXPECT_TRUE(Access().fieldSpan(p, &span));
 }
 
 TEST_F(BulkAccessTest, TheProjectionIsThatOfThePositions) {
@@ -106,7 +106,7 @@ TEST_F(BulkAccessTest, TheProjectionIsThatOfThePositions) {
     view.origin = {1.0 / 3, -2.5, 0.1 * turn};
     ASSERT_TRUE(QelUtilSetupTransformations());
     std::array<double, 16> m{};
-    ASSERT_TRUE(BulkAccess().projection(m.data()));
+    ASSERT_TRUE(Access().projection(m.data()));
     for (const std::array<double, 3>& p :
          {std::array<double, 3>{0, 0, 0}, {0.1, -7.3, 1e6}, {1e-9, 3, 1.0 / 3}}) {
       std::array<double, 3> grid{};
@@ -122,9 +122,9 @@ TEST_F(BulkAccessTest, TheProjectionIsThatOfThePositions) {
 
 TEST_F(BulkAccessTest, NothingIsShownWithoutAFrame) {
   std::array<double, 16> m{};
-  EXPECT_FALSE(BulkAccess().projection(m.data()));
+  EXPECT_FALSE(Access().projection(m.data()));
   ShowBricks(2, 2, 2);
-  EXPECT_FALSE(BulkAccess().projection(nullptr));
+  EXPECT_FALSE(Access().projection(nullptr));
 }
 
 struct RangeRow {

@@ -21,7 +21,7 @@ std::string Owner() {
   return QelUtilLockGetCurrentOwnerName(&name) ? Taken(name) : "none";
 }
 
-QelAddOn* AddOn() {
+QelAddOn* LoadedAddOn() {
   static QelAddOn* const addOn = QelUtilAddOnRegister(110, "Tester", "V1", "Me");
   return addOn;
 }
@@ -40,15 +40,15 @@ class Lock : public ::testing::Test {
 
 TEST_F(Lock, IsAStackOfOwners) {
   EXPECT_EQ(Owner(), "none");
-  QelUtilLockStart(AddOn());
-  QelUtilLockStart(AddOn());
+  QelUtilLockStart(LoadedAddOn());
+  QelUtilLockStart(LoadedAddOn());
   QelUtilLockOn();
   EXPECT_EQ(Owner(), "Workbench");
   QelUtilLockOff();
   EXPECT_EQ(Owner(), "Tester");
-  QelUtilLockFinish(AddOn());
+  QelUtilLockFinish(LoadedAddOn());
   EXPECT_TRUE(QelUtilLockIsOn());
-  QelUtilLockFinish(AddOn());
+  QelUtilLockFinish(LoadedAddOn());
   EXPECT_EQ(Owner(), "none");
 }
 
@@ -68,16 +68,16 @@ TEST_F(Lock, ANullAddOnIsIgnored) {
 TEST_F(Lock, AnAddOnHearsItsOwnChangesAsTheOwner) {
   ShowBricks(2, 2, 2);
   Heard().clear();
-  QelUtilLockStart(AddOn());
+  QelUtilLockStart(LoadedAddOn());
   EXPECT_TRUE(QelUtilMouseSetMode(Mouse_Zoom));
   EXPECT_TRUE(QelUtilViewRotate3D(RotateAxis_Psi, 90, 0, 0, 0, RotateOriginLocation_DefinedOrigin));
   EXPECT_TRUE(QelUtilMacroExecuteCommand("$!VIEW FIT"));
-  QelUtilLockFinish(AddOn());
+  QelUtilLockFinish(LoadedAddOn());
   EXPECT_THAT(Heard(), ElementsAre("25 by Tester", "7 THREEDVIEW by Tester", "10 by Workbench"));
 }
 
 TEST_F(Lock, RegistrationRefusesAnAddOnWithoutAName) {
-  EXPECT_NE(AddOn(), nullptr);
+  EXPECT_NE(LoadedAddOn(), nullptr);
   EXPECT_EQ(QelUtilAddOnRegister(110, nullptr, "V1", "Me"), nullptr);
   EXPECT_EQ(QelUtilAddOnRegister(110, "", "V1", "Me"), nullptr);
   EXPECT_EQ(QelUtilAddOnRegister(0, "Tester", "V1", "Me"), nullptr);

@@ -26,7 +26,7 @@ using ::testing::IsEmpty;
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 template <class Service>
-const Service& Offered(const char* id) {
+const Service& OfferedByHost(const char* id) {
   return *static_cast<const Service*>(QelUtilExtensionGet(id));
 }
 
@@ -92,10 +92,10 @@ class Offers : public ::testing::Test {
   }
 
   Host& host = Host::Instance();
-  const QelPickQuery_s& queries = Offered<QelPickQuery_s>(QEL_EXTENSION_PICK_QUERY);
-  const QelHistory_s& history = Offered<QelHistory_s>(QEL_EXTENSION_HISTORY);
-  const QelShapeHandles_s& shapes = Offered<QelShapeHandles_s>(QEL_EXTENSION_SHAPE_HANDLES);
-  const QelProgress_s& progress = Offered<QelProgress_s>(QEL_EXTENSION_PROGRESS);
+  const QelPickQuery_s& queries = OfferedByHost<QelPickQuery_s>(QEL_EXTENSION_PICK_QUERY);
+  const QelHistory_s& history = OfferedByHost<QelHistory_s>(QEL_EXTENSION_HISTORY);
+  const QelShapeHandles_s& shapes = OfferedByHost<QelShapeHandles_s>(QEL_EXTENSION_SHAPE_HANDLES);
+  const QelProgress_s& progress = OfferedByHost<QelProgress_s>(QEL_EXTENSION_PROGRESS);
 };
 
 TEST_F(Offers, OfNothingAreRefusedAndOneTwiceCountsOnce) {
@@ -207,7 +207,7 @@ TEST_F(Offers, AreToldOfUndoAndRedoWithTheLockFree) {
 
 TEST_F(Offers, OfAHistoryLetItSeeDirectWrites) {
   ShowOrdered(3, 3, 1);
-  const QelBulkAccess_s& bulk = Offered<QelBulkAccess_s>(QEL_EXTENSION_BULK_ACCESS);
+  const QelBulkAccess_s& bulk = OfferedByHost<QelBulkAccess_s>(QEL_EXTENSION_BULK_ACCESS);
   Perform(host, "Bulk", [&] {
     QelFieldSpan_s span{};
     ASSERT_TRUE(bulk.fieldSpan(QelUtilDataValueGetWritableNativeRef(1, 4), &span));

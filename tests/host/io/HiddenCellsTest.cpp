@@ -272,7 +272,7 @@ vtkSmartPointer<vtkDataSet> Load(const std::string& path) {
   return block;
 }
 
-struct Kind {
+struct HiddenKind {
   const char* name;
   const char* extension;
   vtkSmartPointer<vtkDataSet> (*make)();
@@ -281,7 +281,7 @@ struct Kind {
   bool hidesInSurface;
 };
 
-const Kind kKinds[] = {
+const HiddenKind kKinds[] = {
     {"Bricks", "vtu", Bricks, false, true},
     {"MixedCells", "vtu", MixedCells, false, true},
     {"Polyhedra", "vtu", Polyhedra, false, true},
@@ -297,7 +297,7 @@ const Kind kKinds[] = {
     {"LegacyImage", "vtk", ImageOfBoxes, true, true},
 };
 
-class HiddenCellsOfKind : public FolderTest, public ::testing::WithParamInterface<Kind> {
+class HiddenCellsOfKind : public FolderTest, public ::testing::WithParamInterface<HiddenKind> {
  protected:
   std::string File(const std::string& stem) const { return In(stem + '.' + GetParam().extension); }
   /// Of the format that the block has when cells have been left out.

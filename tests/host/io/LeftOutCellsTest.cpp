@@ -54,7 +54,7 @@ class LeftOutCells : public filetesting::FolderTest {
 };
 
 /// Three boxes in a row at positions that no float holds.
-vtkSmartPointer<vtkDataSet> Image() {
+vtkSmartPointer<vtkDataSet> ImageBlock() {
   auto image = vtkSmartPointer<vtkImageData>::New();
   image->SetDimensions(4, 2, 2);
   image->SetOrigin(1000.0000001, 0.1, 0.2);
@@ -62,7 +62,7 @@ vtkSmartPointer<vtkDataSet> Image() {
   return image;
 }
 
-vtkSmartPointer<vtkDataSet> Rectilinear() {
+vtkSmartPointer<vtkDataSet> RectilinearBlock() {
   vtkNew<vtkDoubleArray> x;
   for (const double tick : {1000.0000001, 1000.1, 1000.3, 1000.7}) x->InsertNextValue(tick);
   vtkNew<vtkDoubleArray> y;
@@ -76,8 +76,8 @@ vtkSmartPointer<vtkDataSet> Rectilinear() {
 }
 
 TEST_F(LeftOutCells, LeaveComputedPositionsUnrounded) {
-  const std::pair<const char*, vtkSmartPointer<vtkDataSet>> meshes[] = {{"in.vti", Image()},
-                                                                        {"in.vtr", Rectilinear()}};
+  const std::pair<const char*, vtkSmartPointer<vtkDataSet>> meshes[] = {
+      {"in.vti", ImageBlock()}, {"in.vtr", RectilinearBlock()}};
   for (const auto& [name, mesh] : meshes) {
     Hide(mesh, 1);
     const auto shown = WithoutHidden(mesh, name);
@@ -93,7 +93,7 @@ TEST_F(LeftOutCells, LeaveComputedPositionsUnrounded) {
 }
 
 TEST_F(LeftOutCells, StayInAPlainConversionUnrounded) {
-  const auto mesh = Image();
+  const auto mesh = ImageBlock();
   const auto all = WithoutHidden(mesh, "in.vti");
   ASSERT_EQ(all->GetNumberOfCells(), 3);
   double bounds[6];

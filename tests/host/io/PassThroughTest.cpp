@@ -28,7 +28,7 @@ using qelhost::WriteDataSet;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-const FileNode& NodeOf(const DataSet& data) {
+const FileNode& FileNodeOf(const DataSet& data) {
   return static_cast<const FileSource&>(*data.GetSource()).steps.at(0).root;
 }
 
@@ -43,13 +43,13 @@ void Alter(DataSet& data, vtkDataArray* expected, const std::string& variable, L
 
 /// Whether the copy was made without VTK's writer.
 bool IsPassedThrough(const DataSet& data, const std::string& path) {
-  const FileNode& node = NodeOf(data);
+  const FileNode& node = FileNodeOf(data);
   return node.xml != nullptr &&
          WritePassingThrough(*node.xml, node.block, data.TouchedArrays(), path);
 }
 
 /// One mesh in one encoding, with the data set that is read from it.
-struct Sample {
+struct PassedSample {
   vtkSmartPointer<vtkDataSet> mesh;  ///< as VTK has it from the file: it makes another type of some
   std::string source;
   std::string target;
@@ -60,12 +60,12 @@ using FormRow = std::tuple<Kind, Form>;
 class PassThrough : public FolderTest, public ::testing::WithParamInterface<FormRow> {
  protected:
   /// Calls the body for the mesh in every compression, header width and byte order.
-  void ForEachEncoding(const std::function<void(const Sample&)>& body) {
+  void ForEachEncoding(const std::function<void(const PassedSample&)>& body) {
     const auto& [kind, form] = GetParam();
     const auto mesh = kind.mesh();
     for (const Encoding& encoding : EncodingsOf(form)) {
       SCOPED_TRACE(NameOf(encoding));
-      Sample sample;
+      PassedSample sample;
       sample.source = In(std::string("source.") + kind.extension);
       sample.target = In(std::string("target.") + kind.extension);
       SaveEncoded(kind, encoding, mesh, sample.source);
@@ -77,26 +77,26 @@ class PassThrough : public FolderTest, public ::testing::WithParamInterface<Form
 };
 
 TEST_P(PassThrough, CopiesAnUntouchedFileWithoutReadingItsArrays) {
-  ForEachEncoding([&](const Sample& sample) {
+  ForEachEncoding([&](const PassedSample& sample) {
     const DataSetPtr data = ReadDataSet(sample.source);
     ASSERT_TRUE(IsPassedThrough(*data, sample.target));
     EXPECT_EQ(Contents(sample.target), Contents(sample.source));
-    for (const auto& [array, pending] : *NodeOf(*data).xml->pending) {
+    for (const auto& [array, pending] : *FileNodeOf(*data).xml->pending) {
       EXPECT_FALSE(pending->IsLoaded()) << array->GetName();
     }
   });
 }
 
 TEST_P(PassThrough, ReadsWhatVtkReads) {
-  ForEachEncoding([&](const Sample& sample) {
+  ForEachEncoding([&](const PassedSample& sample) {
     const DataSetPtr data = ReadDataSet(sample.source);
-    LoadAll(*NodeOf(*data).xml);
-    ExpectSame(NodeOf(*data).block, sample.mesh);
+    LoadAll(*FileNodeOf(*data).xml);
+    ExpectSame(FileNodeOf(*data).block, sample.mesh);
   });
 }
 
 TEST_P(PassThrough, WritesAlteredValuesOfEveryTypeAndNothingElse) {
-  ForEachEncoding([&](const Sample& sample) {
+  ForEachEncoding([&](const PassedSample& sample) {
     const DataSetPtr data = ReadDataSet(sample.source);
     const LgIndex_t last = static_cast<LgIndex_t>(sample.mesh->GetNumberOfCells()) - 1;
     for (const char* name : {"float", "double", "int8", "uint8", "uint16", "int32", "uint32",
@@ -114,7 +114,7 @@ TEST_P(PassThrough, WritesAlteredValuesOfEveryTypeAndNothingElse) {
 }
 
 TEST_P(PassThrough, WritesAlteredPlaces) {
-  ForEachEncoding([&](const Sample& sample) {
+  ForEachEncoding([&](const PassedSample& sample) {
     auto* const nodes = vtkPointSet::SafeDownCast(sample.mesh);
     if (nodes == nullptr) return;  // its places are computed
     const DataSetPtr data = ReadDataSet(sample.source);
@@ -125,7 +125,7 @@ TEST_P(PassThrough, WritesAlteredPlaces) {
 }
 
 TEST_P(PassThrough, AddsNewVariables) {
-  ForEachEncoding([&](const Sample& sample) {
+  ForEachEncoding([&](const PassedSample& sample) {
     const DataSetPtr data = ReadDataSet(sample.source);
     const auto add = [&](const char* name, QelFieldDataType_e type, QelValueLocation_e location) {
       const LgIndex_t var = data->AddVariable(name, {{type, location}}, false);
@@ -158,7 +158,7 @@ TEST_P(PassThrough, AddsNewVariables) {
 }
 
 TEST_P(PassThrough, TheFallbackWritesTheSame) {
-  ForEachEncoding([&](const Sample& sample) {
+  ForEachEncoding([&](const PassedSample& sample) {
     const DataSetPtr data = ReadDataSet(sample.source);
     Alter(*data, sample.mesh->GetPointData()->GetArray("double"), "double", 11, 1e300);
     FileSource copy = static_cast<const FileSource&>(*data->GetSource());
@@ -199,7 +199,7 @@ class PassThroughFile : public FolderTest {
 TEST_F(PassThroughFile, KeepsTheBytesOfBlocksThatHoldTheSameValues) {
   SaveSource(vtkXMLWriter::Appended, vtkXMLWriter::ZLIB);
   const DataSetPtr data = ReadDataSet(m_source);
-  const auto& xml = *NodeOf(*data).xml;
+  const auto& xml = *FileNodeOf(*data).xml;
   const auto places = [&xml](const qelhost::PayloadTable& table, const std::string& text) {
     std::vector<std::string> blocks;
     for (std::int64_t block = 0; block < table.BlockCount(); ++block) {
@@ -216,7 +216,7 @@ TEST_F(PassThroughFile, KeepsTheBytesOfBlocksThatHoldTheSameValues) {
   Alter(*data, m_mesh->GetPointData()->GetArray("double"), "double", 300, -1);
   WriteDataSet(*data, m_target);
   const DataSetPtr again = ReadDataSet(m_target);
-  const auto after = places(NodeOf(*again).xml->stored[first]->Table(), Contents(m_target));
+  const auto after = places(FileNodeOf(*again).xml->stored[first]->Table(), Contents(m_target));
   ASSERT_EQ(after.size(), before.size());
   for (std::size_t block = 0; block < before.size(); ++block) {
     const bool isAltered = block == 300 * sizeof(double) / 1024;
@@ -234,7 +234,7 @@ TEST_F(PassThroughFile, SaysWhatTheRangeOfAnAlteredArrayIsNow) {
   Alter(*data, m_mesh->GetPointData()->GetArray("vector"), "vector_X", 300, 1e6);
   WriteDataSet(*data, m_target);
   const DataSetPtr again = ReadDataSet(m_target);
-  const auto& arrays = NodeOf(*again).xml->layout.arrays;
+  const auto& arrays = FileNodeOf(*again).xml->layout.arrays;
   EXPECT_EQ(arrays[1].tag.Value("RangeMin"), "-8765.4321");
   EXPECT_EQ(arrays[2].name, "vector");
   double range[2];
@@ -249,7 +249,7 @@ TEST_F(PassThroughFile, ReadsTheArraysThatAreAskedForAlone) {
   const DataSetPtr data = ReadDataSet(m_source);
   data->ReadableAtNodes(1, data->VariableNumber("int32"));
   std::set<std::string> loaded;
-  for (const auto& [array, pending] : *NodeOf(*data).xml->pending) {
+  for (const auto& [array, pending] : *FileNodeOf(*data).xml->pending) {
     if (pending->IsLoaded()) loaded.insert(array->GetName());
   }
   EXPECT_EQ(loaded, std::set<std::string>{"int32"});
@@ -317,7 +317,7 @@ TEST_F(PassThroughFile, SaysWhichFileHoldsACompressedBlockThatIsDamaged) {
   std::string text = Contents(m_source);
   {
     const DataSetPtr data = ReadDataSet(m_source);
-    const auto& table = NodeOf(*data).xml->stored[1]->Table();
+    const auto& table = FileNodeOf(*data).xml->stored[1]->Table();
     text[static_cast<std::size_t>(table.EncodedBegin(3) + 9)] ^= 0x55;
   }
   filetesting::Save(m_source, text);
@@ -343,7 +343,7 @@ TEST_F(PassThroughFile, NarrowConnectivityIsWrittenAsWideAsItWas) {
     writer->SetInputData(m_mesh);
     ASSERT_EQ(writer->Write(), 1);
     const DataSetPtr data = ReadDataSet(m_source);
-    auto* const grid = vtkUnstructuredGrid::SafeDownCast(NodeOf(*data).block);
+    auto* const grid = vtkUnstructuredGrid::SafeDownCast(FileNodeOf(*data).block);
     EXPECT_FALSE(grid->GetCells()->IsStorage64Bit());
     // A text file is written by VTK.
     WriteDataSet(*data, In("other.vtk"));
@@ -380,7 +380,7 @@ TEST_P(LeftToVtk, KeepsItsValues) {
   filetesting::Save(m_source, text);
 
   const DataSetPtr data = ReadDataSet(m_source);
-  EXPECT_EQ(NodeOf(*data).xml, nullptr);
+  EXPECT_EQ(FileNodeOf(*data).xml, nullptr);
   const auto expected = ReadByVtk(m_source);
   Alter(*data, expected->GetPointData()->GetArray("float"), "float", 4, 1.5);
   WriteDataSet(*data, m_target);

@@ -74,7 +74,7 @@ const Mode kModes[] = {
      }},
 };
 
-struct Kind {
+struct TripKind {
   const char* extension;
   vtkSmartPointer<vtkDataSet> (*mesh)();
   vtkSmartPointer<vtkXMLWriter> (*writer)();
@@ -85,7 +85,7 @@ vtkSmartPointer<vtkXMLWriter> Make() {
   return vtkSmartPointer<Writer>::New();
 }
 
-const Kind kKinds[] = {
+const TripKind kTripKinds[] = {
     {"vtu", [] { return vtkSmartPointer<vtkDataSet>(TwoBricks()); },
      Make<vtkXMLUnstructuredGridWriter>},
     {"vtp", [] { return vtkSmartPointer<vtkDataSet>(TwoTriangles()); }, Make<vtkXMLPolyDataWriter>},
@@ -97,7 +97,7 @@ const Kind kKinds[] = {
 };
 
 class XmlRoundTrip : public FolderTest,
-                     public ::testing::WithParamInterface<std::tuple<Kind, Mode>> {};
+                     public ::testing::WithParamInterface<std::tuple<TripKind, Mode>> {};
 
 /// VTK wrote the file, so what the file stores, and how, is equal when the files are.
 TEST_P(XmlRoundTrip, UntouchedFileComesBackByteForByte) {
@@ -116,7 +116,7 @@ TEST_P(XmlRoundTrip, UntouchedFileComesBackByteForByte) {
 }
 
 INSTANTIATE_TEST_SUITE_P(KindsAndModes, XmlRoundTrip,
-                         ::testing::Combine(::testing::ValuesIn(kKinds),
+                         ::testing::Combine(::testing::ValuesIn(kTripKinds),
                                             ::testing::ValuesIn(kModes)),
                          [](const auto& row) {
                            return std::string(std::get<0>(row.param).extension) +

@@ -61,14 +61,14 @@ class XmlLayout : public FolderTest {
   vtkSmartPointer<vtkUnstructuredGrid> m_mesh;
 };
 
-const qelhost::FileNode& NodeOf(const DataSet& data) {
+const qelhost::FileNode& OnlyNodeOf(const DataSet& data) {
   return static_cast<const FileSource&>(*data.GetSource()).steps.at(0).root;
 }
 
 TEST_F(XmlLayout, LeavesArraysInAFileThatHasNotesOfItsOwn) {
-  EXPECT_NE(NodeOf(*ReadDataSet(Saved(RawBricks()))).xml, nullptr);
+  EXPECT_NE(OnlyNodeOf(*ReadDataSet(Saved(RawBricks()))).xml, nullptr);
   m_mesh->GetFieldData()->Initialize();
-  EXPECT_NE(NodeOf(*ReadDataSet(Saved(RawBricks()))).xml, nullptr);
+  EXPECT_NE(OnlyNodeOf(*ReadDataSet(Saved(RawBricks()))).xml, nullptr);
 }
 
 TEST_F(XmlLayout, ArraysInACommentAreNone) {
@@ -89,7 +89,7 @@ TEST_F(XmlLayout, NamesOfActiveArraysAreReadLikeTheirOwn) {
   text = Replaced(text, "Name=\"p\"", "Name='a&lt;b>c'");
   const DataSetPtr data = ReadDataSet(Saved(text));
   EXPECT_NE(data->VariableNumber("a<b>c"), 0);
-  vtkDataArray* const active = NodeOf(*data).block->GetPointData()->GetScalars();
+  vtkDataArray* const active = OnlyNodeOf(*data).block->GetPointData()->GetScalars();
   ASSERT_NE(active, nullptr);
   EXPECT_STREQ(active->GetName(), "a<b>c");
 }
@@ -104,7 +104,7 @@ TEST_F(XmlLayout, AnOffsetCountsWhateverTheFormatIsCalled) {
   data->Writable(1, p)->set(data->Writable(1, p), 0, 12);
   data->AddVariable("longer", {{FieldDataType_Double, ValueLocation_Nodal}}, false);
   WriteDataSet(*data, In("target.vtu"));
-  ExpectSame(ReadByVtk(In("target.vtu")), NodeOf(*data).block);
+  ExpectSame(ReadByVtk(In("target.vtu")), OnlyNodeOf(*data).block);
 }
 
 TEST_F(XmlLayout, TagsThatDoNotMatchAreRefused) {
@@ -195,7 +195,7 @@ TEST_F(XmlLayout, SeveralPiecesFillAnExtentTogether) {
   ASSERT_EQ(writer->Write(), 1);
   const std::string text = Contents(path);
   ASSERT_NE(text.find("<Piece"), text.rfind("<Piece"));
-  ExpectSame(NodeOf(*ReadDataSet(path)).block, ReadByVtk(path));
+  ExpectSame(OnlyNodeOf(*ReadDataSet(path)).block, ReadByVtk(path));
   const std::size_t last = text.rfind("<Piece");
   const std::size_t end = text.find("</Piece>", last) + std::strlen("</Piece>");
   Save(path, text.substr(0, last) + text.substr(end));
@@ -224,7 +224,7 @@ TEST_F(XmlLayout, ADamagedArrayOfMarksIsAnErrorOfTheFile) {
   m_mesh->GetCellData()->AddArray(marks);
   m_mesh->GetFieldData()->Initialize();
   const DataSetPtr data = ReadDataSet(Saved(RawBricks(vtkXMLWriter::ZLIB)));
-  const auto& xml = *NodeOf(*data).xml;
+  const auto& xml = *OnlyNodeOf(*data).xml;
   std::string text = Contents(In("changed.vtu"));
   for (std::size_t n = 0; n < xml.stored.size(); ++n) {
     if (xml.layout.arrays[n].name != marks->GetName()) continue;
@@ -329,7 +329,7 @@ TEST_F(XmlLayout, FilesAreCheckedWhenNoneMayStayOpen) {
   const auto data = ReadDataSet(Saved(good));
   const std::string error = ErrorOf(Replaced(good, "NumberOfPoints=\"12", "NumberOfPoints=\"13"));
   ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
-  EXPECT_EQ(NodeOf(*data).xml, nullptr) << "the test means files that do not stay open";
+  EXPECT_EQ(OnlyNodeOf(*data).xml, nullptr) << "the test means files that do not stay open";
   EXPECT_EQ(error, "damaged: array \"p\" is incomplete");
 }
 
@@ -342,7 +342,7 @@ TEST_F(XmlLayout, GhostLevelsOfOldFilesAreMarks) {
   m_mesh->GetCellData()->AddArray(levels);
   const std::string path = Saved(RawBricks());
   const auto data = ReadDataSet(path);
-  ExpectSame(NodeOf(*data).block, ReadByVtk(path));
+  ExpectSame(OnlyNodeOf(*data).block, ReadByVtk(path));
 }
 
 }  // namespace

@@ -26,7 +26,7 @@ class UserActions : public ::testing::Test {
   Host& host = Host::Instance();
 };
 
-struct Row {
+struct ActionRow {
   const char* name;
   Geometry geometry;
   const char* command;
@@ -42,7 +42,7 @@ Geometry Shape(QelGeomType_e type, double x, double y, double a, double b,
 }
 
 TEST_F(UserActions, EveryShapeIsDrawnByItsOwnCommand) {
-  const Row rows[] = {
+  const ActionRow rows[] = {
       {"Rectangle", Shape(GeomType_Rectangle, 1, -2, 3, 4.5),
        "$!GEOMETRY RECTANGLE X=1 Y=-2 WIDTH=3 HEIGHT=4.5"},
       {"Square", Shape(GeomType_Square, 0, 0, 1e-7, 0), "$!GEOMETRY SQUARE X=0 Y=0 SIZE=1e-07"},
@@ -52,7 +52,7 @@ TEST_F(UserActions, EveryShapeIsDrawnByItsOwnCommand) {
        "$!GEOMETRY ELLIPSE X=0 Y=0 WIDTH=2 HEIGHT=1"},
       {"Polyline", Shape(GeomType_LineSegs, 1, 2, 0, 0, {{{0, 0}}, {{1.5, 0}}, {{0, -1}}}),
        "$!GEOMETRY POLYLINE X=1 Y=2 POINTS=\"0,0 1.5,0 0,-1\""}};
-  for (const Row& row : rows) {
+  for (const ActionRow& row : rows) {
     SCOPED_TRACE(row.name);
     EXPECT_EQ(DrawCommand(row.geometry), row.command);
     Act(host, DrawCommand(row.geometry));

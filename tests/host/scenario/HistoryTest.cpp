@@ -1,4 +1,5 @@
 // The window's undo and redo beside the add-on's own.
+#include "Props.h"
 #include "User.h"
 
 #include "DataSetFiles.h"
@@ -23,30 +24,17 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-constexpr char kRectangleTool[] = "Define pick area using a rectangle";
-constexpr char kElementTool[] = "Pick individual cells/nodes";
-constexpr char kSphereTool[] = "Define pick area using a sphere";
-// The dialog's spin fields in the order in which they are made.
-constexpr int kCenterZ = 9;
-constexpr int kCenterY = 10;
-constexpr int kCenterX = 11;
-constexpr int kRadius = 12;
-
-using Values = std::vector<std::vector<double>>;
-
-std::vector<DataSetPtr> OneCube() { return {Cube(4)}; }
-std::vector<DataSetPtr> OnePlate() { return {Plate(6)}; }
-std::vector<DataSetPtr> TwoCubes() { return {Cube(3), Cube(5)}; }
+using AllValues = std::vector<std::vector<double>>;
 
 DataSet& Active(const User& user) { return *user.host.frames.Active()->Data(); }
-Values Now(const User& user) { return ValuesOf(Active(user)); }
+AllValues Now(const User& user) { return ValuesOf(Active(user)); }
 
 std::vector<std::string> UndoNames(const User& user) {
   return user.host.history.UndoNames(Active(user).Id());
 }
 
 /// As many variables as there were before one was added.
-Values FirstOf(Values values, std::size_t count) {
+AllValues FirstOf(AllValues values, std::size_t count) {
   values.resize(std::min(count, values.size()));
   return values;
 }
@@ -61,7 +49,7 @@ void AlterInARectangle(User& user, const char* variable, const char* modifier) {
 
 TEST(History, TakesBackWhatEachDeedAlteredAndReplaysTheSame) {
   User user(OnePlate);
-  std::vector<Values> states = {Now(user)};
+  std::vector<AllValues> states = {Now(user)};
   user.OpenDialog();
   AlterInARectangle(user, "p", "*3");
   states.push_back(Now(user));
@@ -93,7 +81,7 @@ TEST(History, OfTheAddOnAndOfTheWindowReplayTogether) {
   user.OpenDialog();
   AlterInARectangle(user, "p", "*1.1");
   user.Press("Undo last alter");
-  const Values undone = Now(user);
+  const AllValues undone = Now(user);
   UndoLast(user.host);
   RedoLast(user.host);
   EXPECT_EQ(Now(user), undone);
@@ -114,7 +102,7 @@ TEST(History, OfTheAddOnAndOfTheWindowReplayTogether) {
 
 TEST(History, OfHiddenCellsLeavesTheVariableAtZero) {
   User user(OneCube);
-  const Values before = Now(user);
+  const AllValues before = Now(user);
   user.OpenDialog();
   user.Page(2);
   user.Tool(kSphereTool);
@@ -196,7 +184,7 @@ TEST(Preview, ShowsWhatApplyingChangesAndNoHiddenCell) {
 
 TEST(History, OfOneCellIsOneClick) {
   User user(OneCube);
-  const Values before = Now(user);
+  const AllValues before = Now(user);
   user.OpenDialog();
   user.ChooseVariable("c");
   user.EnterModifier("+4");
@@ -212,11 +200,11 @@ TEST(History, OfOneCellIsOneClick) {
 
 TEST(History, BelongsToTheDataSetOfTheActiveFrame) {
   User user(TwoCubes);
-  const Values first = Now(user);
+  const AllValues first = Now(user);
   user.OpenDialog();
   AlterInARectangle(user, "p", "*2");
   user.Do("$!FRAME 2");
-  const Values second = Now(user);
+  const AllValues second = Now(user);
   EXPECT_THROW(UndoLast(user.host), CommandError);
   user.OpenDialog();
   AlterInARectangle(user, "c", "=3");
@@ -249,7 +237,7 @@ TEST(History, IsGoneWithTheData) {
 
 TEST(History, OfPlayedLinesHasAStepALine) {
   User user(OnePlate);
-  const Values before = Now(user);
+  const AllValues before = Now(user);
   Player player(user.host);
   const auto play = [&](const char* line) {
     const LineResult result = PlayLine(user.host, player, line);

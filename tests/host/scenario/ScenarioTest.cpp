@@ -1,4 +1,5 @@
 // Stories from menu to values, each played back from what was recorded.
+#include "Props.h"
 #include "User.h"
 
 #include "DataSetFiles.h"
@@ -19,30 +20,6 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-
-std::vector<qelhost::DataSetPtr> OneCube() { return {Cube(4)}; }
-std::vector<qelhost::DataSetPtr> OnePlate() { return {Plate(6)}; }
-std::vector<qelhost::DataSetPtr> TwoCubes() { return {Cube(3), Cube(5)}; }
-std::vector<qelhost::DataSetPtr> CubeAndPlate() { return {Cube(3), Plate(5)}; }
-
-constexpr char kRectangleTool[] = "Define pick area using a rectangle";
-constexpr char kCircleTool[] = "Define pick area using a circle";
-constexpr char kPolygonTool[] = "Define pick area using a polygon";
-constexpr char kCubeTool[] = "Define pick area using a cube";
-constexpr char kSphereTool[] = "Define pick area using a sphere";
-constexpr char kElementTool[] = "Pick individual cells/nodes";
-// The dialog's spin fields in the order in which they are made.
-constexpr int kSizeX = 3;
-constexpr int kRotateZ = 4;
-constexpr int kAnchorX = 6;
-constexpr int kAnchorY = 7;
-constexpr int kAnchorZ = 8;
-constexpr int kSizeZ = 1;
-constexpr int kSizeY = 2;
-constexpr int kCenterZ = 9;
-constexpr int kCenterY = 10;
-constexpr int kCenterX = 11;
-constexpr int kRadius = 12;
 
 double Sum(const std::vector<double>& values) {
   double sum = 0;
