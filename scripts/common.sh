@@ -79,11 +79,12 @@ build() {
     die "building preset $preset failed"
 }
 
-# summarise_survivors LOG: adds up the lines "N things, M survived" and "N runs, M crashes" of the
-# programs that try to break something, a line a thing; prints other programs' last line of figures.
+# summarise_survivors LOG: adds up the lines "N things, M survived" and "N things, M crashes" of the
+# programs that try to break something, a line for each thing; the soak's line as it stands.
 summarise_survivors() {
   awk '
-    match($0, /[0-9]+ [a-z ]+, [0-9]+ (survived|crashes|equal)/) {
+    /^[0-9]+ journals, .* equal/ { print; next }
+    match($0, /[0-9]+ [a-z ]+, [0-9]+ (survived|crashes)/) {
       found = substr($0, RSTART, RLENGTH)
       tried = found + 0
       split(found, halves, ", ")
