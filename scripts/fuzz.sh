@@ -4,6 +4,9 @@
 # build-fuzz/found/ afterwards; an input that breaks something in build-fuzz/crashes/.
 #
 #   scripts/fuzz.sh [SECONDS] [TARGET...]
+#
+# Up to a minute goes the same way each time, so that a test run that fails can be run again; longer runs
+# go another way each time.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
@@ -40,6 +43,7 @@ run_target() {
   # Looking for leaks after every input would take most of the time.
   local options=(-max_total_time="$seconds" -detect_leaks=0 -print_final_stats=1)
   dictionary=$(dictionary_of "$target")
+  [ "$seconds" -gt 60 ] || options+=(-seed=1)
   [ -z "$dictionary" ] || options+=(-dict="$dictionary")
   local result=0
   { "$programs/$target" "${limits[@]}" "${options[@]}" "$found/$target" "$corpus" >"$log" 2>&1 &&
