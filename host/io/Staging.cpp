@@ -189,10 +189,18 @@ StagedTarget::StagedTarget(const std::string& path, std::vector<std::string> old
   m_directory = real.parent_path().string();
   // Named as the caller named it: the real name of a link is nobody's business in the index.
   m_stem = fs::path(path).stem().string();
-  if (!fs::is_directory(m_directory)) throw FileError(path, "its folder does not exist");
-  if (fs::is_directory(real)) throw FileError(path, "Is a directory");
+  std::error_code error;
+  const fs::file_status folder = fs::status(m_directory, error);
+  if (!fs::is_directory(folder)) {
+    const bool isUnknown = folder.type() == fs::file_type::none;
+    throw FileError(path, isUnknown ? error.message() : "its folder does not exist");
+  }
+  const fs::file_status target = fs::status(real, error);
+  if (fs::is_directory(target)) throw FileError(path, "Is a directory");
   // Renamed over, a pipe or a device would be gone.
-  if (fs::exists(real) && !fs::is_regular_file(real)) throw FileError(path, "is no regular file");
+  if (fs::exists(target) && !fs::is_regular_file(target)) {
+    throw FileError(path, "is no regular file");
+  }
   const std::string start = StartOfWorkNames(real);
   RemoveAbandoned(m_directory, start);
   MakeWorkFolder(path, start);
