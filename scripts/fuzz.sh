@@ -1,17 +1,15 @@
 #!/usr/bin/env bash
-# Builds the fuzz targets and runs each on its corpus for the given time, half a minute when none is
-# given; then its corpus once more, watched for leaks. What covers more than the corpus does lies in
-# build-fuzz/found/ afterwards; an input that breaks something in build-fuzz/crashes/.
+# Builds the fuzz targets and runs each on its corpus for the given time, then its corpus once more,
+# watched for leaks. What covers more than the corpus does lies in build-fuzz/found/ afterwards; an
+# input that breaks something in build-fuzz/crashes/.
 #
-#   scripts/fuzz.sh [SECONDS] [TARGET...]
-#
-# Up to a minute goes the same way each time, so that a test run that fails can be run again; longer runs
-# go another way each time.
+#   scripts/fuzz.sh SECONDS [TARGET...]
+#   scripts/fuzz.sh corpus [TARGET...]   the corpus alone: goes the same way each time
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
-seconds=${1-30}
-[[ $seconds =~ ^[1-9][0-9]*$ ]] || die "not a number of seconds: $seconds"
+seconds=${1-}
+[[ $seconds =~ ^([1-9][0-9]*|corpus)$ ]] || die "say a number of seconds, or corpus"
 shift $(($# > 0 ? 1 : 0))
 
 install_missing "${build_packages[@]}" "${test_packages[@]}"
@@ -41,9 +39,9 @@ run_target() {
   local target=$1 dictionary log=$crashes/$1.log corpus=$root/fuzz/corpus/$1
   local limits=(-timeout=60 -rss_limit_mb=2048 -artifact_prefix="$crashes/$target-")
   # Looking for leaks after every input would take most of the time.
-  local options=(-max_total_time="$seconds" -detect_leaks=0 -print_final_stats=1)
+  local options=(-detect_leaks=0 -print_final_stats=1)
+  if [ "$seconds" = corpus ]; then options+=(-runs=0); else options+=(-max_total_time="$seconds"); fi
   dictionary=$(dictionary_of "$target")
-  [ "$seconds" -gt 60 ] || options+=(-seed=1)
   [ -z "$dictionary" ] || options+=(-dict="$dictionary")
   local result=0
   { "$programs/$target" "${limits[@]}" "${options[@]}" "$found/$target" "$corpus" >"$log" 2>&1 &&

@@ -71,7 +71,8 @@ bool Selvane::PickElement(LgIndex_t zone, LgIndex_t element) {
 }
 
 void Selvane::AlterElement(const FieldWriter& writer, LgIndex_t element) {
-  AlterValue(writer, m_lastApplied, element);
+  // A number below the first is accepted, and there is nothing to alter.
+  if (element >= 1) AlterValue(writer, m_lastApplied, element);
   m_pickedElement = element;
   m_pickedZone = writer.zone;
   FinishZone(writer, 1);
