@@ -331,7 +331,7 @@ class Boundary3dOracle : public fakehost::FakeHostTest,
 TEST_P(Boundary3dOracle, AgreesWithTheDefinition) {
   int insideCount = 0;
   int outsideCount = 0;
-  for (unsigned seed = 1; seed <= 400; ++seed) {
+  for (unsigned seed = 1; seed <= 480; ++seed) {
     Random random(seed);
     const auto type = static_cast<QelZoneType_e>(seed % 8);
     Definition definition;
@@ -356,8 +356,8 @@ TEST_P(Boundary3dOracle, AgreesWithTheDefinition) {
     host.Deliver(StateChange_NewLayout);
     if (HasFailure()) return;
   }
-  EXPECT_GT(insideCount, 400);
-  EXPECT_GT(outsideCount, 400);
+  EXPECT_GT(insideCount, 500);
+  EXPECT_GT(outsideCount, 500);
 }
 
 INSTANTIATE_TEST_SUITE_P(Shapes, Boundary3dOracle,
