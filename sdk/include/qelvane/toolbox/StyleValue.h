@@ -23,7 +23,7 @@ class StyleValue {
   static constexpr std::size_t kMaxNames = 7;
 
   StyleValue() = default;
-  // NOLINTNEXTLINE(google-explicit-constructor)
+  // A list of names is no style value by itself. NOLINTNEXTLINE(google-explicit-constructor)
   explicit StyleValue(std::initializer_list<const char*> names) {
     initMacroIDsfromStyleValueNames(std::vector<std::string>(names.begin(), names.end()));
   }
