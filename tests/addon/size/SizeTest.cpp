@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
-#include <limits>
 #include <memory>
 #include <ostream>
 #include <string>
@@ -21,7 +20,6 @@ namespace {
 using namespace sparse;
 using fakehost::StoredType;
 
-constexpr std::int64_t kMost = std::numeric_limits<LgIndex_t>::max();
 constexpr std::int64_t kFew = 4099;
 
 // All of them have the three far nodes inside and no other.
@@ -44,9 +42,6 @@ struct SizeRow {
 
 void PrintTo(const SizeRow& row, std::ostream* out) { *out << row.name; }
 
-constexpr LgIndex_t kNodal = 4;
-constexpr LgIndex_t kAtCells = 5;
-constexpr LgIndex_t kBlank = 6;
 constexpr const char* kNames[] = {"", "X", "Y", "Z", "n", "c", "PICK_BLANK"};
 
 class SizeTest : public fakehost::FakeHostTest, public ::testing::WithParamInterface<SizeRow> {
@@ -79,7 +74,7 @@ class SizeTest : public fakehost::FakeHostTest, public ::testing::WithParamInter
 
   bool IsTaken(LgIndex_t var, int rule, std::int64_t item) const {
     std::vector<std::int64_t> corners = {item};
-    if (var != kNodal) corners = m_zone->Corners(item);
+    if (var != SparseZone::kNodal) corners = m_zone->Corners(item);
     const bool wantsOutside = rule % 2 == 1;
     const auto isOnSide = [&](std::int64_t node) { return m_zone->IsFar(node) != wantsOutside; };
     return rule >= 2 ? std::all_of(corners.begin(), corners.end(), isOnSide)
@@ -122,9 +117,9 @@ class SizeTest : public fakehost::FakeHostTest, public ::testing::WithParamInter
   /// What hides by writing 1, and shows again by writing 0.
   void Blank(const std::string& line, int rule) {
     PlayWell(line);
-    ExpectAtEnds(kBlank, rule, false, 1.0, line);
+    ExpectAtEnds(SparseZone::kBlank, rule, false, 1.0, line);
     PlayWell("UNDOBLANK");
-    ExpectAtEnds(kBlank, rule, false, 0.0, "UNDOBLANK");
+    ExpectAtEnds(SparseZone::kBlank, rule, false, 0.0, "UNDOBLANK");
   }
 
   void AlterLast(LgIndex_t var) {
@@ -153,24 +148,24 @@ TEST_P(ManyCells, AreAlteredByEveryBoundaryAndRule) {
   for (const char* boundary : kFlatBoundaries) {
     SCOPED_TRACE(boundary);
     PlayWell(boundary);
-    for (int rule = 0; rule < 4; ++rule) Alter(kAtCells, rule);
-    Alter(kNodal, 2);
+    for (int rule = 0; rule < 4; ++rule) Alter(SparseZone::kAtCells, rule);
+    Alter(SparseZone::kNodal, 2);
   }
   host.ActiveFrame().plotType = PlotType_Cartesian3D;
   for (const char* boundary : kSolidBoundaries) {
     SCOPED_TRACE(boundary);
     PlayWell(boundary);
-    for (int rule = 0; rule < 4; ++rule) Alter(kAtCells, rule);
+    for (int rule = 0; rule < 4; ++rule) Alter(SparseZone::kAtCells, rule);
   }
 }
 
 TEST_P(ManyCells, AreAlteredAndHiddenOneByOne) {
   for (const Shown shown : {Shown::ByAccessors, Shown::BySpansAtEnds}) {
     Show(shown);
-    AlterLast(kAtCells);
-    AlterLast(kNodal);
+    AlterLast(SparseZone::kAtCells);
+    AlterLast(SparseZone::kNodal);
     PlayWell("BLANKELEMENT ZONE=1 ELEMENT=2147483647");
-    EXPECT_EQ(m_zone->Variable(kBlank).Get(kMost - 1), 1.0);
+    EXPECT_EQ(m_zone->Variable(SparseZone::kBlank).Get(kMost - 1), 1.0);
   }
 }
 
@@ -197,9 +192,9 @@ TEST_P(ManySolids, HaveASurface) {
   PlayWell(kRectangle);
   const std::string seed = " ZONE=1 SEEDPOINT=" + std::to_string(kFew);
   PlayWell("ALTERSURFACE VARIABLE=\"c\" MODIFIER=\"+3\" RULE=ANYINSIDE" + seed);
-  ExpectAtEnds(kAtCells, 0, false, 3.0, "altered");
+  ExpectAtEnds(SparseZone::kAtCells, 0, false, 3.0, "altered");
   PlayWell("UNDOALTER");
-  ExpectAtEnds(kAtCells, 0, false, 0.0, "undone");
+  ExpectAtEnds(SparseZone::kAtCells, 0, false, 0.0, "undone");
   Blank("BLANKSURFACE RULE=ANYINSIDE" + seed, 0);
 }
 
@@ -223,17 +218,17 @@ class WholeZones : public SizeTest {
   void PickEverywhere(Shown shown) {
     Show(shown);
     PlayWell(kRectangle);
-    Alter(kNodal, 0);
-    Alter(kAtCells, 0);
-    Alter(kAtCells, 2, true);
-    Alter(kNodal, 2, true);
+    Alter(SparseZone::kNodal, 0);
+    Alter(SparseZone::kAtCells, 0);
+    Alter(SparseZone::kAtCells, 2, true);
+    Alter(SparseZone::kNodal, 2, true);
     Blank("BLANKAREA RULE=ALLINSIDE", 2);
-    AlterLast(kNodal);
-    AlterLast(kAtCells);
+    AlterLast(SparseZone::kNodal);
+    AlterLast(SparseZone::kAtCells);
     PlayWell("ALTERSURFACE VARIABLE=\"n\" MODIFIER=\"=3\" RULE=ANYINSIDE ZONE=1 SEEDPOINT=" +
-             std::to_string(CountOf(kNodal)));
-    EXPECT_EQ(m_zone->Variable(kNodal).Get(CountOf(kNodal) - 1), 3.0);
-    EXPECT_EQ(m_zone->Variable(kNodal).Get(0), 0.0);
+             std::to_string(CountOf(SparseZone::kNodal)));
+    EXPECT_EQ(m_zone->Variable(SparseZone::kNodal).Get(CountOf(SparseZone::kNodal) - 1), 3.0);
+    EXPECT_EQ(m_zone->Variable(SparseZone::kNodal).Get(0), 0.0);
   }
 };
 
@@ -245,7 +240,7 @@ TEST_P(WholeZones, AreWalkedFromANodeOfAllCells) {
   // The first node alone: none of its billions of cells has a face on the surface.
   PlayWell("PICKRECTANGLE ANCHORX=-0.5 ANCHORY=-1 SIZEX=1 SIZEY=2");
   PlayWell("ALTERSURFACE VARIABLE=\"n\" MODIFIER=\"=3\" RULE=ANYINSIDE ZONE=1 SEEDPOINT=1");
-  EXPECT_EQ(m_zone->Variable(kNodal).Get(CountOf(kNodal) - 1), 0.0);
+  EXPECT_EQ(m_zone->Variable(SparseZone::kNodal).Get(CountOf(SparseZone::kNodal) - 1), 0.0);
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -6,10 +6,14 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <vector>
 
 namespace sparse {
+
+/// Of nodes, cells and all else: what a host can count.
+constexpr std::int64_t kMost = std::numeric_limits<LgIndex_t>::max();
 
 /// Zeros of which only those that are written to take up memory.
 class SparseMemory {
@@ -51,6 +55,9 @@ Size OrderedSize(LgIndex_t i, LgIndex_t j, LgIndex_t k);
 class SparseZone {
  public:
   static constexpr LgIndex_t kVariables = 6;  ///< X, Y, Z, one at nodes, one at cells, PICK_BLANK
+  static constexpr LgIndex_t kNodal = 4;
+  static constexpr LgIndex_t kAtCells = 5;
+  static constexpr LgIndex_t kBlank = 6;
 
   explicit SparseZone(const Size& size);
 
