@@ -27,21 +27,19 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <optional>
 
 #include "CarefulWriter.h"
 #include "FileError.h"
 #include "Formats.h"
 #include "Staging.h"
 #include "VtkErrors.h"
+#include "WritableBlock.h"
 #include "WriteCancel.h"
 #include "xml/PassThrough.h"
-#include "xml/XmlTags.h"
 
 namespace qelhost {
 namespace {
@@ -88,6 +86,8 @@ void SetEncoding(vtkXMLWriter* writer, const FileEncoding& encoding, vtkDataSet*
   writer->SetDataMode(encoding.mode == DataMode::Ascii    ? vtkXMLWriter::Ascii
                       : encoding.mode == DataMode::Binary ? vtkXMLWriter::Binary
                                                           : vtkXMLWriter::Appended);
+  // Rather a binary file than one that cannot be read.
+  if (encoding.mode == DataMode::Ascii && !FitsText(block)) writer->SetDataModeToBinary();
   // Also decides whether the file begins with an XML declaration, in every mode.
   writer->SetEncodeAppendedData(encoding.mode != DataMode::AppendedRaw);
   // A new writer compresses by zlib at zlib's own level; choosing zlib would choose another level.
@@ -154,112 +154,12 @@ vtkSmartPointer<vtkDataSet> AsUnstructured(vtkDataSet* block) {
   return grid;
 }
 
-/// All arrays of a block but those of its cells, null ones among them.
-std::vector<vtkAbstractArray*> ArraysOf(vtkDataSet* block) {
-  std::vector<vtkAbstractArray*> arrays;
-  for (vtkFieldData* data :
-       {static_cast<vtkFieldData*>(block->GetPointData()),
-        static_cast<vtkFieldData*>(block->GetCellData()), block->GetFieldData()}) {
-    for (int i = 0; i < data->GetNumberOfArrays(); ++i) arrays.push_back(data->GetAbstractArray(i));
-  }
-  auto* const set = vtkPointSet::SafeDownCast(block);
-  if (set != nullptr && set->GetPoints() != nullptr) arrays.push_back(set->GetPoints()->GetData());
-  if (auto* const grid = vtkRectilinearGrid::SafeDownCast(block)) {
-    arrays.insert(arrays.end(),
-                  {grid->GetXCoordinates(), grid->GetYCoordinates(), grid->GetZCoordinates()});
-  }
-  return arrays;
-}
-
-/// A name as it must stand in an XML file. VTK's writers print names as they are.
-std::string NameInXml(const char* name, const std::string& path) {
-  const std::optional<std::string> text = AttributeText(name);
-  if (text) return *text;
-  throw FileError(path, "no file of this format can hold an array's name; write a .vtk file");
-}
-
-bool IsNamedPlainly(vtkAbstractArray* array, const std::string& path) {
-  const auto isPlain = [&path](const char* name) {
-    return name == nullptr || NameInXml(name, path) == name;
-  };
-  if (!isPlain(array->GetName())) return false;
-  if (!array->HasAComponentName()) return true;
-  for (int n = 0; n < array->GetNumberOfComponents(); ++n) {
-    if (!isPlain(array->GetComponentName(n))) return false;
-  }
-  return true;
-}
-
-/// The array itself when its names are plain, else another that shares its values where it can.
-vtkSmartPointer<vtkAbstractArray> NamedForXml(vtkAbstractArray* array, const std::string& path) {
-  if (IsNamedPlainly(array, path)) return array;
-  auto named = vtkSmartPointer<vtkAbstractArray>::Take(array->NewInstance());
-  auto* const numbers = vtkDataArray::SafeDownCast(named);
-  if (numbers != nullptr) {
-    numbers->ShallowCopy(vtkDataArray::SafeDownCast(array));
-  } else {
-    named->DeepCopy(array);
-  }
-  if (array->GetName() != nullptr) named->SetName(NameInXml(array->GetName(), path).c_str());
-  for (int n = 0; array->HasAComponentName() && n < array->GetNumberOfComponents(); ++n) {
-    const char* const component = array->GetComponentName(n);
-    if (component != nullptr) named->SetComponentName(n, NameInXml(component, path).c_str());
-  }
-  return named;
-}
-
-void NameForXml(vtkFieldData* data, const std::string& path) {
-  const auto named = vtkSmartPointer<vtkFieldData>::Take(data->NewInstance());
-  for (int i = 0; i < data->GetNumberOfArrays(); ++i) {
-    named->AddArray(NamedForXml(data->GetAbstractArray(i), path));
-  }
-  if (auto* const attributes = vtkDataSetAttributes::SafeDownCast(data)) {
-    int active[vtkDataSetAttributes::NUM_ATTRIBUTES];
-    attributes->GetAttributeIndices(active);
-    auto* const to = vtkDataSetAttributes::SafeDownCast(named);
-    for (int type = 0; type < vtkDataSetAttributes::NUM_ATTRIBUTES; ++type) {
-      if (active[type] >= 0) to->SetActiveAttribute(active[type], type);
-    }
-  }
-  data->ShallowCopy(named);
-}
-
-vtkSmartPointer<vtkDataArray> NamedForXml(vtkDataArray* array, const std::string& path) {
-  return vtkDataArray::SafeDownCast(NamedForXml(static_cast<vtkAbstractArray*>(array), path));
-}
-
-/// The same mesh with the same values, under the names that its file must have.
-vtkSmartPointer<vtkDataSet> NamedForXml(vtkDataSet* block, const std::string& path) {
-  const std::vector<vtkAbstractArray*> arrays = ArraysOf(block);
-  const auto isPlain = [&path](vtkAbstractArray* array) {
-    return array == nullptr || IsNamedPlainly(array, path);
-  };
-  if (std::all_of(arrays.begin(), arrays.end(), isPlain)) return block;
-  auto named = vtkSmartPointer<vtkDataSet>::Take(block->NewInstance());
-  named->ShallowCopy(block);
-  NameForXml(named->GetPointData(), path);
-  NameForXml(named->GetCellData(), path);
-  NameForXml(named->GetFieldData(), path);
-  auto* const set = vtkPointSet::SafeDownCast(named);
-  if (set != nullptr && set->GetPoints() != nullptr) {
-    vtkNew<vtkPoints> points;
-    points->SetData(NamedForXml(set->GetPoints()->GetData(), path));
-    set->SetPoints(points);
-  }
-  if (auto* const grid = vtkRectilinearGrid::SafeDownCast(named)) {
-    grid->SetXCoordinates(NamedForXml(grid->GetXCoordinates(), path));
-    grid->SetYCoordinates(NamedForXml(grid->GetYCoordinates(), path));
-    grid->SetZCoordinates(NamedForXml(grid->GetZCoordinates(), path));
-  }
-  return named;
-}
-
 void WriteXmlFile(vtkDataSet* block, const FileEncoding& encoding, const std::string& path) {
   const vtkSmartPointer<vtkXMLWriter> writer = RequireKind(block, path).makeXml();
   VtkErrorCapture errors;
   writer->SetFileName(path.c_str());
-  const vtkSmartPointer<vtkDataSet> named = NamedForXml(block, path);
-  writer->SetInputDataObject(named);
+  const vtkSmartPointer<vtkDataSet> writable = WritableAsXml(block, path);
+  writer->SetInputDataObject(writable);
   SetEncoding(writer, encoding, block);
   StopWhenCancelled(writer);
   const int ok = writer->Write();
@@ -277,7 +177,7 @@ bool SurvivesText(vtkDataArray* array, const char* format) {
     char text[64];
     std::snprintf(text, sizeof(text), format, static_cast<double>(values[i]));
     const T back = static_cast<T>(std::strtod(text, nullptr));
-    if (back != values[i] && !(std::isnan(back) && std::isnan(values[i]))) return false;
+    if (back != values[i]) return false;
   }
   return true;
 }
@@ -302,9 +202,11 @@ void WriteLegacyFile(vtkDataSet* block, const FileEncoding& encoding, const std:
   const vtkSmartPointer<vtkDataWriter> writer = RequireKind(block, path).makeLegacy();
   VtkErrorCapture errors;
   writer->SetFileName(path.c_str());
-  writer->SetInputData(block);
+  const vtkSmartPointer<vtkDataSet> writable = WritableAsLegacy(block);
+  writer->SetInputData(writable);
   // Rather a binary file than rounded numbers.
-  const bool text = encoding.known && encoding.mode == DataMode::Ascii && SurvivesText(block);
+  const bool text =
+      encoding.known && encoding.mode == DataMode::Ascii && FitsText(block) && SurvivesText(block);
   writer->SetFileType(text ? VTK_ASCII : VTK_BINARY);
   writer->SetFileVersion(encoding.legacyMajorVersion < 5
                              ? vtkDataWriter::VTK_LEGACY_READER_VERSION_4_2
@@ -355,6 +257,8 @@ void WriteBlockFile(const FileNode& node, const TouchedArrays& touched, const st
     if (isSameFormat && WritePassingThrough(*node.xml, node.block, touched, path)) return;
     LoadAll(*node.xml);
   }
+  // What is told of their ranges beside them is of the values that they had.
+  for (vtkDataArray* const array : touched) array->Modified();
   const vtkSmartPointer<vtkDataSet> block = WithIndicesOf(node.encoding, node.block);
   WriteBytes(path, "");  // says why a file cannot be made, where VTK's writers do not know
   if (extension == ".vtk") {
