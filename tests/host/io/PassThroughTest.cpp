@@ -200,7 +200,7 @@ TEST_F(PassThroughFile, KeepsTheBytesOfBlocksThatHoldTheSameValues) {
   SaveSource(vtkXMLWriter::Appended, vtkXMLWriter::ZLIB);
   const DataSetPtr data = ReadDataSet(m_source);
   const auto& xml = *FileNodeOf(*data).xml;
-  const auto places = [&xml](const qelhost::PayloadTable& table, const std::string& text) {
+  const auto places = [](const qelhost::PayloadTable& table, const std::string& text) {
     std::vector<std::string> blocks;
     for (std::int64_t block = 0; block < table.BlockCount(); ++block) {
       blocks.push_back(text.substr(
