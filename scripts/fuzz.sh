@@ -4,7 +4,10 @@
 # input that breaks something in build-fuzz/crashes/.
 #
 #   scripts/fuzz.sh SECONDS [TARGET...]
-#   scripts/fuzz.sh corpus [TARGET...]   the corpus alone: goes the same way each time
+#   scripts/fuzz.sh corpus [TARGET...]   the corpus alone
+#
+# FUZZ_SEED says where chance begins (default 1): what a clean checkout breaks with one seed, it
+# breaks with that seed again.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
@@ -39,7 +42,7 @@ run_target() {
   local target=$1 dictionary log=$crashes/$1.log corpus=$root/fuzz/corpus/$1
   local limits=(-timeout=60 -rss_limit_mb=2048 -artifact_prefix="$crashes/$target-")
   # Looking for leaks after every input would take most of the time.
-  local options=(-detect_leaks=0 -print_final_stats=1)
+  local options=(-seed="${FUZZ_SEED:-1}" -detect_leaks=0 -print_final_stats=1)
   if [ "$seconds" = corpus ]; then options+=(-runs=0); else options+=(-max_total_time="$seconds"); fi
   dictionary=$(dictionary_of "$target")
   [ -z "$dictionary" ] || options+=(-dict="$dictionary")

@@ -39,7 +39,7 @@ kills() {
 }
 faults() { "$bin/addon_fault_test" --gtest_brief=1; }
 zones() { MARQUELL_WHOLE_ZONES=1 "$bin/addon_size_test" --gtest_brief=1; }
-fuzz() { "$root/scripts/fuzz.sh" "$seconds"; }
+fuzz() { FUZZ_SEED=$seed "$root/scripts/fuzz.sh" "$seconds"; }
 sanitizers() { "$root/scripts/sanitize.sh" address && "$root/scripts/sanitize.sh" thread; }
 
 failed=()

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Builds everything and runs every test: the add-on's under sanitizers, then all of them. Every input
-# that a fuzz target ever found worth keeping is tried. The code is read by clang-tidy and cppcheck, and
-# small pieces of work are held against their budgets of instructions.
+# Builds everything and runs every test: the add-on's under sanitizers, then all of them. Each fuzz
+# target tries every input that it ever found worth keeping, and then others for half a minute. The code
+# is read by clang-tidy and cppcheck, and small pieces of work are held against their budgets of
+# instructions.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
@@ -14,7 +15,7 @@ build asan
   { cat "$root/build-asan/ctest.log"; die "tests failed under the sanitizers"; }
 echo "Under the sanitizers: $(grep 'tests passed' "$root/build-asan/ctest.log")"
 
-"$root/scripts/fuzz.sh" corpus
+"$root/scripts/fuzz.sh" 30
 
 # What scripts/instructions.sh needs of the benchmark programs it builds itself.
 configure release -DMARQUELL_BUILD_TESTS=ON -DMARQUELL_BUILD_BENCH=OFF
