@@ -12,6 +12,8 @@
 #include <cctype>
 #include <set>
 #include <tuple>
+#include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 namespace qelhost {
@@ -54,6 +56,23 @@ std::vector<ArrayKey> CollectArrays(const std::vector<std::unique_ptr<Zone>>& zo
   return ordered;
 }
 
+/// Names of which none is given twice, however many are.
+class UniqueNames {
+ public:
+  std::string Give(const std::string& wanted) {
+    std::string name = wanted;
+    for (int& n = m_lastNumbers[wanted]; !m_given.insert(name).second;) {
+      n = std::max(n + 1, 2);
+      name = wanted + " (" + std::to_string(n) + ")";
+    }
+    return name;
+  }
+
+ private:
+  std::unordered_set<std::string> m_given;
+  std::unordered_map<std::string, int> m_lastNumbers;
+};
+
 }  // namespace
 
 bool IsShownAsVariable(vtkAbstractArray* array) {
@@ -94,26 +113,20 @@ void DataSet::AddCoordinateVariables() {
   }
 }
 
-std::string DataSet::UniqueName(std::string wanted) const {
-  if (VariableNumber(wanted) == 0) return wanted;
-  for (int n = 2;; ++n) {
-    std::string numbered = wanted + " (" + std::to_string(n) + ")";
-    if (VariableNumber(numbered) == 0) return numbered;
-  }
-}
-
 void DataSet::CollectVariables() {
   const std::vector<ArrayKey> arrays = CollectArrays(m_zones);
   std::set<std::string> nodalNames;
   for (const auto& [name, location, components] : arrays) {
     if (location == ValueLocation_Nodal) nodalNames.insert(name);
   }
+  UniqueNames names;
+  for (const Variable& coordinate : m_variables) names.Give(coordinate.name);
   for (const auto& [name, location, components] : arrays) {
     const bool twice = location == ValueLocation_CellCentered && nodalNames.count(name) > 0;
     for (int component = 0; component < components; ++component) {
       Variable variable;
       const std::string own = WithoutQuotes(ComponentName(name, component, components));
-      variable.name = UniqueName(twice ? own + " (cell)" : own);
+      variable.name = names.Give(twice ? own + " (cell)" : own);
       variable.arrayName = name;
       variable.component = component;
       variable.componentCount = components;
@@ -122,6 +135,10 @@ void DataSet::CollectVariables() {
     }
   }
   m_declaredTypes.assign(m_variables.size(), {});
+  constexpr std::size_t kMostFields = 1 << 24;
+  if (m_variables.size() > kMostFields / m_zones.size()) {
+    throw DataError("it has more zones and variables than can be kept");
+  }
 }
 
 std::shared_ptr<Storage> DataSet::StorageOf(vtkDataArray* array, int component) {

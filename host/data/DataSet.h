@@ -130,7 +130,6 @@ class DataSet {
   void RequireLength(const Zone& zone, const Variable& variable, const Field& field,
                      vtkDataArray* array) const;
   std::shared_ptr<Storage> StorageOf(vtkDataArray* array, int component);
-  std::string UniqueName(std::string wanted) const;
   bool AttachNewArray(Zone& zone, LgIndex_t varNum, QelFieldDataType_e type);
 
   QelUniqueID_t m_id;

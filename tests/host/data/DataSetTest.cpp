@@ -9,6 +9,7 @@
 #include <vtkStructuredGrid.h>
 
 #include <cmath>
+#include <ctime>
 
 #include "Meshes.h"
 
@@ -68,6 +69,35 @@ TEST(DataSetVariables, NameUsedAtNodesHereAndCellsThereGivesTwoInAllZones) {
   EXPECT_TRUE(data.FindField(2, 4)->IsPassive());
   EXPECT_TRUE(data.FindField(1, 5)->IsPassive());
   EXPECT_EQ(data.FindField(1, 5)->location, ValueLocation_CellCentered);
+}
+
+TEST(DataSetVariables, SameNamesAreNumberedInTheirOrder) {
+  const auto mesh = Bricks(1, 1, 1);
+  for (const char* name : {"a\"", "a'", "a' (2)"}) {
+    mesh->GetCellData()->AddArray(Values(name, 1, 1));
+  }
+  const DataSet data("names", {{"zone", mesh}}, nullptr);
+  EXPECT_THAT(NamesOf(data), ElementsAre("X", "Y", "Z", "a'", "a' (2)", "a' (2) (2)"));
+}
+
+/// A short file may have them; the time for them must not grow with their square.
+TEST(DataSetVariables, MayBeVeryMany) {
+  constexpr int kMany = 300000;
+  const auto mesh = Bricks(1, 1, 1);
+  mesh->GetCellData()->AddArray(Values("a", kMany, 1));
+  const std::clock_t start = std::clock();
+  const DataSet data("many", {{"zone", mesh}}, nullptr);
+  EXPECT_EQ(data.VariableCount(), 3 + kMany);
+  EXPECT_LT(static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, 20.0);
+}
+
+TEST(DataSetVariables, OfManyZonesAreNotMoreThanCanBeKept) {
+  constexpr int kMany = 1 << 18;
+  constexpr std::size_t kZones = 65;
+  const auto mesh = Bricks(1, 1, 1);
+  mesh->GetCellData()->AddArray(Values("a", kMany, 1));
+  const std::vector<qelhost::BlockEntry> blocks(kZones, {"zone", mesh});
+  EXPECT_THROW(DataSet("many", blocks, nullptr), qelhost::DataError);
 }
 
 TEST(DataSetVariables, ArrayOfAnotherLengthIsRefused) {
