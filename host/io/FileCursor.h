@@ -16,6 +16,7 @@ class FileCursor {
   explicit FileCursor(const ByteFile& file);
 
   std::int64_t Place() const { return m_first + m_at; }
+  std::int64_t Size() const { return m_file.Size(); }
   std::int64_t BytesLeft() const { return m_file.Size() - Place(); }
   bool IsAtEnd() const { return BytesLeft() == 0; }
 

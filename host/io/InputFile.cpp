@@ -27,6 +27,7 @@ std::int64_t FileBytes(const std::string& path) {
 
 void CheckIndexMarkup(const std::string& path) {
   constexpr int kDeepest = 64;
+  constexpr std::size_t kMostAttributes = 64;
   std::ifstream in(path, std::ios::binary);
   if (!in) throw FileError(path, std::strerror(errno));
   XmlTagScanner tags(in);
@@ -36,11 +37,17 @@ void CheckIndexMarkup(const std::string& path) {
     if (first == '!' && tag.name != "!--") {
       throw FileError(path, "damaged: it has declarations or marked text");
     }
-    if (first == '!' || first == '?' || tag.isClosed) continue;
+    if (first == '!' || first == '?') continue;
+    if (tag.attributes.size() > kMostAttributes) {
+      throw FileError(path, "damaged: an element has more attributes than any needs");
+    }
+    if (tag.isClosed) continue;
     depth += first == '/' ? -1 : 1;
     if (depth > kDeepest)
       throw FileError(path, "damaged: its elements lie too deep in one another");
   }
+  // What lies behind it was not looked at.
+  if (tags.IsStuck()) throw FileError(path, "damaged: an element is longer than any can be");
 }
 
 }  // namespace qelhost

@@ -15,7 +15,8 @@ void RequireFile(const std::string& path);
 std::int64_t FileBytes(const std::string& path);
 
 /// Throws FileError when the markup of an index is not what VTK's parser can take in: elements that
-/// lie too deep in one another, declarations, text that is marked as such.
+/// lie too deep in one another, are too long or have too many attributes, declarations, text that
+/// is marked as such.
 void CheckIndexMarkup(const std::string& path);
 
 }  // namespace qelhost

@@ -16,6 +16,8 @@
 namespace qelhost {
 namespace {
 
+constexpr std::uint32_t kPolyhedron = 42;
+
 struct CutOff {};
 /// What follows cannot be measured: the reader knows it or refuses it.
 struct Unmeasured {};
@@ -62,6 +64,8 @@ class LegacyWalk {
       Require({"dimensions", "x_coordinates", "y_coordinates", "z_coordinates"});
     }
     if (m_kind == "polydata" || m_kind == "structured_grid") Require({"points"});
+    // The reader follows their lists of faces wherever these lead.
+    if (m_hasPolyhedra) throw Unmeasured{};
   }
 
  private:
@@ -102,7 +106,7 @@ class LegacyWalk {
         {"polygons", [](LegacyWalk& walk) { walk.Cells(); }},
         {"triangle_strips", [](LegacyWalk& walk) { walk.Cells(); }},
         {"cells", [](LegacyWalk& walk) { walk.Cells(); }},
-        {"cell_types", [](LegacyWalk& walk) { walk.Values(walk.Number(), "int"); }},
+        {"cell_types", [](LegacyWalk& walk) { walk.CellTypes(); }},
         {"point_data", [](LegacyWalk& walk) { walk.m_items = walk.Number(); }},
         {"cell_data", [](LegacyWalk& walk) { walk.m_items = walk.Number(); }},
         {"scalars", [](LegacyWalk& walk) { walk.Scalars(); }},
@@ -167,6 +171,20 @@ class LegacyWalk {
     if (Lower(Word()) != "connectivity") throw CutOff{};
     Values(second, Lower(Word()));
   }
+  void CellTypes() {
+    const std::int64_t count = Number();
+    if (m_text) {
+      for (std::int64_t i = 0; i < count; ++i) m_hasPolyhedra |= Number() == kPolyhedron;
+      return;
+    }
+    m_file.Line();
+    if (Product(count, 4) > m_file.BytesLeft()) throw CutOff{};
+    for (std::int64_t i = 0; i < count; ++i) {
+      std::uint32_t type = 0;
+      for (int byte = 0; byte < 4; ++byte) type = type << 8 | m_file.Take();
+      m_hasPolyhedra |= type == kPolyhedron;
+    }
+  }
   void Scalars() {
     Word();
     const std::string type = Lower(Word());
@@ -207,7 +225,18 @@ class LegacyWalk {
       const std::int64_t components = Number();
       const std::int64_t tuples = Number();
       Values(Product(components, tuples), Lower(Word()));
+      CountArray(components);
     }
+  }
+  /// Each component becomes a variable, even where there are no values, and VTK looks each array up
+  /// among all.
+  void CountArray(std::int64_t components) {
+    constexpr int kMostArrays = 1 << 14;
+    constexpr std::int64_t kMostComponents = 1 << 20;
+    m_components += components;
+    const bool isTooMuch =
+        ++m_arrays > kMostArrays || m_components > kMostComponents + m_file.Size();
+    if (isTooMuch) throw FileError(m_path, "damaged: it has more arrays than its size allows");
   }
   void Metadata() {
     m_file.Line();
@@ -283,8 +312,11 @@ class LegacyWalk {
   std::string m_kind;
   std::set<std::string> m_seen;
   bool m_text = false;
+  bool m_hasPolyhedra = false;
   bool m_hasOffsets = false;
-  std::int64_t m_items = 0;  ///< nodes or cells of the attributes in hand
+  int m_arrays = 0;               ///< of all fields so far
+  std::int64_t m_components = 0;  ///< of these
+  std::int64_t m_items = 0;       ///< nodes or cells of the attributes in hand
 };
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "FileError.h"
+#include "IndexWalk.h"
 #include "InputFile.h"
 #include "MeshCheck.h"
 #include "ReadWatch.h"
@@ -100,15 +101,11 @@ class PieceChecker {
       : m_path(path), m_type(type), m_announced(ReadAnnounced(path, grid)) {
     m_hasExtent = grid->GetAttribute("WholeExtent") != nullptr;
     if (m_hasExtent) m_whole = ExtentOf(path, AttributeOf(grid, "WholeExtent"));
+    const std::vector<std::pair<std::string, std::string>> pieces = PiecesOf(grid);
+    // All before any is read, which takes time.
+    for (const auto& [file, extent] : pieces) OpenIndex::CountFile(file);
     // Only the mesh of one piece needs memory at a time.
-    for (int i = 0; i < grid->GetNumberOfNestedElements(); ++i) {
-      vtkXMLDataElement* const piece = grid->GetNestedElement(i);
-      if (std::string(piece->GetName()) != "Piece") continue;
-      const std::string file = AttributeOf(piece, "Source");
-      if (file.empty()) Damaged("a piece has no file");
-      const auto folder = std::filesystem::path(path).parent_path();
-      Check((folder / file).string(), AttributeOf(piece, "Extent"));
-    }
+    for (const auto& [file, extent] : pieces) Check(file, extent);
     if (m_hasExtent && m_cells < m_whole.cells) Damaged("its pieces do not fill its extent");
   }
 
@@ -118,6 +115,20 @@ class PieceChecker {
  private:
   [[noreturn]] void Damaged(const std::string& what) const {
     throw FileError(m_path, "damaged: " + what);
+  }
+
+  /// Their files, and the extents that the index gives them.
+  std::vector<std::pair<std::string, std::string>> PiecesOf(vtkXMLDataElement* grid) const {
+    const auto folder = std::filesystem::path(m_path).parent_path();
+    std::vector<std::pair<std::string, std::string>> pieces;
+    for (int i = 0; i < grid->GetNumberOfNestedElements(); ++i) {
+      vtkXMLDataElement* const piece = grid->GetNestedElement(i);
+      if (std::string(piece->GetName()) != "Piece") continue;
+      const std::string file = AttributeOf(piece, "Source");
+      if (file.empty()) Damaged("a piece has no file");
+      pieces.emplace_back((folder / file).string(), AttributeOf(piece, "Extent"));
+    }
+    return pieces;
   }
 
   void Check(const std::string& file, const std::string& extent) {
@@ -152,6 +163,7 @@ class PieceChecker {
 
 void ReadXmlPieces(const std::string& path, FileSource& source) {
   RequireFile(path);
+  const OpenIndex open(path);
   CheckIndexMarkup(path);
   XmlOverview overview = ScanXmlFile(path);
   const std::string type = XmlTypeFor(path);

@@ -1,8 +1,14 @@
 #include "PayloadCheck.h"
 
+#include <vtkDataArray.h>
+#include <vtkIdTypeArray.h>
+#include <vtkNew.h>
+#include <vtkSmartPointer.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
+#include <map>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -19,26 +25,74 @@ class PayloadChecker {
                  const XmlArray& array)
       : m_file(file), m_layout(layout), m_array(array) {}
 
-  void Check() const {
+  /// Gives how many bytes of the file it takes.
+  std::int64_t Check() const {
     if (!m_array.isTypeKnown) Fail("is of an unknown type");
-    if (m_array.isText) return CheckText();
-    if (IsBlank()) return RequireTuples(0);
-    const auto format = PayloadFormat::Of(m_layout, m_array.isInline || m_layout.isAppendedText);
-    if (!format) Fail("is compressed in an unknown way");
-    if (StoredArray::HasNoBlocks(m_file, *format, m_array)) return RequireTuples(0);
-    XmlArray alone = m_array;
-    // Payloads may lie within one another, as far as VTK is concerned.
-    if (!format->isText) alone.payloadLimit = m_layout.appendedEnd;
-    const auto stored = StoredArray::Open(m_file, *format, alone, StoredArray::kAsStored, 1);
-    if (stored == nullptr) Fail("is not as long as it says");
+    if (m_array.isText) {
+      CheckText();
+      return m_array.payloadLimit - m_array.payloadBegin;
+    }
+    const auto stored = Open();
+    if (stored == nullptr) {
+      RequireTuples(0);
+      return 0;
+    }
     stored->CheckText();
-    if (IsOfStrings()) return CheckStrings(*stored);
-    RequireTuples(stored->ValueCount() / ValueSize() / m_array.components);
+    if (IsOfStrings()) {
+      CheckStrings(*stored);
+    } else {
+      RequireTuples(stored->ValueCount() / ValueSize() / m_array.components);
+    }
+    return stored->Table().end - stored->Table().begin;
+  }
+
+  /// The array's numbers, which are whole ones; it was checked before.
+  std::vector<std::int64_t> WholeNumbers() const {
+    if (m_array.vtkType == 0) Fail("holds no whole numbers");
+    vtkNew<vtkIdTypeArray> numbers;
+    if (m_array.isText) {
+      std::istringstream words(Text(std::numeric_limits<std::int64_t>::max()));
+      for (std::int64_t number = 0; words >> number;) numbers->InsertNextValue(number);
+      if (!words.eof()) Fail("holds no whole numbers");
+    } else if (const auto stored = Open()) {
+      const auto values =
+          vtkSmartPointer<vtkDataArray>::Take(vtkDataArray::CreateDataArray(m_array.vtkType));
+      const std::int64_t count = stored->ValueCount() / values->GetDataTypeSize();
+      if (count * values->GetDataTypeSize() != stored->ValueCount()) Fail("ends within a number");
+      values->SetNumberOfValues(count);
+      StoredWith(values->GetDataTypeSize())->ReadAll(static_cast<char*>(values->GetVoidPointer(0)));
+      numbers->DeepCopy(values);
+    }
+    const auto* const first = numbers->GetPointer(0);
+    return {first, first + numbers->GetNumberOfValues()};
+  }
+
+  [[noreturn]] void Fail(const std::string& what) const {
+    throw FileError(m_file->Path(), "damaged: array \"" + m_array.name + "\" " + what);
   }
 
  private:
-  [[noreturn]] void Fail(const std::string& what) const {
-    throw FileError(m_file->Path(), "damaged: array \"" + m_array.name + "\" " + what);
+  /// Null for an array of no values.
+  std::unique_ptr<StoredArray> Open() const {
+    return IsBlank() || StoredArray::HasNoBlocks(m_file, Format(), m_array) ? nullptr
+                                                                            : StoredWith(1);
+  }
+
+  PayloadFormat Format() const {
+    const auto format = PayloadFormat::Of(m_layout, m_array.isInline || m_layout.isAppendedText);
+    if (!format) Fail("is compressed in an unknown way");
+    return *format;
+  }
+
+  /// As values of so many bytes.
+  std::unique_ptr<StoredArray> StoredWith(int valueSize) const {
+    const PayloadFormat format = Format();
+    XmlArray alone = m_array;
+    // Payloads may lie within one another, as far as VTK is concerned.
+    if (!format.isText) alone.payloadLimit = m_layout.appendedEnd;
+    auto stored = StoredArray::Open(m_file, format, alone, StoredArray::kAsStored, valueSize);
+    if (stored == nullptr) Fail("is not as long as it says");
+    return stored;
   }
 
   bool IsOfStrings() const { return m_array.tag.Value("type") == "String"; }
@@ -103,10 +157,65 @@ class PayloadChecker {
   const XmlArray& m_array;
 };
 
+/// The polyhedra of one piece: for each its number of faces, for each face its size and nodes; and
+/// for each cell where its faces end, or -1. VTK follows these numbers wherever they lead.
+class PolyhedraChecker {
+ public:
+  void Take(const XmlArray& array) {
+    if (array.name == "faces") m_faces[array.piece] = &array;
+    if (array.name == "faceoffsets") m_ends[array.piece] = &array;
+  }
+
+  void Check(const std::shared_ptr<const ByteFile>& file, const XmlLayout& layout) const {
+    for (const auto& [piece, array] : m_ends) {
+      const auto faces = m_faces.find(piece);
+      if (faces == m_faces.end()) continue;
+      const PayloadChecker checker(file, layout, *faces->second);
+      const auto ends = PayloadChecker(file, layout, *array).WholeNumbers();
+      if (!AreStreams(checker.WholeNumbers(), ends)) checker.Fail("is not what its offsets say");
+    }
+  }
+
+ private:
+  static bool AreStreams(const std::vector<std::int64_t>& faces,
+                         const std::vector<std::int64_t>& ends) {
+    const auto size = static_cast<std::int64_t>(faces.size());
+    std::int64_t at = 0;
+    for (const std::int64_t end : ends) {
+      if (end < 0) continue;
+      if (end <= at || end > size) return false;
+      for (std::int64_t left = faces[static_cast<std::size_t>(at++)]; left > 0; --left) {
+        if (at >= end) return false;
+        const std::int64_t corners = faces[static_cast<std::size_t>(at++)];
+        if (corners < 0 || corners > end - at) return false;
+        at += corners;
+      }
+      at = end;
+    }
+    return true;
+  }
+
+  std::map<int, const XmlArray*> m_faces;
+  std::map<int, const XmlArray*> m_ends;
+};
+
 }  // namespace
 
 void CheckPayloads(const std::shared_ptr<const ByteFile>& file, const XmlLayout& layout) {
-  for (const XmlArray& array : layout.arrays) PayloadChecker(file, layout, array).Check();
+  // Arrays may share their numbers, and VTK makes room for each of them.
+  constexpr std::int64_t kMostShared = 256 << 20;
+  constexpr std::int64_t kMostTimes = 16;
+  std::int64_t bytes = 0;
+  PolyhedraChecker polyhedra;
+  for (const XmlArray& array : layout.arrays) {
+    const PayloadChecker checker(file, layout, array);
+    bytes += checker.Check();
+    if (bytes > kMostShared + kMostTimes * file->Size()) {
+      checker.Fail("shares its numbers with too many others");
+    }
+    if (array.part == "Cells") polyhedra.Take(array);
+  }
+  polyhedra.Check(file, layout);
 }
 
 }  // namespace qelhost

@@ -53,6 +53,9 @@ class LayoutReader {
   LayoutReader(const std::string& path, std::istream& in) : m_path(path), m_in(in), m_scanner(in) {}
 
   bool Read() {
+    m_in.seekg(0, std::ios::end);
+    m_fileSize = m_in.tellg();
+    m_in.seekg(0);
     XmlTag tag;
     while (m_scanner.Next(tag)) {
       if (tag.name.empty()) return false;
@@ -104,8 +107,20 @@ class LayoutReader {
                                      "us-ascii", "ASCII", "ascii"});
   }
 
+  /// VTK looks each attribute up among all of its tag, and looks for one of each component. What
+  /// that takes must stay in proportion to the file.
+  void CountLooks(std::size_t wanted, const XmlTag& tag) {
+    constexpr std::int64_t kAlways = 1 << 24;
+    constexpr std::int64_t kForEachByte = 128;
+    m_looks += static_cast<std::int64_t>(wanted * tag.attributes.size());
+    if (m_looks > kAlways + kForEachByte * m_fileSize) {
+      Damaged("its arrays have more attributes and components than its size allows");
+    }
+  }
+
   bool TakeBegin(const XmlTag& tag) {
     constexpr std::size_t kDeepest = 64;
+    CountLooks(tag.attributes.size(), tag);
     if (!tag.isSound || m_open.size() > kDeepest) return false;
     if (m_open.empty() != (tag.name == "VTKFile")) return false;
     bool isGood = true;
@@ -175,6 +190,7 @@ class LayoutReader {
       m_isFilledByOne = m_isFilledByOne || m_counts.Contains(layout.whole);
       m_cells += std::max<std::int64_t>(m_counts.cells, 0);
       m_names.clear();
+      m_arraysOfPart.clear();
       m_coordinates = 0;
       ++m_pieces;
     } else if (IsVariables(tag.name)) {
@@ -200,15 +216,21 @@ class LayoutReader {
     if (count < 0 || count > 1 << 20) Damaged("an array counts what cannot be counted");
     // VTK's writer says 0 of arrays that it took for no vectors.
     array.components = std::max(static_cast<int>(count), 1);
+    CountLooks(static_cast<std::size_t>(array.components), tag);
     array.tag = tag;
     array.closing = tag.end;
     if (array.part == "Points") ++m_pointArrays;
+    // VTK looks each up among all others.
+    constexpr int kMostArrays = 1 << 14;
+    if (++m_arraysOfPart[array.part] > kMostArrays) Damaged("it has more arrays than any mesh");
     array.tuples = TuplesOf(array);
     // VTK's reader would miss the second.
-    if (IsVariables(array.part) && !m_names.insert({array.part, tag.Value("Name")}).second) {
+    const bool isNamed = IsVariables(array.part) || array.part == "Cells";
+    if (isNamed && !m_names.insert({array.part, tag.Value("Name")}).second) {
       Damaged("two arrays have the name \"" + array.name + "\"");
     }
     RequirePlain(m_open.size() == (array.section == XmlSection::FieldData ? 3 : 4));
+    array.piece = m_pieces;
     TakeFormat(array);
     if (array.isInline) RequireNoBracket(tag);
     layout.arrays.push_back(std::move(array));
@@ -340,9 +362,12 @@ class LayoutReader {
   PieceCounts m_counts;      ///< of the piece in hand
   std::int64_t m_cells = 0;  ///< of the pieces so far
   bool m_isFilledByOne = false;
-  std::set<std::pair<std::string, std::string>> m_names;  ///< of the piece's variables
-  std::size_t m_coordinates = 0;                          ///< arrays of them so far
-  std::vector<std::string> m_open;                        ///< elements, the outermost first
+  std::set<std::pair<std::string, std::string>> m_names;  ///< of the piece's arrays, by part
+  std::map<std::string, int> m_arraysOfPart;              ///< of the piece
+  std::int64_t m_fileSize = 0;
+  std::int64_t m_looks = 0;         ///< at attributes of tags, that VTK has to take
+  std::size_t m_coordinates = 0;    ///< arrays of them so far
+  std::vector<std::string> m_open;  ///< elements, the outermost first
   std::set<std::string> m_variables;
   std::set<std::int64_t> m_offsets;
   int m_meshes = 0;

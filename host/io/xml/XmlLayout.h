@@ -17,6 +17,7 @@ enum class XmlSection { FieldData, PointData, CellData, Mesh };
 struct XmlArray {
   XmlSection section = XmlSection::Mesh;
   std::string part;  ///< of the mesh: "Points", "Cells", "Polys", ...
+  int piece = 0;     ///< from 1; 0: before all pieces
   std::string name;
   int vtkType = 0;           ///< as VTK's reader makes it; 0: no number, or unknown
   bool isTypeKnown = false;  ///< of numbers, and of strings

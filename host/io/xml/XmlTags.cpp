@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string_view>
 
 #include "../XmlText.h"
 
@@ -10,6 +11,8 @@ namespace {
 
 constexpr char kBlanks[] = " \t\r\n";
 constexpr std::size_t kLongestTag = 1 << 16;
+/// Whoever looks an attribute up, VTK too, looks at all of them.
+constexpr std::size_t kMostAttributes = 1 << 12;
 
 std::string NameOf(const std::string& text) {
   if (text.rfind("!--", 0) == 0) return "!--";
@@ -34,21 +37,29 @@ bool ReadAttribute(const std::string& text, std::int64_t start, std::size_t& at,
   return attribute.value.find('<') == std::string::npos;
 }
 
+bool AreNamedApart(const std::vector<XmlAttribute>& attributes) {
+  std::vector<std::string_view> names;
+  for (const XmlAttribute& attribute : attributes) names.emplace_back(attribute.name);
+  std::sort(names.begin(), names.end());
+  return std::adjacent_find(names.begin(), names.end()) == names.end();
+}
+
 /// Fills in the attributes of a tag up to the first that is none. text: without its angle brackets.
 void ReadAttributes(const std::string& text, XmlTag& tag) {
   const std::size_t end = text.size() - (tag.isClosed ? 1 : 0);
   std::size_t at = tag.name.size();
   for (;;) {
     const std::size_t next = std::min(text.find_first_not_of(kBlanks, at), end);
-    if (next >= end) return;
+    if (next >= end) break;
     const bool isApart = next > at;
     XmlAttribute attribute;
     at = next;
-    tag.isSound = isApart && ReadAttribute(text, tag.begin + 1, at, attribute) &&
-                  tag.Find(attribute.name.c_str()) == nullptr;
+    tag.isSound = isApart && tag.attributes.size() < kMostAttributes &&
+                  ReadAttribute(text, tag.begin + 1, at, attribute);
     if (!tag.isSound) return;
     tag.attributes.push_back(std::move(attribute));
   }
+  tag.isSound = AreNamedApart(tag.attributes);
 }
 
 bool StartsWith(const std::string& text, const char* start) { return text.rfind(start, 0) == 0; }
@@ -148,6 +159,7 @@ bool XmlTagScanner::ReadToEndOfTag() {
     if (end.IsBehind(m_text)) return true;
     m_text += '>';
   }
+  m_isStuck = m_text.size() > kLongestTag;
   return false;
 }
 

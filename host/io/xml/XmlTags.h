@@ -23,7 +23,7 @@ struct XmlTag {
   std::int64_t begin = 0;  ///< of its angle bracket
   std::int64_t end = 0;    ///< behind the other
   bool isClosed = false;   ///< it ends itself
-  bool isSound = true;     ///< its attributes are written as XML demands
+  bool isSound = true;     ///< its attributes are written as XML demands, and few enough
 
   const XmlAttribute* Find(const char* attribute) const;
   /// "" when there is none.
@@ -42,6 +42,9 @@ class XmlTagScanner {
   /// to be a tag.
   bool Next(XmlTag& tag);
 
+  /// Whether the last Next has found something that was too long.
+  bool IsStuck() const { return m_isStuck; }
+
  private:
   bool SkipPast(char wanted, std::string* text);
   bool ReadToEndOfTag();
@@ -54,6 +57,7 @@ class XmlTagScanner {
   std::int64_t m_bufferStart = 0;
   std::size_t m_at = 0;
   std::size_t m_end = 0;
+  bool m_isStuck = false;
 };
 
 }  // namespace qelhost

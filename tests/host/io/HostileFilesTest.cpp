@@ -183,6 +183,132 @@ TEST_F(HostileFiles, NumbersOfNodesInASurfaceOfTextAreChecked) {
   EXPECT_EQ(ReadError(Saved("a.obj", "f 1 2 3\nv 0 0 0\nv 1 0 0\nv 0 1 0\n")), "");
 }
 
+// ---- what a short file asks for ----
+
+class HostileGrid : public HostileFiles {
+ protected:
+  static std::string Grid(const std::string& sections, const std::string& appended = {}) {
+    return "<VTKFile type=\"UnstructuredGrid\" version=\"1.0\" byte_order=\"LittleEndian\" "
+           "header_type=\"UInt64\"><UnstructuredGrid>" +
+           sections + "</UnstructuredGrid>" +
+           (appended.empty() ? ""
+                             : "<AppendedData encoding=\"raw\">_" + appended + "</AppendedData>") +
+           "</VTKFile>";
+  }
+  static std::string Array(const std::string& type, const std::string& name,
+                           const std::string& values, const std::string& more = {}) {
+    return "<DataArray type=\"" + type + "\" Name=\"" + name + "\" " + more +
+           (values.empty() ? "format=\"appended\" offset=\"0\"/>"
+                           : "format=\"ascii\">" + values + "</DataArray>");
+  }
+  /// Of as many polyhedra as there are ends.
+  static std::string Polyhedra(const std::string& faces, const std::string& ends,
+                               const std::string& more = {}) {
+    const bool isOne = ends.find(' ') == std::string::npos;
+    return Grid("<Piece NumberOfPoints=\"4\" NumberOfCells=\"" + std::string(isOne ? "1" : "2") +
+                "\"><Points>" +
+                Array("Float32", "Points", "0 0 0 1 0 0 0 1 0 0 0 1", "NumberOfComponents=\"3\" ") +
+                "</Points><Cells>" +
+                Array("Int64", "connectivity", isOne ? "0 1 2 3" : "0 1 2 3 0 1 2 3") +
+                Array("Int64", "offsets", isOne ? "4" : "4 8") +
+                Array("UInt8", "types", isOne ? "42" : "42 42") + Array("Int64", "faces", faces) +
+                Array("Int64", "faceoffsets", ends) + more + "</Cells></Piece>");
+  }
+  /// One node, and arrays of no values at no cells.
+  static std::string Node(const std::string& arrays, const std::string& fields = {}) {
+    return Grid(fields + "<Piece NumberOfPoints=\"1\" NumberOfCells=\"0\"><Points>" +
+                    Array("Float32", "Points", "0 0 0", "NumberOfComponents=\"3\" ") +
+                    "</Points><Cells>" + Array("Int64", "connectivity", "") +
+                    Array("Int64", "offsets", "") + Array("UInt8", "types", "") + "</Cells>" +
+                    "<CellData>" + arrays + "</CellData></Piece>",
+                std::string(8, '\0'));
+  }
+};
+
+constexpr char kTetrahedron[] = "4 3 0 1 2 3 0 1 3 3 0 2 3 3 1 2 3";
+
+TEST_F(HostileGrid, PolyhedraEndWhereTheirOffsetsSay) {
+  const std::string one = kTetrahedron;
+  EXPECT_EQ(ReadError(Saved("a.vtu", Polyhedra(one, "17"))), "");
+  EXPECT_EQ(ReadError(Saved("a.vtu", Polyhedra(one + " " + one, "17 34"))), "");
+  const std::string damaged =
+      In("a.vtu") + ": damaged: array \"faces\" is not what its offsets say";
+  for (const char* ends : {"18", "16", "1", "0", "999999999999"}) {
+    EXPECT_EQ(ReadError(Saved("a.vtu", Polyhedra(one, ends))), damaged) << ends;
+  }
+  for (const char* ends : {"0 17", "17 17", "17 16", "34 34"}) {
+    EXPECT_EQ(ReadError(Saved("a.vtu", Polyhedra(one + " " + one, ends))), damaged) << ends;
+  }
+  for (const char* first : {"5 3", "1000000000 3", "4 9", "4 -3", "4 9000000000000000000"}) {
+    EXPECT_EQ(ReadError(Saved("a.vtu", Polyhedra(first + one.substr(3), "17"))), damaged) << first;
+  }
+  EXPECT_EQ(ReadError(Saved("a.vtu", Polyhedra("4.5" + one.substr(1), "17"))),
+            In("a.vtu") + ": damaged: array \"faces\" holds no whole numbers");
+}
+
+TEST_F(HostileGrid, StoredPolyhedraAreLookedIntoAsWell) {
+  ReadDataSet(Saved("a.vtu", Polyhedra(kTetrahedron, "17")));
+  for (const int mode : {vtkXMLWriter::Binary, vtkXMLWriter::Appended}) {
+    const auto data = ReadDataSet(In("a.vtu"));
+    SaveMesh("b.vtu", data->FindZone(1)->Block(), mode);
+    EXPECT_EQ(ReadError(In("b.vtu")), "");
+  }
+  // Not compressed, so that the numbers can be found.
+  const auto data = ReadDataSet(In("a.vtu"));
+  vtkNew<vtkXMLUnstructuredGridWriter> writer;
+  writer->SetFileName(In("b.vtu").c_str());
+  writer->SetInputData(data->FindZone(1)->Block());
+  writer->SetCompressorType(vtkXMLWriter::NONE);
+  writer->SetDataModeToAppended();
+  writer->EncodeAppendedDataOff();
+  ASSERT_EQ(writer->Write(), 1);
+  const std::string three("\3\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0", 16);
+  Replace("b.vtu", three, "\x7f" + three.substr(1));
+  EXPECT_EQ(ReadError(In("b.vtu")),
+            In("b.vtu") + ": damaged: array \"faces\" is not what its offsets say");
+}
+
+TEST_F(HostileGrid, ArraysThatTheReaderWouldMissAreRefused) {
+  EXPECT_EQ(ReadError(Saved("a.vtu", Polyhedra(kTetrahedron, "17", Array("Int64", "faces", "9")))),
+            In("a.vtu") + ": damaged: two arrays have the name \"faces\"");
+}
+
+TEST_F(HostileGrid, ComponentsStayInProportionToTheFile) {
+  const std::string refused =
+      In("a.vtu") +
+      ": damaged: its arrays have more attributes and components than its size allows";
+  const std::string many = "NumberOfComponents=\"1048576\" ";
+  std::string arrays;
+  for (int n = 0; n < 20; ++n) arrays += Array("Float32", "a" + std::to_string(n), "", many);
+  EXPECT_EQ(ReadError(Saved("a.vtu", Node(arrays))), refused);
+  EXPECT_EQ(ReadError(Saved("a.vtu", Node("", "<FieldData>" + arrays + "</FieldData>"))), refused);
+  std::string names;
+  for (int n = 0; n < 3000; ++n) names += "c" + std::to_string(n) + "=\"\" ";
+  EXPECT_EQ(ReadError(Saved("a.vtu", Node(Array("Float32", "a", "", many + names)))), refused);
+  EXPECT_EQ(ReadError(Saved("a.vtu", Node(Array("Float32", "a", "", names)))), "");
+}
+
+TEST_F(HostileGrid, ArraysStayFewEnoughToBeLookedUp) {
+  std::string arrays;
+  for (int n = 0; n < 20000; ++n) arrays += Array("Float32", "a" + std::to_string(n), "");
+  EXPECT_EQ(ReadError(Saved("a.vtu", Node(arrays))),
+            In("a.vtu") + ": damaged: it has more arrays than any mesh");
+}
+
+/// VTK makes room for the numbers of each of them.
+TEST_F(HostileGrid, NumbersAreNotSharedBeyondMeasure) {
+  constexpr std::int64_t kBytes = 30 << 20;
+  std::string numbers(8 + kBytes, '\0');
+  for (int byte = 0; byte < 8; ++byte) numbers[byte] = static_cast<char>(kBytes >> (8 * byte));
+  std::string arrays;
+  for (int n = 0; n < 40; ++n) arrays += Array("Float32", "a" + std::to_string(n), "");
+  const std::string head = "<Piece NumberOfPoints=\"1\" NumberOfCells=\"0\"><Points>" +
+                           Array("Float32", "Points", "", "NumberOfComponents=\"3\" ") +
+                           "</Points><PointData>";
+  EXPECT_THAT(ReadError(Saved("a.vtu", Grid(head + arrays + "</PointData></Piece>", numbers))),
+              ::testing::HasSubstr("shares its numbers with too many others"));
+}
+
 // ---- legacy files ----
 
 class HostileLegacy : public HostileFiles {
@@ -243,6 +369,37 @@ TEST_F(HostileLegacy, FilesWithinAFileAreChecked) {
 TEST_F(HostileLegacy, TypesThatNobodyKnowsAreRefused) {
   EXPECT_EQ(ErrorOf(Head() + Triangle() + "FIELD f 1\na 1 1 other\n1\n"),
             In("a.vtk") + ": damaged: it has values of an unknown type");
+}
+
+/// The reader would follow their lists of faces out of the file.
+TEST_F(HostileLegacy, PolyhedraThatEndNowhereAreRefused) {
+  const auto grid = [](const std::string& cell, const std::string& type = "42") {
+    return Head() + "DATASET UNSTRUCTURED_GRID\nPOINTS 4 float\n0 0 0 1 0 0 0 1 0 0 0 1\n" + cell +
+           "\nCELL_TYPES 1\n" + type + "\n";
+  };
+  const std::string one = kTetrahedron;
+  EXPECT_EQ(ErrorOf(grid("CELLS 1 18\n17 " + one)), "");
+  const std::string damaged = In("a.vtk") + ": damaged: its reader cannot get through it";
+  EXPECT_EQ(ErrorOf(grid("CELLS 1 18\n17 1000000000" + one.substr(1))), damaged);
+  EXPECT_EQ(ErrorOf(grid("CELLS 1 18\n17 4 2000000000" + one.substr(3))), damaged);
+  std::string binary =
+      grid("CELLS 1 5\n" + std::string("\0\0\0\4\0\0\0\1\x7f\0\0\0\0\0\0\0\0\0\0\1", 20),
+           std::string("\0\0\0\x2a", 4));
+  binary.replace(binary.find("ASCII"), 5, "BINARY");
+  const std::string places = "0 0 0 1 0 0 0 1 0 0 0 1";
+  binary.replace(binary.find(places), places.size(), std::string(48, '\0'));
+  EXPECT_EQ(ErrorOf(binary), damaged);
+}
+
+TEST_F(HostileLegacy, ArraysStayInProportionToTheFile) {
+  const std::string refused = In("a.vtk") + ": damaged: it has more arrays than its size allows";
+  const std::string points =
+      Head() + "DATASET POLYDATA\nPOINTS 1 float\n0 0 0\nCELL_DATA 0\nFIELD f ";
+  EXPECT_EQ(ErrorOf(points + "1\na 100000000 0 float\n"), refused);
+  EXPECT_EQ(ErrorOf(points + "1\na 1000 0 float\n"), "");
+  std::string arrays;
+  for (int n = 0; n < 20000; ++n) arrays += "a" + std::to_string(n) + " 1 0 float\n";
+  EXPECT_EQ(ErrorOf(points + "20000\n" + arrays), refused);
 }
 
 TEST_F(HostileLegacy, GridsWithoutTheirCoordinatesAreRefused) {

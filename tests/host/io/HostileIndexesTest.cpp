@@ -95,6 +95,43 @@ TEST_F(HostileIndexes, DeepMarkupIsRefused) {
             In("a.vtm") + ": damaged: it has declarations or marked text");
 }
 
+/// What stands behind an element that is too long to be looked at goes to the same parser.
+TEST_F(HostileIndexes, LongMarkupHidesNothing) {
+  constexpr int kDeep = 100000;
+  const std::string deep = Repeated("<Block>", kDeep) + Repeated("</Block>", kDeep);
+  const std::string refused = In("a.vtm") + ": damaged: an element is longer than any can be";
+  EXPECT_EQ(ReadError(Saved("a.vtm", "<!--" + Repeated(">", 70000) + "-->" + Blocks(deep))),
+            refused);
+  EXPECT_EQ(ReadError(Saved("a.vtm", Blocks("<Block name=\"" + Repeated("x", 1 << 21)))), refused);
+}
+
+TEST_F(HostileIndexes, AttributesAreFew) {
+  SaveBricks("good.vtu");
+  const auto withAttributes = [this](int count) {
+    std::string text;
+    for (int n = 0; n < count; ++n) text += " a" + std::to_string(n) + "=\"\"";
+    return ReadError(
+        Saved("a.vtm", Blocks("<DataSet index=\"0\" file=\"good.vtu\"" + text + "/>")));
+  };
+  EXPECT_EQ(withAttributes(40), "");
+  EXPECT_EQ(withAttributes(80),
+            In("a.vtm") + ": damaged: an element has more attributes than any needs");
+}
+
+TEST_F(HostileIndexes, PiecesNamedAgainAndAgainAreRefused) {
+  SaveBricks("good.vtu");
+  // With blanks at its end, which cost nothing to read.
+  std::string text = Contents(In("good.vtu"));
+  text.insert(text.rfind("</VTKFile>"), std::string(32 << 20, ' '));
+  Save(In("large.vtu"), text);
+  EXPECT_EQ(
+      ReadError(Saved("a.pvtu", Pieces("PUnstructuredGrid", "", Repeated(Piece("good.vtu"), 100)))),
+      "");
+  EXPECT_EQ(ReadError(Saved("a.pvtu",
+                            Pieces("PUnstructuredGrid", "", Repeated(Piece("large.vtu"), 200)))),
+            In("large.vtu") + ": is named too often");
+}
+
 // ---- what lies elsewhere ----
 
 /// Folders: here/ with the indexes, and beside it the files that they name.
