@@ -151,7 +151,8 @@ void RefillVariableMenu() {
       char* varName = nullptr;
       HOST_CHECK(QelUtilVarGetName(varNum, &varName));
       const HostString owned(varName);
-      QelGUIOptionMenuAppendItem(Controls.variableMenu, varName);
+      // An item for every variable: they are chosen by their numbers.
+      QelGUIOptionMenuAppendItem(Controls.variableMenu, varName == nullptr ? "" : varName);
     }
   }
   if (session == nullptr) return;

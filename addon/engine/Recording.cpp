@@ -35,6 +35,8 @@ void Selvane::AddVariableAndModifier() const {
     char* varName = nullptr;
     HOST_CHECK(QelUtilVarGetName(m_alterVar, &varName));
     const HostString owned(varName);
+    if (varName == nullptr)
+      ThrowAssertFailed("QelUtilVarGetName(m_alterVar, &varName)", __FILE__, __LINE__);
     MacroEngine.AddStringAttribute(Attribute_Variable, varName);
   }
   MacroEngine.AddStringAttribute(Attribute_Modifier, FormatModifier(m_modifier));

@@ -68,8 +68,9 @@ TakenItems CellsOfGrid(LgIndex_t zone, PickRule rule, const InsideSet& inside) {
 /// False unless the host shows the nodes of all the zone's elements.
 bool HasNodeSpan(const QelBulkAccess_s* bulk, const QelNodeMap* nodeMap, const ZoneDims& dims,
                  QelNodeSpan_s& span) {
-  return bulk != nullptr && bulk->nodeMapSpan(nodeMap, &span) && span.nodesPerElement == dims.k &&
-         span.count == dims.j && (span.indexWidth == 4 || span.indexWidth == 8);
+  return bulk != nullptr && bulk->nodeMapSpan(nodeMap, &span) && span.first != nullptr &&
+         span.nodesPerElement == dims.k && span.count == dims.j &&
+         (span.indexWidth == 4 || span.indexWidth == 8);
 }
 
 /// Cells whose nodes the host is asked for, one by one until one decides. The side is a constant
@@ -172,7 +173,7 @@ TakenItems Shown(const TakenItems& taken, LgIndex_t zone, const QelParallel_s* p
   const std::uint64_t* blanked = nullptr;
   std::int64_t blankedCount = 0;
   const bool hasBits = blankedBits != nullptr && blankedBits(zone, &blanked, &blankedCount) &&
-                       blankedCount == taken.count;
+                       blanked != nullptr && blankedCount == taken.count;
   const std::shared_ptr<Words> shown = DecideAll(taken, parallel);
   std::int64_t word = 0;
   for (std::uint64_t& bits : *shown) {

@@ -137,7 +137,12 @@ std::optional<FieldWriter> Selvane::OpenForWriting(LgIndex_t zoneNum, OnNoRefere
 /// Whether the zone had shared the values of the target, and has its own now.
 bool Selvane::UnshareTarget(LgIndex_t zoneNum) const {
   const LgIndex_t varNum = TargetVariable();
-  if (varNum < 1 || QelUtilDataValueGetShareCount(zoneNum, varNum) <= 1) return false;
+  if (varNum < 1) return false;
+  const LgIndex_t sharerCount = QelUtilDataValueGetShareCount(zoneNum, varNum);
+  if (sharerCount == 1) return false;
+  // A host that cannot tell refuses for a passive variable; others may be shared all the same, and
+  // would be altered once for every zone.
+  if (sharerCount < 1) return QelUtilDataValueBranchShared(zoneNum, varNum);
   HOST_CHECK(QelUtilDataValueBranchShared(zoneNum, varNum));
   return true;
 }

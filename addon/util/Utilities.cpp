@@ -128,7 +128,7 @@ LgIndex_t FindZoneByName(const std::string& name) {
     char* zname = nullptr;
     HOST_CHECK(QelUtilZoneGetName(zone, &zname));
     const HostString owned(zname);
-    if (name == zname) return zone;
+    if (zname != nullptr && name == zname) return zone;
   }
   return 0;
 }

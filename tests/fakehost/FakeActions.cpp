@@ -110,10 +110,12 @@ void FakeHost::CloseAll() {
   Deliver(StateChange_FrameDeleted);
 }
 
-void FakeHost::FailCall(const std::string& function, int nth) {
+void FakeHost::FailCall(const std::string& function, int nth, int then, const std::string& spared) {
   faultFunction = function;
   faultCountdown = nth;
-  wasFaultHit = false;
+  faultHits = 0;
+  nextFaultCountdown = then;
+  sparedFunction = spared;
 }
 
 int FakeHost::CallCount(const std::string& function) const {
@@ -127,9 +129,15 @@ bool FakeHost::Enter(const char* function, const std::string& arguments, bool ne
   if (IsCalledByBody(function)) return false;
   if (keepsCalls) calls.push_back({function, arguments, isFallible});
   if (needsLock && lockOwners.empty()) Report(std::string(function) + " was called unlocked");
-  if (!isFallible || faultFunction != function || faultCountdown < 1) return false;
+  if (!isFallible) return false;
+  if (faultHits > 0 && nextFaultCountdown > 0 && sparedFunction != function &&
+      --nextFaultCountdown == 0) {
+    NoteFault();
+    return true;
+  }
+  if (faultFunction != function || faultCountdown < 1) return false;
   if (--faultCountdown > 0) return false;
-  wasFaultHit = true;
+  NoteFault();
   return true;
 }
 

@@ -75,11 +75,11 @@ PickAnswer FakeHost::AskPick(LgIndex_t zone, std::int64_t bitCount) {
   std::vector<std::uint64_t> overZeros(wordCount, 0);
   std::vector<std::uint64_t> overOnes(wordCount, ~std::uint64_t{0});
   const int depth = LockDepth();
-  const bool wasHit = wasFaultHit;
+  const int hitsBefore = faultHits;
   answer.isAnswered = pickQuery(zone, overZeros.data(), bitCount);
   const bool isAnsweredAgain = pickQuery(zone, overOnes.data(), bitCount);
   // A refused call reaches one of the two alone.
-  const bool areAlike = wasHit == wasFaultHit;
+  const bool areAlike = hitsBefore == faultHits;
   if (areAlike && isAnsweredAgain != answer.isAnswered) {
     Report("the same question had two answers");
   }

@@ -154,8 +154,13 @@ class FakeHost {
   // What tests ask for
   // -----------------------------------------------------------------------------
   /// Makes the nth call, from now on and counted from 1, of a function fail.
-  void FailCall(const std::string& function, int nth);
-  bool WasFaultHit() const { return wasFaultHit; }
+  ///
+  /// then    the call that fails besides, of any function, counted from 1 after that one; 0: none
+  /// spared  but for this function
+  void FailCall(const std::string& function, int nth, int then = 0, const std::string& spared = "");
+  bool WasFaultHit() const { return faultHits > 0; }
+  /// For tests that disturb calls by themselves.
+  void NoteFault() { ++faultHits; }
   int CallCount(const std::string& function) const;
   int LockDepth() const { return static_cast<int>(lockOwners.size()); }
   const std::vector<std::string>& Misuse() const { return misuse; }
@@ -239,7 +244,9 @@ class FakeHost {
   std::vector<std::string> misuse;
   std::string faultFunction;
   int faultCountdown = 0;
-  bool wasFaultHit = false;
+  int faultHits = 0;
+  int nextFaultCountdown = 0;
+  std::string sparedFunction;
 };
 
 /// The one host of the process.

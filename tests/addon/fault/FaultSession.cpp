@@ -2,6 +2,7 @@
 
 #include "FaultTable.h"
 #include "GeometryChoice.h"
+#include "WrongAnswers.h"
 
 #include "qelvane/Keywords.h"
 
@@ -60,8 +61,9 @@ bool AreSame(const std::vector<double>& a, const std::vector<double>& b) {
          (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0);
 }
 
-/// The first value that is neither what it was nor what the deed makes of it; empty: none.
-std::string WrongValue(const Snapshot& before, const Snapshot& after, Change change) {
+/// The first value that is neither what it was nor what a change makes of it; empty: none.
+std::string WrongValue(const Snapshot& before, const Snapshot& after,
+                       const std::vector<Change>& changes) {
   if (after.empty() || before.empty()) return "";
   for (std::size_t column = 0; column < before.size(); ++column) {
     if (AreSame(before[column], after[column])) continue;
@@ -69,7 +71,8 @@ std::string WrongValue(const Snapshot& before, const Snapshot& after, Change cha
     for (std::size_t i = 0; i < before[column].size(); ++i) {
       const double was = before[column][i];
       const double is = after[column][i];
-      if (is == was || (change != nullptr && is == change(was))) continue;
+      const auto makesIt = [&](Change change) { return change != nullptr && is == change(was); };
+      if (is == was || std::any_of(changes.begin(), changes.end(), makesIt)) continue;
       return "column " + std::to_string(column) + " item " + std::to_string(i + 1) + ": " +
              std::to_string(was) + " became " + std::to_string(is);
     }
@@ -140,7 +143,7 @@ std::vector<std::vector<bool>> AlterAnArea(bool mayLeaveZone, std::vector<std::s
   play("ALTERAREA VARIABLE=\"c\" MODIFIER=\"+3\" RULE=ANYINSIDE");
   const Snapshot after = ValuesOfUser();
   std::vector<std::vector<bool>> mask;
-  const std::string wrong = WrongValue(before, after, Plus3);
+  const std::string wrong = WrongValue(before, after, {Plus3});
   if (!wrong.empty()) problems.push_back("next: " + wrong);
   for (std::size_t column = 0; column < std::min(before.size(), after.size()); ++column) {
     std::vector<bool> bits;
@@ -157,10 +160,15 @@ std::vector<std::vector<bool>> AlterAnArea(bool mayLeaveZone, std::vector<std::s
   return mask;
 }
 
+void EndTrouble() {
+  Host().FailCall("", 0);
+  LieOnCall("", 0, 0);
+}
+
 /// What a user does next, in a plot that shows everything from above.
 std::vector<std::vector<bool>> DoNext(bool mayLeaveZone, std::vector<std::string>& problems) {
   FakeHost& host = Host();
-  host.FailCall("", 0);
+  EndTrouble();
   host.isBatch = false;
   host.queuedAnswers.assign(99, true);
   host.ActivateFrame(0);
@@ -179,14 +187,19 @@ std::vector<std::vector<bool>> DoNext(bool mayLeaveZone, std::vector<std::string
 }
 
 /// Everything is closed, with nothing kept.
-void CloseEverything(std::vector<std::string>& problems) {
+void CloseEverything(std::vector<std::string>& problems, bool isLying = false) {
   FakeHost& host = Host();
-  host.FailCall("", 0);
+  EndTrouble();
   host.Deliver(StateChange_NewLayout);
   host.RunIdleQueue();
   if (host.LockDepth() != 0) problems.push_back("a lock was left on");
   for (const std::string& leak : host.Leaks()) problems.push_back("leak: " + leak);
-  for (const std::string& misuse : host.Misuse()) problems.push_back("misuse: " + misuse);
+  for (const std::string& misuse : host.Misuse()) {
+    // What a host names wrongly is asked about; it has to refuse.
+    if (misuse.find("got a geometry that is gone") == std::string::npos || !isLying) {
+      problems.push_back("misuse: " + misuse);
+    }
+  }
   if (host.HasDamagedGaps()) problems.push_back("something was written between values");
 }
 
@@ -214,6 +227,28 @@ std::vector<int> CallsToFail(int count) {
   for (int i = 0; i < kSampledCalls; ++i) calls.push_back(between(random));
   for (int nth = count - kLastCalls + 1; nth <= count; ++nth) calls.push_back(nth);
   return calls;
+}
+
+/// Of a function that was called so often: the first, the last and some between them.
+std::vector<int> SampleOfCalls(int count) {
+  std::vector<int> calls;
+  for (const int nth : {1, 2, count / 2, count}) {
+    if (nth >= 1 && nth <= count && (calls.empty() || nth > calls.back())) calls.push_back(nth);
+  }
+  return calls;
+}
+
+std::vector<Change> ChangesOf(const Session& session) {
+  std::vector<Change> changes;
+  for (const Deed& deed : session.deeds) changes.push_back(deed.change);
+  return changes;
+}
+
+std::string Described(const Trouble& trouble) {
+  std::string text = "call " + std::to_string(trouble.nth);
+  if (trouble.wrongAnswer >= 0) text += ", wrong answer " + std::to_string(trouble.wrongAnswer);
+  if (trouble.then > 0) text += " and the next but " + std::to_string(trouble.then - 1);
+  return text;
 }
 
 }  // namespace
@@ -312,16 +347,19 @@ Heard FaultRunner::Do(const Deed& deed) {
 void FaultRunner::CountCalls() {
   Start(false);
   std::map<std::string, int> counts;
+  std::map<std::string, int> allCounts;
   for (const Deed& deed : m_session.deeds) {
     const Snapshot before = ValuesOfUser();
     m_asUsual.push_back(Do(deed));
-    const std::string wrong = WrongValue(before, ValuesOfUser(), deed.change);
+    const std::string wrong = WrongValue(before, ValuesOfUser(), {deed.change});
     if (!wrong.empty()) m_problems.push_back(deed.name + " without a fault: " + wrong);
   }
   for (const fakehost::CallRecord& call : Host().calls) {
     if (call.isFallible) ++counts[call.function];
+    ++allCounts[call.function];
   }
   m_counts.assign(counts.begin(), counts.end());
+  m_allCounts.assign(allCounts.begin(), allCounts.end());
   CloseEverything(m_problems);
 }
 
@@ -329,8 +367,31 @@ void FaultRunner::RunAll(const std::vector<std::string>& except) {
   for (const auto& [function, count] : m_counts) {
     if (std::find(except.begin(), except.end(), function) != except.end()) continue;
     for (const int nth : CallsToFail(count)) {
-      RunOne(function, nth, false);
-      if (nth == 1 || nth % kBatchEvery == 0) RunOne(function, nth, true);
+      RunOne({function, nth}, false);
+      if (nth == 1 || nth % kBatchEvery == 0) RunOne({function, nth}, true);
+    }
+  }
+}
+
+void FaultRunner::RunTwice(const std::vector<std::string>& except) {
+  for (const auto& [function, count] : m_counts) {
+    if (std::find(except.begin(), except.end(), function) != except.end()) continue;
+    for (const int nth : SampleOfCalls(count)) {
+      // What is called next are the attempts to clean up, then what the user does next.
+      for (const int then : {1, 2, 3, 5, 9, 20}) {
+        RunOne({function, nth, Trouble::kRefused, then}, then == 3);
+      }
+    }
+  }
+}
+
+void FaultRunner::RunWrongAnswers() {
+  std::map<std::string, int> counts(m_allCounts.begin(), m_allCounts.end());
+  for (const Liar& liar : Liars()) {
+    for (const int nth : SampleOfCalls(counts[liar.function])) {
+      for (int answer = 0; answer < liar.wrongAnswers; ++answer) {
+        RunOne({liar.function, nth, answer}, answer % 2 == 1);
+      }
     }
   }
 }
@@ -343,7 +404,7 @@ void FaultRunner::RunApart(const std::string& function) {
       const pid_t child = fork();
       if (child == 0) {
         m_unexpected.clear();
-        RunOne(function, nth, false);
+        RunOne({function, nth}, false);
         for (const std::string& line : m_unexpected) std::printf("%s\n", line.c_str());
         std::fflush(nullptr);
         _exit(m_unexpected.empty() && !testing::Test::HasFailure() ? 0 : 1);
@@ -360,36 +421,43 @@ void FaultRunner::RunApart(const std::string& function) {
   }
 }
 
-void FaultRunner::RunOne(const std::string& function, int nth, bool isBatch) {
+void FaultRunner::RunOne(const Trouble& trouble, bool isBatch) {
   FakeHost& host = Host();
+  const std::string& function = trouble.function;
+  const bool isPlain = trouble.wrongAnswer < 0 && trouble.then == 0;
   ++m_faultCount;
   m_problems.clear();
   Start(isBatch);
   host.keepsCalls = false;
-  host.FailCall(function, nth);
+  if (trouble.wrongAnswer < 0) {
+    host.FailCall(function, trouble.nth, trouble.then, kQueueing);
+  } else {
+    LieOnCall(function, trouble.wrongAnswer, trouble.nth);
+  }
   std::string where = "no deed";
   bool isOver = false;
   for (std::size_t i = 0; i < m_session.deeds.size(); ++i) {
     const Deed& deed = m_session.deeds[i];
     const Snapshot before = ValuesOfUser();
     const Heard heard = Do(deed);
-    const std::string wrong = WrongValue(before, ValuesOfUser(), deed.change);
+    // After two refusals an undo may be that of an earlier deed.
+    const std::vector<Change> changes =
+        isPlain ? std::vector<Change>{deed.change} : ChangesOf(m_session);
+    const std::string wrong = WrongValue(before, ValuesOfUser(), changes);
     if (!wrong.empty()) m_problems.push_back(deed.name + ": " + wrong);
     const std::string wrongBlank = WrongBlank();
     if (!wrongBlank.empty()) m_problems.push_back(deed.name + ": " + wrongBlank);
     if (host.LockDepth() != 0) m_problems.push_back(deed.name + " left a lock on");
     if (!isOver && host.WasFaultHit()) {
       where = deed.name;
-      CheckDeed(function, deed, heard, m_asUsual[i], isBatch);
+      CheckDeed(trouble, deed, heard, m_asUsual[i], isBatch);
       isOver = true;
-    } else if (isOver && heard.error.find("Assert failed") == 0) {
-      m_problems.push_back("later: " + deed.name + ": " + heard.error);
-    } else if (isOver && !Without(heard.errorBoxes, m_asUsual[i].errorBoxes).empty() &&
-               heard.errorBoxes[0].find("An error occured") == 0) {
-      m_problems.push_back("later: " + deed.name + ": " + heard.errorBoxes[0]);
+    } else if (isOver && isPlain) {
+      CheckLater(deed, heard, m_asUsual[i]);
     }
   }
-  if (!isOver) m_problems.push_back("the call was never made");
+  // Less is asked and shown in a batch run.
+  if (!isOver && (isPlain || !isBatch)) m_problems.push_back("the call was never made");
   // An add-on that did not load is loaded anew.
   if (m_session.isLoading) {
     CloseEverything(m_problems);
@@ -398,18 +466,27 @@ void FaultRunner::RunOne(const std::string& function, int nth, bool isBatch) {
   }
   // A boundary that was made while the host denied that there is data has not seen the one that was
   // there; the next choice of a tool takes away one of two.
-  const bool mayLeaveZone = function == "QelUtilDataSetIsAvailable";
+  const bool mayLeaveZone = !isPlain || function == "QelUtilDataSetIsAvailable";
   if (m_freshMask != DoNext(mayLeaveZone, m_problems))
     m_problems.push_back("the next step reaches other values");
-  CloseEverything(m_problems);
+  CloseEverything(m_problems, trouble.wrongAnswer >= 0);
   if (m_problems.empty()) ++m_survivedCount;
   for (const std::string& problem : m_problems) {
-    Note(function + " | " + problem + " [" + m_session.name + ", " + where + ", call " +
-         std::to_string(nth) + (isBatch ? ", batch]" : "]"));
+    Note(function + " | " + problem + " [" + m_session.name + ", " + where + ", " +
+         Described(trouble) + (isBatch ? ", batch]" : "]"));
   }
 }
 
-void FaultRunner::CheckDeed(const std::string& function, const Deed& deed, const Heard& heard,
+void FaultRunner::CheckLater(const Deed& deed, const Heard& heard, const Heard& asUsual) {
+  if (heard.error.find("Assert failed") == 0) {
+    m_problems.push_back("later: " + deed.name + ": " + heard.error);
+  } else if (!Without(heard.errorBoxes, asUsual.errorBoxes).empty() &&
+             heard.errorBoxes[0].find("An error occured") == 0) {
+    m_problems.push_back("later: " + deed.name + ": " + heard.errorBoxes[0]);
+  }
+}
+
+void FaultRunner::CheckDeed(const Trouble& trouble, const Deed& deed, const Heard& heard,
                             const Heard& asUsual, bool isBatch) {
   const std::string difference = Difference(deed, heard, asUsual);
   if (isBatch) {
@@ -420,8 +497,9 @@ void FaultRunner::CheckDeed(const std::string& function, const Deed& deed, const
     // Where the user would see a box, nobody sees anything.
     if (difference == "nothing" || difference == "as without it") return;
   }
-  const bool isExpected =
-      deed.box == nullptr ? difference == "as without it" : IsExpected(function, difference);
+  if (trouble.wrongAnswer >= 0 || trouble.then > 0) return;
+  const bool isExpected = deed.box == nullptr ? difference == "as without it"
+                                              : IsExpected(trouble.function, deed.line, difference);
   if (!isExpected) m_problems.push_back("unexpected: " + difference);
 }
 

@@ -45,6 +45,9 @@ struct Heard {
   bool operator==(const Heard& other) const;
 };
 
+/// What lasts for the process when it fails: work that is never asked for again.
+inline const std::string kQueueing = "QelUtilOnIdleQueueAddCallback";
+
 /// What is heard with a refused call and not without it: "as without it", "failed: " + the text of
 /// the line, "box" for the deed's own error box, "box: " + the text of any other one, "message: " +
 /// the text of another box; joined when there is more than one, and "nothing" when there is less
@@ -58,6 +61,18 @@ inline void PrintTo(const Session& session, std::ostream* out) { *out << session
 /// of the cells are hidden.
 void PrepareZones(QelZoneType_e type, QelPlotType_e plotType);
 
+/// What goes wrong in one run.
+struct Trouble {
+  static constexpr int kRefused = -1;
+
+  std::string function;
+  int nth = 1;  ///< of its calls
+  /// Else it is answered, wrongly; see WrongAnswers.
+  int wrongAnswer = kRefused;
+  /// The call that is refused besides, counted from the one refused first; 0: none.
+  int then = 0;
+};
+
 /// Lets the calls of a session fail, one in each run, and looks at what comes of it.
 class FaultRunner {
  public:
@@ -68,6 +83,11 @@ class FaultRunner {
   /// Every call of one function; each run in a process of its own, because what such a fault leaves
   /// lasts for the process.
   void RunApart(const std::string& function);
+  /// A sample of the calls of every function, and then one of those that follow: what is said is
+  /// not looked at.
+  void RunTwice(const std::vector<std::string>& except = {});
+  /// A sample of the calls of every function that can answer wrongly; likewise.
+  void RunWrongAnswers();
 
   int FaultCount() const { return m_faultCount; }
   int SurvivedCount() const { return m_survivedCount; }
@@ -78,14 +98,16 @@ class FaultRunner {
   void Start(bool isBatch);
   Heard Do(const Deed& deed);
   void CountCalls();
-  void RunOne(const std::string& function, int nth, bool isBatch);
-  void CheckDeed(const std::string& function, const Deed& deed, const Heard& heard,
-                 const Heard& asUsual, bool isBatch);
+  void RunOne(const Trouble& trouble, bool isBatch);
+  void CheckDeed(const Trouble& trouble, const Deed& deed, const Heard& heard, const Heard& asUsual,
+                 bool isBatch);
+  void CheckLater(const Deed& deed, const Heard& heard, const Heard& asUsual);
   void Note(const std::string& what);
 
   const Session& m_session;
   std::vector<Heard> m_asUsual;
-  std::vector<std::pair<std::string, int>> m_counts;
+  std::vector<std::pair<std::string, int>> m_counts;  ///< of calls that can be refused
+  std::vector<std::pair<std::string, int>> m_allCounts;
   std::vector<std::vector<bool>> m_freshMask;
   int m_faultCount = 0;
   int m_survivedCount = 0;

@@ -5,6 +5,9 @@
 namespace fault {
 
 /// Whether this may be heard when a call of the function is refused; see Difference.
-bool IsExpected(const std::string& function, const std::string& difference);
+///
+/// line  what is played; empty when somebody acts
+bool IsExpected(const std::string& function, const std::string& line,
+                const std::string& difference);
 
 }  // namespace fault
