@@ -37,7 +37,7 @@ class LittleMemory {
   LittleMemory& operator=(const LittleMemory&) = delete;
 
  private:
-  rlimit m_before{};
+  [[maybe_unused]] rlimit m_before{};
 };
 
 class HostileInput : public testing::Test {
@@ -121,6 +121,17 @@ TEST_F(HostileInput, CyclesAndPipesAreRefused) {
                 "file=\"a.vtm\"/></vtkMultiBlockDataSet></VTKFile>");
   ASSERT_EQ(mkfifo(folder.Path("pipe.vtu").c_str(), 0600), 0);
   ExpectRefused(folder.Path("pipe.vtu"));
+}
+
+TEST_F(HostileInput, JournalsWithoutEndAreRefused) {
+  const LittleMemory little;
+  for (const char* command : {"check", "run"}) {
+    std::vector<std::string> arguments = {command, "/dev/zero"};
+    if (arguments[0] == "run") arguments.insert(arguments.end(), {"a.vtu", "--dry-run"});
+    const Outcome outcome = RunProgram(arguments);
+    EXPECT_EQ(outcome.exitCode, 3);
+    EXPECT_EQ(outcome.err, "marquell: /dev/zero: is longer than any journal\n");
+  }
 }
 
 /// What only a process of its own finds out is said in the same way.
