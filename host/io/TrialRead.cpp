@@ -78,7 +78,10 @@ std::string Said(const std::function<void()>& read) {
   }
 }
 
-[[noreturn]] void Try(int answer, const TrialLimits& limits, const std::function<void()>& read) {
+[[noreturn]] void Try(int end, const TrialLimits& limits, const std::function<void()>& read) {
+  // Whoever has closed standard streams may have got the pipe in their place.
+  const int answer = fcntl(end, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+  if (answer < 0) _exit(1);
   StandAlone();
   Obey(limits);
   const ReadWatch unwatched(nullptr);

@@ -74,6 +74,18 @@ TEST(TrialRead, ErrorsComeThroughWithTheirFile) {
   EXPECT_EQ(ErrorOf([] { throw std::runtime_error("why"); }), "a.exo: why");
 }
 
+TEST(TrialRead, ErrorsComeThroughWhereStandardStreamsAreClosed) {
+  const pid_t child = fork();
+  if (child == 0) {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) close(stream);
+    const std::string error = ErrorOf([] { throw FileError("b.geo", "is bad"); });
+    _exit(error == "b.geo: is bad" ? 0 : 1);
+  }
+  int status = 1;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_EQ(status, 0);
+}
+
 TEST(TrialRead, SaysNothingItself) {
   ::testing::internal::CaptureStderr();
   ErrorOf([] {
