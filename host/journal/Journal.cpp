@@ -13,6 +13,8 @@ namespace qelhost {
 
 namespace {
 
+/// A million lines and more. Some devices have no end.
+constexpr std::size_t kLongestJournal = std::size_t{128} << 20;
 constexpr char kByteOrderMark[] = "\xEF\xBB\xBF";
 
 /// The bytes of the UTF-8 sequence at text[at]; 0 when it is none.
@@ -85,10 +87,14 @@ std::vector<JournalLine> ReadJournal(const std::string& path) {
   }
   std::ifstream file(path, std::ios::binary);
   if (!file) throw JournalError(path + ": cannot be read: " + std::strerror(errno));
-  std::ostringstream text;
-  text << file.rdbuf();
+  std::string text;
+  std::vector<char> block(1 << 20);
+  while (file.read(block.data(), static_cast<std::streamsize>(block.size())) || file.gcount() > 0) {
+    text.append(block.data(), static_cast<std::size_t>(file.gcount()));
+    if (text.size() > kLongestJournal) throw JournalError(path + ": is longer than any journal");
+  }
   if (file.bad()) throw JournalError(path + ": cannot be read: " + std::strerror(errno));
-  return ParseJournal(text.str(), path);
+  return ParseJournal(text, path);
 }
 
 void WriteJournal(const std::string& path, const std::vector<std::string>& lines) {
