@@ -19,6 +19,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <csignal>
 #include <memory>
 #include <optional>
 
@@ -162,8 +163,9 @@ void WarnOfUnwritten(const Host& host, const std::vector<qelhost::DataSetPtr>& i
 }
 
 void Tell(const RunOptions& options, const RunRecord& record) {
-  if (options.summary) Print(SummaryText(record));
+  // First: nobody may be there any more to read what is printed.
   if (!options.report.empty()) WriteReport(options, record);
+  if (options.summary) Print(SummaryText(record));
 }
 
 void StageRecording(const Host& host, const RunOptions& options, ByProducts& byProducts) {
@@ -199,6 +201,8 @@ bool WriteEverything(qelhost::Painter* painter, const std::vector<qelhost::DataS
 }
 
 int Run(const RunOptions& options) {
+  // Whoever stops reading the messages must not take the result along.
+  std::signal(SIGPIPE, SIG_IGN);
   StartLog(options.quiet     ? Verbosity::kQuiet
            : options.verbose ? Verbosity::kVerbose
                              : Verbosity::kNormal);

@@ -137,20 +137,34 @@ std::string RealName(const std::string& path) {
   return error ? path : real.string();
 }
 
-/// One would be lost under the other. Only a result may replace its own input.
-void RequireApart(const std::vector<std::string>& byProducts, const RunOptions& options) {
+/// One would be lost under the other. Only results may replace inputs.
+void RequireApart(const std::vector<std::string>& targets,
+                  const std::vector<std::string>& byProducts, const RunOptions& options) {
   std::set<std::string> names = {RealName(options.journal)};
+  const auto take = [&names](const std::string& file) {
+    if (names.insert(RealName(file)).second) return;
+    throw UsageError(fmt::format("{}: is another file of this run", file));
+  };
+  for (const std::string& addOn : options.addOns) names.insert(RealName(addOn));
+  for (const std::string& target : targets) take(target);
   for (const std::string& input : options.inputs) names.insert(RealName(input));
-  if (!options.output.empty() && options.inputs.size() == 1) names.insert(RealName(options.output));
   for (const std::string& byProduct : byProducts) {
-    if (byProduct.empty() || names.insert(RealName(byProduct)).second) continue;
-    throw UsageError(fmt::format("{}: is another file of this run", byProduct));
+    if (!byProduct.empty()) take(byProduct);
   }
+}
+
+/// Names alone: whether they are free and can be written is not looked at.
+std::vector<std::string> NameTargets(const RunOptions& options) {
+  if (options.dryRun) return {};
+  if (options.output.empty()) throw UsageError("--output is required unless --dry-run is given");
+  if (options.inputs.size() == 1) return {options.output};
+  return TargetsInFolder(options);
 }
 
 }  // namespace
 
 std::vector<std::string> PlanTargets(const RunOptions& options) {
+  const std::vector<std::string> targets = NameTargets(options);
   const std::vector<std::string> byProducts = {options.report, options.record, options.image,
                                                options.imageBefore, options.imagePair};
   for (const std::string& byProduct : byProducts) {
@@ -158,29 +172,15 @@ std::vector<std::string> PlanTargets(const RunOptions& options) {
     RequireFree(byProduct, options.force);
     RequireFolder(fs::path(byProduct).parent_path(), byProduct);
   }
-  RequireApart(byProducts, options);
-  if (options.dryRun) return {};
-  if (options.output.empty()) throw UsageError("--output is required unless --dry-run is given");
+  RequireApart(targets, byProducts, options);
+  if (targets.empty()) return targets;
 
-  if (options.inputs.size() == 1) {
-    RequireWritableFormat(options.output);
-    RequireFree(options.output, options.force);
-    RequireFolder(fs::path(options.output).parent_path(), options.output);
-    return {options.output};
-  }
-
-  std::vector<std::string> targets = TargetsInFolder(options);
+  for (const std::string& target : targets) RequireWritableFormat(target);
   std::error_code error;
-  const bool folderExists = fs::exists(options.output, error);
-  if (folderExists) {
-    RequireFolder(options.output, options.output);
-  } else {
-    RequireFolder(fs::path(options.output).parent_path(), options.output);
-  }
-  for (const std::string& target : targets) {
-    RequireWritableFormat(target);
-    RequireFree(target, options.force);
-  }
+  const bool isInFolder = targets.size() > 1 && fs::exists(options.output, error);
+  const fs::path output = options.output;
+  RequireFolder(isInFolder ? output : output.parent_path(), options.output);
+  for (const std::string& target : targets) RequireFree(target, options.force);
   return targets;
 }
 

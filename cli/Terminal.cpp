@@ -1,18 +1,34 @@
 #include "Terminal.h"
 
 #include <fmt/format.h>
-#include <spdlog/sinks/stdout_sinks.h>
+#include <spdlog/details/null_mutex.h>
+#include <spdlog/sinks/base_sink.h>
 #include <spdlog/spdlog.h>
 
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 
 namespace marquell::cli {
 
+namespace {
+
+/// Messages name files, whose names may hold anything.
+class OneLineSink : public spdlog::sinks::base_sink<spdlog::details::null_mutex> {
+ protected:
+  void sink_it_(const spdlog::details::log_msg& message) override {
+    const auto level = spdlog::level::to_string_view(message.level);
+    PrintError(fmt::format("{}: {}", std::string(level.data(), level.size()),
+                           std::string(message.payload.data(), message.payload.size())));
+  }
+  void flush_() override {}
+};
+
+}  // namespace
+
 void StartLog(Verbosity verbosity) {
-  auto logger = spdlog::stderr_logger_st("marquell");
-  logger->set_pattern("marquell: %l: %v");
+  auto logger = std::make_shared<spdlog::logger>("marquell", std::make_shared<OneLineSink>());
   switch (verbosity) {
     case Verbosity::kQuiet:
       logger->set_level(spdlog::level::err);
@@ -30,9 +46,10 @@ void StartLog(Verbosity verbosity) {
 std::string OneLine(const std::string& text) {
   std::string line;
   for (const char c : text) {
-    const bool isBlank = c == '\n' || c == '\r' || c == '\t' || c == ' ';
+    const bool isBlank = std::strchr(" \t\n\v\f\r", c) != nullptr && c != '\0';
+    const bool isObeyed = static_cast<unsigned char>(c) < 0x20 || c == 0x7f;
     if (!isBlank) {
-      line += c;
+      line += isObeyed ? '?' : c;
     } else if (!line.empty() && line.back() != ' ') {
       line += ' ';
     }

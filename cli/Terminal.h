@@ -31,7 +31,7 @@ enum class Verbosity { kQuiet, kNormal, kVerbose };
 /// Sends log messages to standard error, so that standard output carries only what was asked for.
 void StartLog(Verbosity verbosity);
 
-/// The text without line breaks: every message is one line.
+/// The text without line breaks and what else terminals obey: every message is one line.
 std::string OneLine(const std::string& text);
 
 /// Writes one line to standard error.

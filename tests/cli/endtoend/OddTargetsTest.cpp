@@ -175,6 +175,17 @@ INSTANTIATE_TEST_SUITE_P(
         TwiceRow{"Report", {"--record", "a", "--report", "a", "--force"}, "a"}),
     [](const auto& row) { return std::string(row.param.name); });
 
+TEST_F(OddTarget, JournalIsNoResultWhateverItsName) {
+  fs::copy_file(Path("edits.journal"), Path("edits.vtu"));
+  const std::string before = ReadText("edits.vtu");
+  for (const char* const target : {"edits.vtu", "./edits.vtu"}) {
+    ExpectRefused(Run({"run", "edits.vtu", "in.vtu", "-o", target, "--force"}), 2, "edits.vtu");
+  }
+  fs::create_symlink("edits.vtu", Path("link.vtu"));
+  ExpectRefused(Run({"run", "edits.vtu", "in.vtu", "-o", "link.vtu", "--force"}), 2, "link.vtu");
+  EXPECT_EQ(ReadText("edits.vtu"), before);
+}
+
 class PieceFolders : public OddTarget {
  protected:
   Outcome WriteBlocksTo(const std::string& target) {
@@ -276,6 +287,27 @@ TEST_F(SeveralResults, ThatCannotBeWrittenLeaveNoFolder) {
       Run({"run", "edits.journal", "in.vtu", "in.vtm", "-o", "results"}, surroundings);
   ExpectRefused(outcome, 3, "results/in.vtu");
   EXPECT_EQ(Listing(), namesBefore);
+}
+
+TEST_F(SeveralResults, AreNotReplacedByTheReport) {
+  fs::create_directory(Path("results"));
+  const auto namesBefore = Listing();
+  for (const char* const option : {"--report", "--record", "--image"}) {
+    ExpectRefused(Run({"run", "edits.journal", "in.vtu", "in.vtm", "-o", "results", "--force",
+                       option, "results/in.vtu"}),
+                  2, "results/in.vtu");
+  }
+  EXPECT_EQ(Listing(), namesBefore);
+}
+
+TEST_F(SeveralResults, AreNotReplacedByEachOther) {
+  WriteData(Path("second.vtu"), MixedVolume());
+  fs::create_directory(Path("results"));
+  WriteText("results/in.vtu", "old");
+  fs::create_symlink("in.vtu", Path("results/second.vtu"));
+  ExpectRefused(Run({"run", "edits.journal", "in.vtu", "second.vtu", "-o", "results", "--force"}),
+                2, "results/second.vtu");
+  EXPECT_EQ(ReadText("results/in.vtu"), "old");
 }
 
 }  // namespace

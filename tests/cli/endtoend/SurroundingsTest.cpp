@@ -3,6 +3,11 @@
 #include "Meshes.h"
 #include "ProgramRun.h"
 
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -72,6 +77,55 @@ TEST_F(StandardOutput, ThatIsFullIsAnError) {
   const Outcome outcome = Run({"info", "in.vtu"}, surroundings);
   EXPECT_EQ(outcome.exitCode, 3);
   EXPECT_TRUE(IsOneLineWith(outcome.err, {"standard output"}));
+}
+
+class Messages : public ProgramTest {
+ protected:
+  Messages() {
+    WriteData(Path("in.vtu"), Bricks());
+    WriteText("edits.journal",
+              Journal({"Marquell ALTERELEMENT VARIABLE=\"T\" MODIFIER=\"+1\" ZONE=1 ELEMENT=1"}));
+  }
+};
+
+TEST_F(StandardOutput, ThatTakesNothingDoesNotKeepTheReportBack) {
+  WriteData(Path("in.vtu"), Bricks());
+  WriteText("edits.journal", Journal({"Marquell UNDOBLANK"}));
+  Surroundings surroundings;
+  surroundings.standardOutput = "/dev/full";
+  const Outcome outcome = Run(
+      {"run", "edits.journal", "in.vtu", "-o", "out.vtu", "--summary", "--report", "report.json"},
+      surroundings);
+  EXPECT_EQ(outcome.exitCode, 3);
+  EXPECT_THAT(ReadText("report.json"), ::testing::HasSubstr("UNDOBLANK"));
+}
+
+TEST_F(Messages, ThatNobodyReadsAnyMoreDoNotEndTheRun) {
+  const std::string program = std::string(MARQUELL_PROGRAM) +
+                              " run edits.journal in.vtu -o out.vtu --verbose --summary"
+                              " --report report.json";
+  const std::string command =
+      "cd " + Folder().string() + " && unset MARQUELL_ADDON_PATH; { sleep 0.3; " + program +
+      " 2>&1; echo $? >code; } | true; while [ ! -s code ]; do sleep 0.1; done";
+  ASSERT_EQ(std::system(command.c_str()), 0);
+  EXPECT_EQ(ReadText("code"), "3\n");
+  EXPECT_THAT(ReadText("report.json"), ::testing::HasSubstr("ALTERELEMENT"));
+  EXPECT_NE(ReadText("out.vtu"), "");
+}
+
+TEST_F(Messages, AreOneLineWhateverTheirFilesAreCalled) {
+  const std::string odd = "a\nb\x1b[31m\v\x7f.vtu";
+  std::filesystem::copy_file(Path("in.vtu"), Path(odd));
+  const Outcome outcome =
+      Run({"run", "edits.journal", odd, "-o", "c\nd.vtu", "--verbose", "--force"});
+  EXPECT_EQ(outcome.exitCode, 0);
+  std::istringstream lines(outcome.err);
+  for (std::string line; std::getline(lines, line);) {
+    EXPECT_EQ(line.rfind("marquell: ", 0), 0u) << line;
+  }
+  EXPECT_EQ(outcome.err.find_first_of("\x1b\v\x7f"), std::string::npos);
+  const Outcome missing = Run({"info", "no" + odd});
+  EXPECT_EQ(missing.err, "marquell: noa b?[31m ?.vtu: No such file or directory\n");
 }
 
 class AddOnPlaces : public ProgramTest {
