@@ -2,24 +2,35 @@
 // unexpectedly.
 #pragma once
 
-#include <QFile>
 #include <QObject>
 #include <QString>
 #include <QStringList>
 
 #include <memory>
+#include <string>
 #include <vector>
 
+#include "LogFile.h"
 #include "Workspace.h"
 
 namespace marquell::workbench {
 
+/// A file, and what tells its state from another.
+struct StampedFile {
+  QString file;
+  QByteArray stamp;
+};
+
 /// The steps of a window that did not end as it should.
 struct LostWork {
-  QString file;     ///< that they were done on
-  bool isFileSame;  ///< it is as it was then
-  QString journal;  ///< the log itself
+  QString file;                    ///< that they begin with
+  std::vector<StampedFile> files;  ///< that they were done on, as they were then
+  bool isFileSame;                 ///< all are as they were, when the log was found
+  QString journal;                 ///< the log itself
   std::vector<std::string> lines;
+
+  /// Whether all of them are as they were now.
+  bool AreFilesSame() const;
 };
 
 /// Writes every line as it comes, at once, into a file of this process. The file is gone when the
@@ -32,9 +43,8 @@ class CrashLog : public QObject {
   CrashLog(Workspace& workspace, const QString& folder, QObject* parent = nullptr);
   ~CrashLog() override;
 
-  /// A file was opened, alone or beside others.
+  /// A file was opened in place of all others. Those that steps open beside it are seen here.
   void FileOpened(const QString& file);
-  void FileAdded(const QString& file) { m_files << file; }
   /// Data were written. Over the file that the log begins with, the log begins anew; over one of
   /// several, whose steps are in one log, there can be none any more.
   void FileSaved(const QString& file);
@@ -49,14 +59,21 @@ class CrashLog : public QObject {
   /// Where a user's logs lie.
   static QString DefaultFolder();
 
+ signals:
+  /// What is done from now on would be lost with the program, and why. Said once for each log.
+  void CannotKeep(const QString& reason);
+
  private:
   void Begin(const QString& file);
   void Write(const std::string& line);
+  void TakeOpened(const std::string& line);
+  void Tell(const QString& reason);
 
   Workspace& m_workspace;
   QString m_folder;
-  std::unique_ptr<QFile> m_log;
+  std::unique_ptr<LogFile> m_log;
   QStringList m_files;  ///< that the steps in the log go by
+  bool m_hasTold = false;
 };
 
 }  // namespace marquell::workbench

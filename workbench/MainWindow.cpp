@@ -140,9 +140,11 @@ void MainWindow::ConnectHost() {
 CrashLog& MainWindow::KeepCrashLog(const QString& folder) {
   m_crashLog = new CrashLog(m_workspace, folder, this);
   connect(m_documents, &Documents::Opened, m_crashLog, &CrashLog::FileOpened);
-  connect(m_documents, &Documents::Added, m_crashLog, &CrashLog::FileAdded);
   connect(m_documents, &Documents::Saved, m_crashLog, &CrashLog::FileSaved);
   connect(m_documents, &Documents::Closed, m_crashLog, &CrashLog::End);
+  connect(m_crashLog, &CrashLog::CannotKeep, this, [this](const QString& reason) {
+    statusBar()->showMessage(tr("What you do is not kept for the case of a crash: %1").arg(reason));
+  });
   return *m_crashLog;
 }
 

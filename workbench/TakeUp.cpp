@@ -47,6 +47,13 @@ bool PlayAgain(Workspace& workspace, const LostWork& work) {
   });
 }
 
+void TellOfChange(Workspace& workspace, const LostWork& work) {
+  if (work.AreFilesSame()) return;  // it could not be read, which was told
+  emit workspace.Failed(QObject::tr("\"%1\" is another file by now; the lost steps were not played "
+                                    "on it. They are a journal: %2")
+                            .arg(work.file, work.journal));
+}
+
 }  // namespace
 
 bool OfferLostWork(Workspace& workspace, Documents& documents, CrashLog& log, QWidget* window,
@@ -55,7 +62,11 @@ bool OfferLostWork(Workspace& workspace, Documents& documents, CrashLog& log, QW
     const LostWorkAnswer answer = ask(window, work);
     if (answer == LostWorkAnswer::Discard) log.Forget(work);
     if (answer != LostWorkAnswer::TakeUp || !work.isFileSame) continue;
-    if (!documents.Open(work.file)) continue;
+    // The question may have stood there for hours, and reading takes its time.
+    if (!work.AreFilesSame() || !documents.Open(work.file) || !work.AreFilesSame()) {
+      TellOfChange(workspace, work);
+      continue;
+    }
     // What was played again stands in the log of this window now.
     if (PlayAgain(workspace, work)) log.Forget(work);
     return true;

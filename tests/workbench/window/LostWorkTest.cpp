@@ -1,5 +1,7 @@
 // A window that is killed, and the next one.
 #include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
 #include <QProcess>
 #include <QProcessEnvironment>
 
@@ -7,9 +9,12 @@
 
 #include <csignal>
 
+#include <sys/resource.h>
+
 #include "CrashLog.h"
 #include "DataSetFiles.h"
 #include "Desk.h"
+#include "LogFile.h"
 #include "TakeUp.h"
 #include "UserActions.h"
 
@@ -124,6 +129,181 @@ TEST(LostWorkTest, AFileThatChangedSinceIsNotPlayedOn) {
   EXPECT_FALSE(OfferLostWork(desk.workspace(), desk.window().Files(), log, &desk.window(),
                              [](QWidget*, const LostWork&) { return LostWorkAnswer::Discard; }));
   EXPECT_THAT(log.FindLostWork(), IsEmpty());
+}
+
+/// A log as it was left by a window that was killed.
+class LeftLog {
+ public:
+  LeftLog() {
+    QFile::copy(MARQUELL_EXAMPLES "/part/gmsh_part.vtu", File());
+    Desk desk;
+    CrashLog& log = desk.window().KeepCrashLog(m_folder.filePath("own"));
+    EXPECT_TRUE(desk.window().Files().Open(File()));
+    Work(desk);
+    const QStringList logs = QDir(m_folder.filePath("own")).entryList(QDir::Files);
+    QDir().mkpath(Folder());
+    EXPECT_EQ(logs.size(), 1);
+    EXPECT_TRUE(QFile::copy(m_folder.filePath("own/" + logs.value(0)), Folder() + "/1-1.journal"));
+    EXPECT_THAT(log.FindLostWork(), IsEmpty());
+  }
+  QString File() const { return m_folder.filePath("part.vtu"); }
+  QString Folder() const { return m_folder.filePath("logs"); }
+
+ private:
+  QTemporaryDir m_folder;
+};
+
+TEST(LostWorkTest, AFileThatChangesWhileTheQuestionStandsIsNotPlayedOn) {
+  const LeftLog left;
+  Desk desk;
+  CrashLog& log = desk.window().KeepCrashLog(left.Folder());
+  EXPECT_FALSE(OfferLostWork(desk.workspace(), desk.window().Files(), log, &desk.window(),
+                             [&left](QWidget*, const LostWork& work) {
+                               EXPECT_TRUE(work.isFileSame);
+                               EXPECT_TRUE(QFile::remove(left.File()));
+                               EXPECT_TRUE(
+                                   QFile::copy(MARQUELL_EXAMPLES "/part/mixed.vtu", left.File()));
+                               return LostWorkAnswer::TakeUp;
+                             }));
+  EXPECT_EQ(desk.Failures().size(), 1);
+  EXPECT_EQ(desk.host().frames.Count(), 0);
+  EXPECT_EQ(log.FindLostWork().size(), 1u) << "it stays for later";
+}
+
+TEST(LostWorkTest, OtherFilesThatStepsHaveOpenedAreLookedAtToo) {
+  QTemporaryDir folder;
+  const QString second = folder.filePath("second.vtu");
+  ASSERT_TRUE(QFile::copy(MARQUELL_EXAMPLES "/part/gmsh_part.vtu", second));
+  Desk desk;
+  desk.window().KeepCrashLog(folder.filePath("logs"));
+  desk.OpenExample("part/gmsh_part.vtu");
+  Play(desk, ("$!OPEN \"" + second.toStdString() + "\"").c_str());
+  const QDir logs(folder.filePath("logs"));
+  QDir().mkpath(folder.filePath("copies"));
+  QFile::copy(logs.filePath(logs.entryList(QDir::Files).value(0)),
+              folder.filePath("copies/1-1.journal"));
+  Desk next;
+  CrashLog& log = next.window().KeepCrashLog(folder.filePath("copies"));
+  ASSERT_EQ(log.FindLostWork().size(), 1u);
+  EXPECT_TRUE(log.FindLostWork().front().isFileSame);
+  ASSERT_TRUE(QFile::remove(second));
+  ASSERT_TRUE(QFile::copy(MARQUELL_EXAMPLES "/part/mixed.vtu", second));
+  EXPECT_FALSE(log.FindLostWork().front().isFileSame);
+}
+
+TEST(LostWorkTest, PiecesOfAnIndexAreLookedAtToo) {
+  QTemporaryDir folder;
+  Desk desk;
+  desk.window().KeepCrashLog(folder.filePath("logs"));
+  desk.OpenExample("flange/flange.pvd");
+  Play(desk, "$!VIEW FIT");
+  const QDir logs(folder.filePath("logs"));
+  QDir().mkpath(folder.filePath("copies"));
+  QFile::copy(logs.filePath(logs.entryList(QDir::Files).value(0)),
+              folder.filePath("copies/1-1.journal"));
+  CrashLog other(desk.workspace(), folder.filePath("copies"));
+  ASSERT_EQ(other.FindLostWork().size(), 1u);
+  EXPECT_TRUE(other.FindLostWork().front().isFileSame);
+  const QDir pieces(QFileInfo(other.FindLostWork().front().file).dir().filePath("flange_2"));
+  QFile piece(pieces.filePath(pieces.entryList(QDir::Files).value(0)));
+  ASSERT_TRUE(piece.open(QIODevice::Append));
+  piece.write("\n");
+  piece.close();
+  EXPECT_FALSE(other.FindLostWork().front().isFileSame);
+}
+
+TEST(LostWorkTest, NameMayHoldWhateverEndsALine) {
+  QTemporaryDir folder;
+  const QString file = folder.filePath("a\n$!VIEW NONE%0A\r.vtu");
+  ASSERT_TRUE(QFile::copy(MARQUELL_EXAMPLES "/part/gmsh_part.vtu", file));
+  Desk desk;
+  desk.window().KeepCrashLog(folder.filePath("logs"));
+  ASSERT_TRUE(desk.window().Files().Open(file));
+  Play(desk, "$!TIME 0");
+  const QDir logs(folder.filePath("logs"));
+  QDir().mkpath(folder.filePath("copies"));
+  QFile::copy(logs.filePath(logs.entryList(QDir::Files).value(0)),
+              folder.filePath("copies/1-1.journal"));
+  CrashLog other(desk.workspace(), folder.filePath("copies"));
+  const std::vector<LostWork> found = other.FindLostWork();
+  ASSERT_EQ(found.size(), 1u);
+  EXPECT_EQ(found.front().file, file);
+  EXPECT_TRUE(found.front().isFileSame);
+  EXPECT_THAT(found.front().lines, testing::ElementsAre("$!TIME 0"));
+}
+
+/// What a full disk has not taken follows when it takes something again.
+TEST(LostWorkTest, LogHasNoGapAndNoBeginningOfALine) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "files of the sanitizers are limited as well";
+#endif
+  QTemporaryDir folder;
+  const QString path = folder.filePath("1-1.journal");
+  const auto contents = [&path] {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+  };
+  rlimit before{};
+  getrlimit(RLIMIT_FSIZE, &before);
+  const auto signalBefore = std::signal(SIGXFSZ, SIG_IGN);
+  {
+    LogFile log(path, "head\n");
+    ASSERT_TRUE(log.IsThere());
+    EXPECT_TRUE(log.Add("one"));
+    const rlimit full{12, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &full);
+    const bool isTwoIn = log.Add("two, which is long");
+    const bool isThreeIn = log.Add("three");
+    const QByteArray whileFull = contents();
+    setrlimit(RLIMIT_FSIZE, &before);
+    EXPECT_FALSE(isTwoIn);
+    EXPECT_FALSE(isThreeIn);
+    EXPECT_FALSE(log.Reason().isEmpty());
+    EXPECT_EQ(whileFull, "head\none\n");
+    EXPECT_TRUE(log.Add("four"));
+    EXPECT_EQ(contents(), "head\none\ntwo, which is long\nthree\nfour\n");
+  }
+  std::signal(SIGXFSZ, signalBefore);
+  EXPECT_FALSE(QFile::exists(path));
+}
+
+/// Another window that looks for lost work at the same moment must not take it away.
+TEST(LostWorkTest, LogIsHeldBeforeOthersSeeIt) {
+  QTemporaryDir folder;
+  LogFile log(folder.filePath("1-1.journal"), "head\n");
+  Desk desk;
+  EXPECT_THAT(desk.window().KeepCrashLog(folder.path()).FindLostWork(), IsEmpty());
+  EXPECT_TRUE(QFile::exists(folder.filePath("1-1.journal")));
+  EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
+}
+
+TEST(LostWorkTest, LogThatCannotBeMadeIsTold) {
+  QTemporaryDir folder;
+  QFile inTheWay(folder.filePath("logs"));
+  ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+  Desk desk;
+  CrashLog& log = desk.window().KeepCrashLog(folder.filePath("logs"));
+  QStringList told;
+  QObject::connect(&log, &CrashLog::CannotKeep, [&told](const QString& reason) { told << reason; });
+  desk.OpenExample("part/gmsh_part.vtu");
+  Work(desk);
+  EXPECT_EQ(told.size(), 1);
+  EXPECT_THAT(desk.Failures(), IsEmpty());
+}
+
+TEST(LostWorkTest, SavingOverTheFileByAnotherNameBeginsTheLogAnew) {
+  QTemporaryDir folder;
+  const QString file = folder.filePath("part.vtu");
+  ASSERT_TRUE(QFile::copy(MARQUELL_EXAMPLES "/part/gmsh_part.vtu", file));
+  ASSERT_TRUE(QFile::link(file, folder.filePath("link.vtu")));
+  Desk desk;
+  desk.window().KeepCrashLog(folder.filePath("logs"));
+  ASSERT_TRUE(desk.window().Files().Open(folder.filePath("link.vtu")));
+  Work(desk);
+  EXPECT_GT(desk.host().recorder.Log().Lines().size(), 1u);
+  desk.window().Files().questions.fileToSave = [&](QWidget*, const QString&) { return file; };
+  EXPECT_TRUE(desk.window().Files().SaveAs());
+  EXPECT_EQ(desk.host().recorder.Log().Lines().size(), 1u);
 }
 
 TEST(LostWorkTest, SavingOverTheFileBeginsTheLogAnew) {
