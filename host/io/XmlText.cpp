@@ -38,7 +38,10 @@ std::optional<std::string> Unescaped(const std::string& text) {
   std::string result;
   for (std::size_t at = 0; at < text.size();) {
     if (text[at] != '&') {
-      result += text[at++];
+      const bool isBreak = text[at] == '\n' || text[at] == '\r' || text[at] == '\t';
+      at += text.compare(at, 2, "\r\n") == 0 ? 1 : 0;
+      result += isBreak ? ' ' : text[at];
+      ++at;
       continue;
     }
     const auto* const known = std::find_if(

@@ -48,7 +48,8 @@ class PendingXmlArray : public PendingArray {
 bool IsPlainVariable(const XmlArray& array) {
   if (array.vtkType == 0 || array.name.empty() || array.hasOtherKeys) return false;
   for (const XmlAttribute& attribute : array.tag.attributes) {
-    if (attribute.name != "Name" && attribute.value.find('&') != std::string::npos) return false;
+    const bool isVerbatim = attribute.value.find_first_of("&\t\r\n") == std::string::npos;
+    if (attribute.name != "Name" && !isVerbatim) return false;
   }
   return true;
 }

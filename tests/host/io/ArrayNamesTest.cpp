@@ -5,6 +5,7 @@
 
 #include "DataSetFiles.h"
 #include "FileTesting.h"
+#include "FileTree.h"
 
 namespace {
 
@@ -129,6 +130,37 @@ TEST_F(FurtherNames, OfAnXmlFileReachOneOfAnotherKind) {
   const vtkSmartPointer<vtkDataSet> back = Read(In("out.vtu"));
   ASSERT_NE(back, nullptr);
   EXPECT_NE(back->GetCellData()->GetArray("f<&"), nullptr);
+}
+
+TEST_F(FurtherNames, WithBreaksOfLinesHaveBlanksForThem) {
+  const auto grid = TwoBricks();
+  grid->GetPointData()->GetArray("U")->SetComponentName(1, "north");
+  Write(In("in.vtu"), grid);
+  std::string text = Contents(In("in.vtu"));
+  const auto replace = [&text](const std::string& from, const std::string& to) {
+    for (std::size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size()) {
+      text.replace(at, from.size(), to);
+    }
+  };
+  replace("\"flag\"", "\"f\r\n\tl\rag\"");
+  replace("\"p\"", "\"a\np\"");
+  replace("\"north\"", "\"no\nrth\"");
+  Save(In("in.vtu"), text);
+
+  const auto data = qelhost::ReadDataSet(In("in.vtu"));
+  EXPECT_NE(data->VariableNumber("f  l ag"), 0);
+  qelhost::WriteDataSet(*data, In("out.vtk"));
+
+  const vtkSmartPointer<vtkDataSet> expected = Read(In("in.vtu"));
+  const auto back = qelhost::ReadDataSet(In("out.vtk"));
+  const auto& source = static_cast<const qelhost::FileSource&>(*back->GetSource());
+  vtkDataSet* const block = source.steps.at(0).root.block;
+  ASSERT_NE(expected->GetPointData()->GetScalars(), nullptr);
+  ASSERT_NE(block->GetPointData()->GetScalars(), nullptr);
+  EXPECT_STREQ(block->GetPointData()->GetScalars()->GetName(),
+               expected->GetPointData()->GetScalars()->GetName());
+  EXPECT_STREQ(block->GetPointData()->GetArray("U")->GetComponentName(1),
+               expected->GetPointData()->GetArray("U")->GetComponentName(1));
 }
 
 class ImpossibleNames : public FolderTest, public ::testing::WithParamInterface<const char*> {};
