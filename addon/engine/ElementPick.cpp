@@ -41,7 +41,8 @@ void Selvane::PickElementByProbe(bool nodeWanted) {
     return;
   }
   const LgIndex_t element = nodeWanted ? QelUtilProbeGetPointIndex() : QelUtilProbeFieldGetCell();
-  if (element < 1) return;
+  // What is recorded of an element that there is not could not be played.
+  if (element < 1 || element > QelUtilDataValueGetCountByRef(writer->field)) return;
 
   // Not before it is sure that something is altered.
   writer = Unshared(*writer, OnNoReference::Throw);

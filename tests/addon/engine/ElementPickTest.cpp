@@ -69,9 +69,13 @@ TEST_F(Probe, PlainClickOnANodalVariableIsExplained) {
 
 TEST_F(Probe, AClickOutsideAnythingDoesNothing) {
   Session().SetAlterVariable(c);
+  const std::size_t noticesBefore = host.notices.size();
   host.Probe(false, 1, 0, 0);
   host.Probe(false, 0, 1, 1);
+  host.Probe(false, 1, 3, 1);
+  host.Probe(false, 1, 2147483647, 1);
   EXPECT_THAT(host.ValuesOf(1, c), ElementsAre(10, 20));
+  EXPECT_EQ(host.notices.size(), noticesBefore);
   EXPECT_THAT(host.recordedLines, IsEmpty());
   EXPECT_THAT(host.messageBoxes, IsEmpty());
   EXPECT_THAT(host.errorBoxes, IsEmpty());

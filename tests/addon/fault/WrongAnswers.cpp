@@ -38,12 +38,10 @@ constexpr double kInfinite = std::numeric_limits<double>::infinity();
 enum class Wrong { Minus1, Least, OneMore, OneLess, Most };
 
 /// What an answer may be replaced with and cannot be right. A zone more than there is cannot be
-/// had, but one less is believed, as is a large number of a cell that was clicked on; and nobody
-/// goes through two billion faces.
+/// had, but one less is believed; and nobody goes through two billion faces.
 constexpr Wrong kCounts[] = {Wrong::Minus1, Wrong::Least, Wrong::OneMore};
 constexpr Wrong kSizes[] = {Wrong::Minus1, Wrong::Least, Wrong::OneLess};
 constexpr Wrong kIndexes[] = {Wrong::Minus1, Wrong::Least, Wrong::OneMore, Wrong::Most};
-constexpr Wrong kClicks[] = {Wrong::Minus1, Wrong::Least};
 
 template <class T>
 T Replaced(Wrong how, T truth) {
@@ -133,9 +131,9 @@ using fault::AnswerOf;
   X(LgIndex_t, QelUtilVarGetNumByName, (const char* text), (text), kIndexes)                       \
   X(LgIndex_t, QelUtilVarGetNumByAssignment, (char axis), (axis), kIndexes)                        \
   X(LgIndex_t, QelUtilZoneGetFieldMap, (LgIndex_t zone), (zone), kIndexes)                         \
-  X(LgIndex_t, QelUtilProbeFieldGetZone, (), (), kClicks)                                          \
-  X(LgIndex_t, QelUtilProbeFieldGetCell, (), (), kClicks)                                          \
-  X(LgIndex_t, QelUtilProbeGetPointIndex, (), (), kClicks)                                         \
+  X(LgIndex_t, QelUtilProbeFieldGetZone, (), (), kIndexes)                                         \
+  X(LgIndex_t, QelUtilProbeFieldGetCell, (), (), kIndexes)                                         \
+  X(LgIndex_t, QelUtilProbeGetPointIndex, (), (), kIndexes)                                        \
   X(LgIndex_t, QelUtilDataNodeGetByRef,                                                            \
     (const QelNodeMap* map, LgIndex_t element, LgIndex_t corner), (map, element, corner),          \
     kIndexes)                                                                                      \
