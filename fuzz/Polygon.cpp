@@ -51,8 +51,9 @@ PointBlock PointsNear(const CPolyBoundary& boundary, Input& input) {
   return points;
 }
 
+/// What is no number is in every range.
 bool IsInBox(const Ranges3<double>& box, double x, double y) {
-  return x >= box[0].low && x <= box[0].high && y >= box[1].low && y <= box[1].high;
+  return box[0].Has(x) && box[1].Has(y);
 }
 
 }  // namespace

@@ -77,11 +77,17 @@ void Draw(Input& input) {
   if (next == 2) Host().DeleteGeometry(id);
 }
 
+/// Mostly one that there may be.
+LgIndex_t Number(Input& input, int end) {
+  const int number = input.Take<std::uint8_t>();
+  return number < 240 ? number % (end + 1) : number - 250;
+}
+
 void Click(Input& input) {
   const bool withCtrl = input.Flag();
-  const auto zone = input.Take<std::int8_t>();
-  const auto cell = input.Take<std::int8_t>();
-  Host().Probe(withCtrl, zone, cell, input.Take<std::int8_t>());
+  const LgIndex_t zone = Number(input, 3);
+  const LgIndex_t cell = Number(input, 30);
+  Host().Probe(withCtrl, zone, cell, Number(input, 60));
 }
 
 void Drag(Input& input) {
@@ -140,8 +146,8 @@ void ChangeData(Input& input) {
 }
 
 void Ask(Input& input) {
-  const auto zone = input.Take<std::int8_t>();
-  Host().AskPick(zone, input.Take<std::uint8_t>());
+  const LgIndex_t zone = Number(input, 3);
+  Host().AskPick(zone, input.Take<std::uint8_t>() * 8);
 }
 
 void Answer(Input& input) { Host().queuedAnswers.push_back(input.Flag()); }
