@@ -31,8 +31,19 @@ Column* ColumnOf(const QelFieldData* ref) {
   return reinterpret_cast<Column*>(const_cast<QelFieldData*>(ref));
 }
 
-double Get(const QelFieldData* ref, LgIndex_t offset) { return ColumnOf(ref)->Get(offset); }
-void Set(QelFieldData* ref, LgIndex_t offset, double value) { ColumnOf(ref)->Set(offset, value); }
+/// Whether the column has so many values from one on; reported when it has not.
+bool Has(const Column& column, std::int64_t first, std::int64_t count) {
+  if (first >= 0 && first + count <= column.count) return true;
+  fakehost::Host().Report("values were asked for that there are not");
+  return false;
+}
+
+double Get(const QelFieldData* ref, LgIndex_t offset) {
+  return Has(*ColumnOf(ref), offset, 1) ? ColumnOf(ref)->Get(offset) : 0.0;
+}
+void Set(QelFieldData* ref, LgIndex_t offset, double value) {
+  if (Has(*ColumnOf(ref), offset, 1)) ColumnOf(ref)->Set(offset, value);
+}
 
 LgIndex_t Counted(std::int64_t count) { return static_cast<LgIndex_t>(count); }
 
@@ -156,12 +167,14 @@ WRAPPED(LgIndex_t, QelUtilDataValueGetCountByRef, const QelFieldData* ref) {
 
 WRAPPED(double, QelUtilDataValueGetByRef, const QelFieldData* ref, LgIndex_t index) {
   const Column* const column = ColumnOf(ref);
-  return column == nullptr ? __real_QelUtilDataValueGetByRef(ref, index) : column->Get(index - 1);
+  if (column == nullptr) return __real_QelUtilDataValueGetByRef(ref, index);
+  return Has(*column, std::int64_t{index} - 1, 1) ? column->Get(index - 1) : 0.0;
 }
 
 WRAPPED(void, QelUtilDataValueSetByRef, QelFieldData* ref, LgIndex_t index, double value) {
   Column* const column = ColumnOf(ref);
   if (column == nullptr) return __real_QelUtilDataValueSetByRef(ref, index, value);
+  if (!Has(*column, std::int64_t{index} - 1, 1)) return;
   // What is 0 already is not written, so that it takes up no memory.
   if (column->Get(index - 1) != value) column->Set(index - 1, value);
 }
@@ -170,6 +183,7 @@ WRAPPED(void, QelUtilDataValueArraySetByRef, QelFieldData* ref, LgIndex_t first,
         const void* source) {
   Column* const column = ColumnOf(ref);
   if (column == nullptr) return __real_QelUtilDataValueArraySetByRef(ref, first, count, source);
+  if (!Has(*column, std::int64_t{first} - 1, count)) return;
   const auto* const values = static_cast<const unsigned char*>(source);
   unsigned char* const to = column->memory->First() + (std::int64_t{first} - 1);
   constexpr std::int64_t kPage = 4096;
