@@ -30,6 +30,16 @@ TEST_F(Undo, TakesBackAnAdditionOnce) {
   EXPECT_THAT(host.ValuesOf(1, c), ElementsAre(15, 20));
 }
 
+TEST_F(Undo, OfAnElementBelowTheFirstTellsOfNoAlteration) {
+  PlayWell("ALTERELEMENT VARIABLE=\"c\" MODIFIER=\"+5\" ZONE=1 ELEMENT=-5");
+  EXPECT_TRUE(Session().IsUndoAvailable());
+  const std::size_t noticesBefore = host.notices.size();
+  PlayWell("UNDOALTER");
+  EXPECT_EQ(host.notices.size(), noticesBefore);
+  EXPECT_THAT(host.ValuesOf(1, c), ElementsAre(10, 20));
+  EXPECT_EQ(PlayBadly("UNDOALTER"), kNoUndo);
+}
+
 TEST_F(Undo, TakesBackMultiplicationAndDivision) {
   Alter("*4");
   PlayWell("UNDOALTER");
