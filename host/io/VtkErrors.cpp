@@ -5,7 +5,10 @@
 #include <vtkLogger.h>
 #include <vtkObjectFactory.h>
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
+#include <stdexcept>
 
 namespace qelhost {
 namespace {
@@ -61,10 +64,13 @@ VtkErrorCapture::~VtkErrorCapture() {
 StandardErrorSilence::StandardErrorSilence() : m_saved(-1) {
   std::fflush(stderr);
   const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
-  if (nowhere < 0) return;
+  if (nowhere < 0) throw std::runtime_error(std::strerror(errno));
   m_saved = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3);
+  const int reason = errno;
   if (m_saved >= 0) dup2(nowhere, STDERR_FILENO);
   close(nowhere);
+  // Closed it is silent as well.
+  if (m_saved < 0 && reason != EBADF) throw std::runtime_error(std::strerror(reason));
 }
 
 StandardErrorSilence::~StandardErrorSilence() {

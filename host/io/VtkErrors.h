@@ -29,7 +29,7 @@ class VtkErrorCapture {
 
 /// Sends the process' standard error nowhere while it lives: for the C libraries under some
 /// readers, which print there whatever they are told. Their callers learn of the failure all the
-/// same.
+/// same. Throws std::runtime_error where the process has too many files open for that.
 class StandardErrorSilence {
  public:
   StandardErrorSilence();
