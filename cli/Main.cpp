@@ -3,6 +3,7 @@
 #include "Host.h"
 #include "Interrupt.h"
 #include "Journal.h"
+#include "Memory.h"
 #include "Subcommand.h"
 #include "Terminal.h"
 
@@ -52,7 +53,7 @@ int RunReportingErrors(const std::function<int()>& subcommand) {
     PrintError(error.what());
     return kWrongCommandLine;
   } catch (const std::bad_alloc&) {
-    PrintError("there is not enough memory for this data set");
+    PrintNoMemory();
     return kFileFailed;
   } catch (const std::exception& error) {
     PrintError(error.what());
@@ -82,6 +83,7 @@ int Main(int argc, char** argv) {
     return kWrongCommandLine;
   }
 
+  KeepMemoryBack();
   EndOnInterrupt();
   // A write past a size limit is an error of that write, like one on a full disk.
   std::signal(SIGXFSZ, SIG_IGN);

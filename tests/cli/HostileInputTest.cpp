@@ -4,6 +4,9 @@
 
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -20,12 +23,13 @@ constexpr char kJournal[] =
 /// Of programs that are started while it lives.
 class LittleMemory {
  public:
-  LittleMemory() {
+  explicit LittleMemory(rlim_t bytes = rlim_t{1} << 30) {
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-    constexpr rlim_t kBytes = rlim_t{1} << 30;
     getrlimit(RLIMIT_AS, &m_before);
-    const rlimit little{kBytes, m_before.rlim_max};
+    const rlimit little{bytes, m_before.rlim_max};
     setrlimit(RLIMIT_AS, &little);
+#else
+    static_cast<void>(bytes);
 #endif
   }
   ~LittleMemory() {
@@ -131,6 +135,42 @@ TEST_F(HostileInput, JournalsWithoutEndAreRefused) {
     const Outcome outcome = RunProgram(arguments);
     EXPECT_EQ(outcome.exitCode, 3);
     EXPECT_EQ(outcome.err, "marquell: /dev/zero: is longer than any journal\n");
+  }
+}
+
+/// Whatever is being done when it is gone, also what takes memory to be given up.
+TEST_F(HostileInput, MemoryThatIsGoneIsSaid) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "sanitizers take more memory than they are given";
+#endif
+  const std::string mesh = folder.Write(
+      "a.vtk",
+      "# vtk DataFile Version 3.0\nwide\nASCII\nDATASET POLYDATA\nPOINTS 1 float\n0 0 0\n"
+      "CELL_DATA 0\nFIELD f 1\nx 60000 0 float\n");
+  int refused = 0;
+  for (rlim_t megabytes = 152; megabytes <= 192; megabytes += 8) {
+    const LittleMemory little(megabytes << 20);
+    const Outcome outcome = RunProgram({"info", mesh});
+    if (outcome.exitCode == 0) continue;
+    if (outcome.exitCode == 127) continue;  // too little to be started with
+    EXPECT_EQ(outcome.exitCode, 3) << megabytes;
+    EXPECT_EQ(LineCount(outcome.err), 1) << outcome.err;
+    ++refused;
+  }
+  EXPECT_GT(refused, 0);
+}
+
+/// The libraries under some readers print what they think of it.
+TEST_F(HostileInput, FewOpenFilesAreSaidInOneLine) {
+  const std::string mesh = MARQUELL_EXAMPLES "/part/gmsh_part.exo";
+  const std::string error = folder.Path("error");
+  for (int files = 4; files < 12; ++files) {
+    const std::string command = "(ulimit -n " + std::to_string(files) + "; exec " +
+                                MARQUELL_PROGRAM " info " + mesh + ") >/dev/null 2>" + error;
+    const int status = std::system(command.c_str());
+    ASSERT_TRUE(WIFEXITED(status)) << files;
+    EXPECT_EQ(LineCount(ReadText(error)), WEXITSTATUS(status) == 0 ? 0 : 1) << ReadText(error);
+    EXPECT_TRUE(WEXITSTATUS(status) == 0 || WEXITSTATUS(status) == 3) << files;
   }
 }
 
