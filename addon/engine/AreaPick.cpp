@@ -140,7 +140,7 @@ toolbox::Set Selvane::RelevantZones() {
 }
 
 std::vector<LgIndex_t> Selvane::ZonesToChange() {
-  if (m_isSurfaceOnly) return {m_seedZone};
+  if (m_isSurfaceOnly) return {m_seed.zone};
   const CPickBoundary3d* const boundary = Boundary3d();
   const toolbox::Set relevantZones = RelevantZones();
   const LgIndex_t boundaryZone = boundary == nullptr ? 0 : boundary->GetZoneNum();
@@ -182,7 +182,7 @@ bool Selvane::DecideInZone(const ZoneTarget& target, const InsideFiller& fillIns
   const LgIndex_t zone = target.zone;
   InsideSet inside(target.nodeCount);
   fillInside(zone, services, inside);
-  if (m_isSurfaceOnly && !SearchSurface(zone, m_seedElement, inside)) return false;
+  if (m_isSurfaceOnly && !SearchSurface(zone, m_seed.node, inside)) return false;
 
   const bool skipBlanked = !m_isBlankMode && QelUtilBlankingIsActive();
   use(target.isCellCentred ? TakenCells(zone, m_pickRule, inside, skipBlanked, services)

@@ -93,7 +93,7 @@ void Selvane::RecordSurface() const {
   if (!QelUtilMacroIsRecordingActive()) return;
   BeginCommand(m_isBlankMode ? Command_BlankSurface : Command_AlterSurface);
   if (!m_isBlankMode) AddVariableAndModifier();
-  AddZoneAndItem(m_seedZone, Attribute_SeedPoint, m_seedElement);
+  AddZoneAndItem(m_seed.zone, Attribute_SeedPoint, m_seed.node);
   AddRule();
   MacroEngine.CommitCommand();
 }

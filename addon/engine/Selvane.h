@@ -133,8 +133,8 @@ class Selvane {
   bool ApplySurfaceFromMacro();
 
   /// The seed of a macro's surface pick.
-  void SetSeedZone(LgIndex_t zone) { m_seedZone = zone; }
-  void SetSeedElement(LgIndex_t node) { m_seedElement = node; }
+  void SetSeedZone(LgIndex_t zone) { m_seed.zone = zone; }
+  void SetSeedElement(LgIndex_t node) { m_seed.node = node; }
 
   // Following the user's work in the host (FollowHost.cpp) ---------------------------------------
 
@@ -182,6 +182,12 @@ class Selvane {
   const CPolyBoundary& PolyBoundary() const { return m_polyBoundary; }
 
  private:
+  /// Where a surface pick begins.
+  struct Seed {
+    LgIndex_t zone = 0;
+    LgIndex_t node = 0;
+  };
+
   // WritePath.cpp
   LgIndex_t TargetVariable() const { return m_isBlankMode ? m_blankVar : m_alterVar; }
   std::optional<FieldWriter> OpenForWriting(LgIndex_t zoneNum, OnNoReference onNoReference);
@@ -226,6 +232,7 @@ class Selvane {
 
   // Undo.cpp
   bool RepeatLastPick(bool fromMacro);
+  bool RepeatLastSurface(bool fromMacro);
 
   // Recording.cpp
   void AddVariableAndModifier() const;
@@ -236,8 +243,8 @@ class Selvane {
   bool m_isSyncingContours = false;
   bool m_isSurfaceOnly = false;   ///< true only while a surface pick runs
   bool m_wasSurfaceOnly = false;  ///< m_isSurfaceOnly when values were last written
-  LgIndex_t m_seedElement = 0;
-  LgIndex_t m_seedZone = 0;
+  Seed m_seed;
+  Seed m_writtenSeed;  ///< m_seed when values were last written
   QelUniqueID_t m_dataSetId;
   PickRule m_pickRule = PickRule::AllInside;
   PickKind m_pickKind = PickKind::None;

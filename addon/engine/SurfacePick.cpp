@@ -77,8 +77,8 @@ void Selvane::PickSurfaceByProbe(bool isSeed) {
   // A click beside the plot is no seed; the user may try again.
   if (QelUtilProbeFieldGetZone() < 1) return;
   HOST_CHECK(QelUtilMouseSetMode(MouseButtonMode_Select));
-  m_seedElement = QelUtilProbeGetPointIndex();
-  m_seedZone = QelUtilProbeFieldGetZone();
+  m_seed.node = QelUtilProbeGetPointIndex();
+  m_seed.zone = QelUtilProbeFieldGetZone();
   if (ApplySurface(false)) RecordSurface();
 }
 
@@ -116,10 +116,10 @@ bool Selvane::ApplySurfaceFromMacro() {
   if (!QelUtilDataSetIsAvailable()) return Fail("No data set available in current frame");
   LgIndex_t numZones = 0;
   HOST_CHECK(QelUtilDataSetGetInfo(NULL, &numZones, NULL));
-  if (m_seedZone < 1 || m_seedZone > numZones) {
+  if (m_seed.zone < 1 || m_seed.zone > numZones) {
     return Fail("Zone was not defined OR does not exist in current frame.");
   }
-  if (m_seedElement == 0) return Fail("Seed point was not defined.");
+  if (m_seed.node == 0) return Fail("Seed point was not defined.");
   if (!m_polyBoundary.IsDefined()) {
     return Fail(
         "Pick boundary not properly defined for ALTER/BLANK SURFACE command.\nMust use a 2D "

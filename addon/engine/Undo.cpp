@@ -28,7 +28,7 @@ bool Selvane::UndoLastAlter(bool fromMacro) {
 
 bool Selvane::RepeatLastPick(bool fromMacro) {
   if (m_pickKind != PickKind::Element) {
-    if (m_wasSurfaceOnly) return fromMacro ? ApplySurfaceFromMacro() : ApplySurface(true);
+    if (m_wasSurfaceOnly) return RepeatLastSurface(fromMacro);
     return fromMacro ? ApplyAreaFromMacro() : ApplyArea(true);
   }
   if (m_pickedElement < 1 || m_pickedZone < 1) return true;
@@ -37,6 +37,19 @@ bool Selvane::RepeatLastPick(bool fromMacro) {
   if (!writer || m_pickedElement > QelUtilDataValueGetCountByRef(writer->field)) return false;
   AlterElement(*writer, m_pickedElement);
   return true;
+}
+
+/// From where it began: a seed that was refused since then has taken that one's place.
+bool Selvane::RepeatLastSurface(bool fromMacro) {
+  struct SeedGivenLast {
+    Seed& seed;
+    const Seed given;
+    ~SeedGivenLast() { seed = given; }
+  };
+  const SeedGivenLast givenLast{m_seed, m_seed};
+
+  m_seed = m_writtenSeed;
+  return fromMacro ? ApplySurfaceFromMacro() : ApplySurface(true);
 }
 
 }  // namespace qelvane::qelutiltools

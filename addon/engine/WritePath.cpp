@@ -159,6 +159,7 @@ void Selvane::FinishZone(const FieldWriter& writer, std::int64_t writtenCount) {
   NotifyVarsAltered(writer.zone, writer.var);
   m_isUndoAvailable = m_lastApplied.op != ValueModifier::kAssign;
   m_wasSurfaceOnly = m_isSurfaceOnly;
+  m_writtenSeed = m_seed;
   ShowUndoAvailability();
 }
 

@@ -78,6 +78,31 @@ TEST_F(SurfaceUndo, UndoFromTheDialogSaysThatTheGeometryIsGone) {
   ExpectAreasAreWholeAgain();
 }
 
+TEST_F(SurfaceUndo, GoesBySeedAndGeometryOfTheAlterationWhateverWasRefusedSince) {
+  Prepare();
+  ClickSeed(1, 1);
+  host.SelectGeometry(host.AddGeometry(Left()));
+  // One within the zone, one beside the area and in another zone.
+  ClickSeed(1, 23);
+  ClickSeed(2, 4);
+  EXPECT_THAT(host.errorBoxes, ElementsAre(kOffSurface, kOffSurface));
+  EXPECT_TRUE(Session().UndoLastAlter(false));
+  ExpectNothingChanged();
+}
+
+TEST_F(SurfaceUndo, PlayedUndoGoesByTheSeedOfTheAlteration) {
+  PlayWell(kRectangle);
+  PlayWell(kAlter);
+  PlayWell("ALTERSURFACE SEEDPOINT=23");
+  PlayWell("ALTERSURFACE ZONE=2");
+  EXPECT_EQ(Changed(1, n), Outside());
+  PlayWell("UNDOALTER");
+  ExpectNothingChanged();
+  // The seed of the lines is still the one that was given last.
+  PlayWell("ALTERSURFACE");
+  ExpectNothingChanged();
+}
+
 TEST_F(SurfaceUndo, RepeatedPickInUndoFormForgetsTheGeometry) {
   Prepare();
   ClickSeed(1, 1);
