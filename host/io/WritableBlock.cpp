@@ -70,12 +70,16 @@ ArrayPtr NamedForXml(vtkAbstractArray* array, const std::string& path) {
 
 // ---- lengths of vectors ----
 
-/// The lengths' range is written beside an array, where readers fail on "inf".
+/// The lengths' range is written beside an array, where readers fail on "inf". Nothing stays of the
+/// question: writers would tell its answer.
 bool HasInfiniteLength(vtkAbstractArray* array) {
   auto* const numbers = vtkDataArray::SafeDownCast(array);
   if (numbers == nullptr || numbers->GetNumberOfComponents() < 2) return false;
+  vtkInformation* const told = numbers->GetInformation();
+  const bool isTold = told->Has(vtkDataArray::L2_NORM_RANGE()) != 0;
   double range[2] = {0, 0};
   numbers->GetRange(range, -1);
+  if (!isTold) told->Remove(vtkDataArray::L2_NORM_RANGE());
   return !std::isfinite(range[0]) || !std::isfinite(range[1]);
 }
 
@@ -89,6 +93,7 @@ bool TellsInfiniteLength(vtkAbstractArray* array) {
 void TellFiniteLengths(vtkDataArray* numbers) {
   double range[2] = {0, 0};
   numbers->GetFiniteRange(range, -1);
+  numbers->GetInformation()->Remove(vtkDataArray::L2_NORM_FINITE_RANGE());
   numbers->GetInformation()->Set(vtkDataArray::L2_NORM_RANGE(), range, 2);
 }
 
