@@ -115,8 +115,11 @@ std::vector<FileCall> CallsIn(const std::string& log) {
 }
 
 std::vector<std::string> Preloaded(const std::string& folder) {
+  const char* const others = std::getenv("LD_PRELOAD");
+  const std::string libraries =
+      std::string(FAULTY_FILES) + (others ? " " : "") + (others ? others : "");
   // Sanitizers want to come first, and need not.
-  return {"LD_PRELOAD=" FAULTY_FILES, "FAULT_FOLDER=" + folder + "/",
+  return {"LD_PRELOAD=" + libraries, "FAULT_FOLDER=" + folder + "/",
           "ASAN_OPTIONS=verify_asan_link_order=0"};
 }
 

@@ -54,7 +54,7 @@ TEST(TrialRead, NoEndIsDamage) {
             "a.exo: damaged: its reader does not get to an end");
   EXPECT_EQ(ErrorOf(
                 [] {
-                  for (volatile int n = 0;; ++n) continue;
+                  for (volatile unsigned n = 0;; ++n) continue;
                 },
                 {1 << 28, 1, 60}),
             "a.exo: damaged: its reader does not get to an end");
