@@ -42,9 +42,7 @@ bool PreviewApply(LgIndex_t zone, std::uint64_t* bits, std::int64_t bitCount) {
     if (session == nullptr || NeedsSeed(*session)) return;
     isAnswered = session->MarkWhatApplyWrites(zone, bits, bitCount);
   });
-  if (isDone && isAnswered) return true;
-  Clear(bits, bitCount);
-  return false;
+  return isDone && isAnswered;
 }
 
 }  // namespace qelvane::qelutiltools
