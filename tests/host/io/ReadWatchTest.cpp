@@ -36,6 +36,8 @@ struct Told {
 
   std::function<bool(double)> Until(int count) {
     return [this, count](double fraction) {
+      // Nothing is told again and again while a file is read on trial, as often as time passes.
+      if (fraction == 0.0 && !fractions.empty()) return true;
       fractions.push_back(fraction);
       return static_cast<int>(fractions.size()) < count;
     };
