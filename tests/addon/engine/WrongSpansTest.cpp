@@ -2,6 +2,7 @@
 // is read or written by them.
 #include "EngineTest.h"
 #include "HostLock.h"
+#include "SurfaceSearch.h"
 #include "TakenItems.h"
 #include "WritePath.h"
 
@@ -78,6 +79,19 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& row) { return row.param.name; });
 
 class ShortField : public fakehost::EngineTest {};
+
+TEST_F(ShortField, OfInsideNodesDecidesNoCellOfAGridAndBeginsNoWalk) {
+  Load(MakeLattice(ZoneType_Ordered, 2, 1, 0));
+  const HostLock lock;
+  InsideSet inside(5);
+  inside.Insert(0);
+  EXPECT_EQ(TakenCells(1, PickRule::AnyInside, inside, false, {}).count, 0);
+  EXPECT_FALSE(SearchSurface(1, 1, inside));
+  InsideSet whole(6);
+  whole.Insert(0);
+  EXPECT_EQ(TakenCells(1, PickRule::AnyInside, whole, false, {}).count, 2);
+  EXPECT_TRUE(SearchSurface(1, 1, whole));
+}
 
 TEST_F(ShortField, IsNotRunOver) {
   Load(MakeLattice(ZoneType_FEQuad, 2, 1, 0));
