@@ -277,6 +277,17 @@ TEST_F(WorkFolders, OfTheLivingAndOfOthersStay) {
   close(held);
 }
 
+TEST_F(WorkFolders, OfOtherUsersStay) {
+  const std::string other = ".out.vtu." + DeadProcess() + ".part";
+  Make(other);
+  constexpr uid_t kOther = 12345;
+  if (chown(Path(other).c_str(), kOther, kOther) != 0) {
+    GTEST_SKIP() << "no file can be given away here: " << std::strerror(errno);
+  }
+  EXPECT_EQ(WriteTo("out.vtu").exitCode, 0);
+  EXPECT_EQ(ReadText(other + "/out.vtu"), "half a fi");
+}
+
 using SeveralResults = OddTarget;
 
 TEST_F(SeveralResults, ThatCannotBeWrittenLeaveNoFolder) {

@@ -365,6 +365,17 @@ TEST_F(HostileLegacy, FilesWithinAFileAreChecked) {
             In("a.vtk") + ": damaged: its cells refer to nodes that do not exist");
 }
 
+TEST_F(HostileLegacy, FilesDeepWithinAFileAreRefused) {
+  constexpr int kDeep = 20000;
+  std::string text = Head();
+  for (int n = 0; n < kDeep; ++n) {
+    text += "DATASET MULTIBLOCK\nCHILDREN 1\nCHILD 13 [b]\n" + Head();
+  }
+  text += Triangle();
+  for (int n = 0; n < kDeep; ++n) text += "ENDCHILD\n";
+  EXPECT_NE(ErrorOf(text), "");
+}
+
 /// VTK's reader does not survive them.
 TEST_F(HostileLegacy, TypesThatNobodyKnowsAreRefused) {
   EXPECT_EQ(ErrorOf(Head() + Triangle() + "FIELD f 1\na 1 1 other\n1\n"),
