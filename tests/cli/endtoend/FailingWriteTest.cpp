@@ -1,6 +1,7 @@
 // Disks that are full or broken: every file is as it was, or whole and new.
 #include "Faults.h"
 
+#include <gmock/gmock.h>
 #include <sys/mount.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
@@ -177,6 +178,30 @@ class FullDisk : public FaultTest {
  private:
   bool m_isMounted = false;
 };
+
+/// What a power failure would leave shows nowhere else.
+TEST_F(FailingWrites, ReplaceNothingBeforeTheDiskHasIt) {
+  using testing::ElementsAre;
+  const auto syncsAndRenames = [this](const std::string& name) {
+    std::vector<std::string> calls;
+    for (const FileCall& call : RehearsalOf(name).calls) {
+      if (call.name == "fsync" || call.name == "rename") calls.push_back(call.name);
+    }
+    return calls;
+  };
+  for (const char* const name : {"CopiedOverOld", "EncodedOverOld", "LegacyOverOld",
+                                 "RecordingOverOld", "ReportOverOld", "PictureOverOld"}) {
+    EXPECT_THAT(syncsAndRenames(name), ElementsAre("fsync", "rename")) << name;
+  }
+  for (const char* const name : {"BlocksOverOld", "StepsOverOld"}) {
+    const std::vector<std::string> calls = syncsAndRenames(name);
+    const auto first = std::find(calls.begin(), calls.end(), "rename");
+    EXPECT_TRUE(first - calls.begin() >= 3) << name << ": pieces and their folder";
+    EXPECT_THAT(std::vector<std::string>(first, calls.end()),
+                ElementsAre("rename", "fsync", "rename"))
+        << name;
+  }
+}
 
 TEST_F(FullDisk, LeavesTheOldFile) {
   int fullCount = 0;
