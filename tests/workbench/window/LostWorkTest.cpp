@@ -170,6 +170,21 @@ TEST(LostWorkTest, AFileThatChangesWhileTheQuestionStandsIsNotPlayedOn) {
   EXPECT_EQ(log.FindLostWork().size(), 1u) << "it stays for later";
 }
 
+TEST(LostWorkTest, AFileThatChangesWhileItIsReadIsNotPlayedOn) {
+  const LeftLog left;
+  Desk desk;
+  CrashLog& log = desk.window().KeepCrashLog(left.Folder());
+  QObject::connect(&desk.window().Files(), &Documents::Opened, [&left] {
+    QFile file(left.File());
+    ASSERT_TRUE(file.open(QIODevice::Append));
+    file.write("\n");
+  });
+  EXPECT_FALSE(OfferLostWork(desk.workspace(), desk.window().Files(), log, &desk.window(),
+                             [](QWidget*, const LostWork&) { return LostWorkAnswer::TakeUp; }));
+  EXPECT_EQ(desk.Failures().size(), 1);
+  EXPECT_FALSE(desk.window().isWindowModified()) << "nothing was played";
+}
+
 TEST(LostWorkTest, OtherFilesThatStepsHaveOpenedAreLookedAtToo) {
   QTemporaryDir folder;
   const QString second = folder.filePath("second.vtu");
