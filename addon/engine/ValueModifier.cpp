@@ -1,7 +1,6 @@
 #include "ValueModifier.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -37,14 +36,8 @@ std::optional<ValueModifier> ParseModifierText(const std::string& text) {
 }
 
 std::string FormatModifier(const ValueModifier& modifier) {
-  const char op = kOperators[modifier.op];
   char text[64];
-  if (std::isfinite(modifier.value)) {
-    std::snprintf(text, sizeof text, "%c%g", op, modifier.value);
-  } else {
-    // A word is read behind a sign alone.
-    std::snprintf(text, sizeof text, "%c%+g", op, modifier.value);
-  }
+  std::snprintf(text, sizeof text, "%c%g", kOperators[modifier.op], modifier.value);
   return text;
 }
 

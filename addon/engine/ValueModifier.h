@@ -23,8 +23,7 @@ struct ValueModifier {
 /// 0. Nothing when the text is empty, does not begin like a number, or divides by 0.
 std::optional<ValueModifier> ParseModifierText(const std::string& text);
 
-/// The modifier as shown and recorded: the operator and the value with six significant digits, or
-/// "+inf", "-nan" and such. What it gives can be read again.
+/// The modifier as shown and recorded: the operator and the value with six significant digits.
 std::string FormatModifier(const ValueModifier& modifier);
 
 /// The modifier that takes an applied one back, or nothing for = and for *0.

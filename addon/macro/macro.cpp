@@ -23,11 +23,8 @@ std::string TextOf(double x) {
   char text[64];
   if (std::fabs(std::floor(x) - x) < kWholeTolerance && x <= kLargestInt && x >= kSmallestInt) {
     std::snprintf(text, sizeof text, "%d", static_cast<std::int32_t>(x));
-  } else if (std::isfinite(x)) {
-    std::snprintf(text, sizeof text, "%g", x);
   } else {
-    // Without a sign a word is read as a keyword.
-    std::snprintf(text, sizeof text, "%+g", x);
+    std::snprintf(text, sizeof text, "%g", x);
   }
   return text;
 }
