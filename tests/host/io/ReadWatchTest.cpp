@@ -12,6 +12,9 @@
 #include <functional>
 #include <limits>
 #include <thread>
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/lsan_interface.h>
+#endif
 
 namespace filetesting {
 namespace {
@@ -48,6 +51,9 @@ Told ReadOnThread(const std::string& path, int until, DataSetPtr* data = nullptr
   Told told;
   std::string failure;
   std::thread reader([&] {
+#ifdef __SANITIZE_ADDRESS__
+    const __lsan::ScopedDisabler vtkForgetsArraysWhenItIsCancelled;
+#endif
     const ReadWatch watch(told.Until(until));
     try {
       const DataSetPtr read = ReadDataSet(path);
