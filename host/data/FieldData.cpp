@@ -108,7 +108,8 @@ void SetAccessors(QelFieldData& ref) {
 template <class T>
 bool FindMemory(QelFieldData& ref, vtkDataArray* array, int component) {
   if (auto* together = vtkAOSDataArrayTemplate<T>::FastDownCast(array)) {
-    ref.first = reinterpret_cast<char*>(together->GetPointer(0) + component);
+    T* const values = together->GetPointer(0);  // null where there are none
+    ref.first = reinterpret_cast<char*>(values == nullptr ? nullptr : values + component);
     ref.stride = array->GetNumberOfComponents();
     return true;
   }
