@@ -21,4 +21,5 @@ esac
 configure $preset
 build $preset
 cd "$root"
-ctest --preset $preset -j "$(nproc)" "${filter[@]}"
+ctest --preset $preset -j "$(nproc)" "${filter[@]}" ||
+  die "what the sanitizers say beside the tests' own words lies in $root/build-$preset/reports"
