@@ -164,7 +164,7 @@ std::vector<std::string> NameTargets(const RunOptions& options) {
 }  // namespace
 
 std::vector<std::string> PlanTargets(const RunOptions& options) {
-  const std::vector<std::string> targets = NameTargets(options);
+  std::vector<std::string> targets = NameTargets(options);
   const std::vector<std::string> byProducts = {options.report, options.record, options.image,
                                                options.imageBefore, options.imagePair};
   for (const std::string& byProduct : byProducts) {

@@ -39,6 +39,7 @@ bool ReadAttribute(const std::string& text, std::int64_t start, std::size_t& at,
 
 bool AreNamedApart(const std::vector<XmlAttribute>& attributes) {
   std::vector<std::string_view> names;
+  names.reserve(attributes.size());
   for (const XmlAttribute& attribute : attributes) names.emplace_back(attribute.name);
   std::sort(names.begin(), names.end());
   return std::adjacent_find(names.begin(), names.end()) == names.end();
