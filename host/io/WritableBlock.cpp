@@ -16,7 +16,6 @@
 #include <cmath>
 #include <map>
 #include <optional>
-#include <utility>
 
 #include "FileError.h"
 #include "xml/XmlTags.h"
@@ -174,8 +173,8 @@ vtkSmartPointer<vtkDataSet> WithEachArray(vtkDataSet* block, const Replace& repl
   Replacements replacements;
   for (vtkAbstractArray* const array : ArraysOf(block)) {
     if (array == nullptr) continue;
-    ArrayPtr other = replace(array);
-    if (other != array) replacements[array] = std::move(other);
+    const ArrayPtr other = replace(array);
+    if (other != array) replacements[array] = other;
   }
   return WithArrays(block, replacements);
 }
