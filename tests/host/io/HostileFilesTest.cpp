@@ -390,16 +390,20 @@ TEST_F(HostileLegacy, PolyhedraThatEndNowhereAreRefused) {
   };
   const std::string one = kTetrahedron;
   EXPECT_EQ(ErrorOf(grid("CELLS 1 18\n17 " + one)), "");
-  const std::string damaged = In("a.vtk") + ": damaged: its reader cannot get through it";
-  EXPECT_EQ(ErrorOf(grid("CELLS 1 18\n17 1000000000" + one.substr(1))), damaged);
-  EXPECT_EQ(ErrorOf(grid("CELLS 1 18\n17 4 2000000000" + one.substr(3))), damaged);
+  // Whether the reader ends its process or says so depends on what lies behind in memory.
+  const std::string damaged = In("a.vtk") + ": damaged";
+  const auto isRefused = [&](const std::string& text) {
+    return ErrorOf(text).compare(0, damaged.size(), damaged) == 0;
+  };
+  EXPECT_TRUE(isRefused(grid("CELLS 1 18\n17 1000000000" + one.substr(1))));
+  EXPECT_TRUE(isRefused(grid("CELLS 1 18\n17 4 2000000000" + one.substr(3))));
   std::string binary =
       grid("CELLS 1 5\n" + std::string("\0\0\0\4\0\0\0\1\x7f\0\0\0\0\0\0\0\0\0\0\1", 20),
            std::string("\0\0\0\x2a", 4));
   binary.replace(binary.find("ASCII"), 5, "BINARY");
   const std::string places = "0 0 0 1 0 0 0 1 0 0 0 1";
   binary.replace(binary.find(places), places.size(), std::string(48, '\0'));
-  EXPECT_EQ(ErrorOf(binary), damaged);
+  EXPECT_TRUE(isRefused(binary));
 }
 
 TEST_F(HostileLegacy, ArraysStayInProportionToTheFile) {
