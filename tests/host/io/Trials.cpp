@@ -17,7 +17,7 @@
 
 #include "FileTesting.h"
 
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 constexpr bool kIsSanitized = true;
 #else
 constexpr bool kIsSanitized = false;
