@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FakeHost.h"
+#include "User.h"
 
 #include <functional>
 #include <ostream>
@@ -10,9 +11,6 @@
 
 /// Sessions in which one call of the host is refused, and what comes of it.
 namespace fault {
-
-/// What a deed may do to a value that it is about.
-using Change = double (*)(double);
 
 /// One thing that a user, a journal or the host does.
 struct Deed {

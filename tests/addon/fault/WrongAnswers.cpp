@@ -156,40 +156,31 @@ using fault::AnswerOf;
 
 LYING_FUNCTIONS(LYING)
 
+#define LYING_TEXT(name, params, args, text) \
+  extern "C" bool __real_##name params;      \
+  extern "C" bool __wrap_##name params;      \
+  extern "C" bool __wrap_##name params {     \
+    const bool isDone = __real_##name args;  \
+    const int how = AnswerOf(#name);         \
+    if (isDone) fault::MakeWrong(how, text); \
+    return isDone;                           \
+  }
+
+// name, parameters, arguments, the text among them
+#define LYING_TEXTS(X)                                                     \
+  X(QelUtilZoneGetName, (LgIndex_t zone, char** name), (zone, name), name) \
+  X(QelUtilVarGetName, (LgIndex_t var, char** name), (var, name), name)    \
+  X(QelUtilLockGetCurrentOwnerName, (char** name), (name), name)           \
+  X(QelUtilStateChangeGetStyleParam, (LgIndex_t n, char** param), (n, param), param)
+
+LYING_TEXTS(LYING_TEXT)
+
+// What has several answers -----------------------------------------------------------------------
+
 #define WRAPPED(result, name, ...)              \
   extern "C" result __real_##name(__VA_ARGS__); \
   extern "C" result __wrap_##name(__VA_ARGS__); \
   extern "C" result __wrap_##name(__VA_ARGS__)
-
-WRAPPED(bool, QelUtilZoneGetName, LgIndex_t zone, char** name) {
-  const bool isDone = __real_QelUtilZoneGetName(zone, name);
-  const int how = AnswerOf("QelUtilZoneGetName");
-  if (isDone) fault::MakeWrong(how, name);
-  return isDone;
-}
-
-WRAPPED(bool, QelUtilVarGetName, LgIndex_t var, char** name) {
-  const bool isDone = __real_QelUtilVarGetName(var, name);
-  const int how = AnswerOf("QelUtilVarGetName");
-  if (isDone) fault::MakeWrong(how, name);
-  return isDone;
-}
-
-WRAPPED(bool, QelUtilLockGetCurrentOwnerName, char** name) {
-  const bool isDone = __real_QelUtilLockGetCurrentOwnerName(name);
-  const int how = AnswerOf("QelUtilLockGetCurrentOwnerName");
-  if (isDone) fault::MakeWrong(how, name);
-  return isDone;
-}
-
-WRAPPED(bool, QelUtilStateChangeGetStyleParam, LgIndex_t n, char** param) {
-  const bool isDone = __real_QelUtilStateChangeGetStyleParam(n, param);
-  const int how = AnswerOf("QelUtilStateChangeGetStyleParam");
-  if (isDone) fault::MakeWrong(how, param);
-  return isDone;
-}
-
-// What has several answers -----------------------------------------------------------------------
 
 namespace {
 
@@ -344,12 +335,9 @@ WRAPPED(const void*, QelUtilExtensionGet, const char* id) {
 
 std::vector<fault::Liar> fault::Liars() {
 #define ROW(result, name, params, args, kinds) {#name, static_cast<int>(std::size(kinds))},
-  std::vector<Liar> liars = {LYING_FUNCTIONS(ROW)};
-  const std::vector<Liar> others = {{"QelUtilZoneGetName", kWrongTexts},
-                                    {"QelUtilVarGetName", kWrongTexts},
-                                    {"QelUtilLockGetCurrentOwnerName", kWrongTexts},
-                                    {"QelUtilStateChangeGetStyleParam", kWrongTexts},
-                                    {"QelUtilZoneGetIJK", kWrongDims},
+#define TEXT_ROW(name, params, args, text) {#name, kWrongTexts},
+  std::vector<Liar> liars = {LYING_FUNCTIONS(ROW) LYING_TEXTS(TEXT_ROW)};
+  const std::vector<Liar> others = {{"QelUtilZoneGetIJK", kWrongDims},
                                     {"QelUtilDataSetGetInfo", kWrongInfos},
                                     {"QelUtilZoneGetRelevant", 2},
                                     {"QelUtilViewGet", 1},
