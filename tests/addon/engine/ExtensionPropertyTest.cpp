@@ -1,5 +1,5 @@
 // Random sessions come out the same, bit by bit and word by word, whatever the host offers.
-#include "ExtensionScene.h"
+#include "ExtensionSession.h"
 #include "FakeHostTest.h"
 
 #include <array>

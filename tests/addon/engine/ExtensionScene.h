@@ -3,54 +3,28 @@
 #include "FakeHost.h"
 #include "PickReference.h"
 
-#include <cstdint>
-#include <string>
+#include <cstddef>
 #include <vector>
 
-/// Random sessions that a host can be given again with other services offered, and what comes of
-/// them. Nothing about a session depends on what is offered.
+/// Random zones, variables and boundaries in a host.
 namespace extension {
 
-struct Offer {
-  std::vector<fakehost::Service> services;
-  fakehost::SpanVariant variant;
-
-  bool Has(fakehost::Service service) const;
-  std::string Name() const;
-};
-
-/// What is left of a session that a user, a file or a journal could see.
-struct Outcome {
-  std::vector<std::string> events;                 ///< answers, notices, boxes, recorded lines
-  std::vector<std::vector<unsigned char>> values;  ///< zone by zone and variable by variable
-  std::vector<std::string> progress;               ///< empty when the host does not listen
-  int changingSteps = 0;                           ///< that left other values than they found
-  std::string steps;                               ///< what was done, for messages
-
-  // For the test to see that it shows something.
-  int spansShown = 0;
-  int rangeRuns = 0;
-};
+template <class T, std::size_t count>
+const T& OneOf(reference::Random& random, const T (&items)[count]) {
+  return items[static_cast<std::size_t>(random.Below(static_cast<int>(count)))];
+}
 
 /// Up to three small zones of a type in a frame of the host, with odd coordinates and variables
 /// "n1", "c1", "n2" and "c2": shared, passive, not writable, hidden at places.
 void MakeRandomScene(reference::Random& random, QelZoneType_e type);
+
+/// Any of the host's data, also one that is a coordinate.
+LgIndex_t RandomVariable(reference::Random& random);
 
 /// One that lies somewhere about nodes with coordinates up to reach.
 reference::Boundary AnyBoundary(reference::Random& random, int reach);
 
 /// The values of all zones and variables, one after the other; a passive variable has none.
 std::vector<std::vector<unsigned char>> AllValues();
-
-/// Plays the session of a seed on up to three small zones of a type.
-Outcome PlaySession(QelZoneType_e type, unsigned seed, const Offer& offer);
-
-/// Plays lines on a tiny zone and the given one in a 3D frame, with a variable at the nodes, "n",
-/// and one at the cells, "c".
-///
-/// hides  cells and nodes with large values are blanked
-Outcome PlayLines(const fakehost::Mesh& mesh, fakehost::StoredType coordinates,
-                  fakehost::StoredType values, const std::vector<std::string>& lines, bool hides,
-                  const Offer& offer);
 
 }  // namespace extension

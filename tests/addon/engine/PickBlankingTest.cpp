@@ -1,58 +1,19 @@
-// Hiding what is picked: the blanking variable, the constraint, what a reset leaves.
-#include "EngineTest.h"
-
-#include "Utilities.h"
+// Hiding what is picked: the blanking variable, and who may have none.
+#include "BlankTest.h"
 
 namespace {
 
-using fakehost::EngineTest;
-using fakehost::MakeLattice;
+using fakehost::kBlank3;
+using fakehost::kEverywhere;
+using fakehost::PickBlanking;
 using fakehost::StateChangeNotice;
 using fakehost::StoredType;
-using fakehost::StyleCall;
-using qelvane::qelutiltools::GetValueBlankingInclude;
-using qelvane::qelutiltools::HostLock;
 using qelvane::qelutiltools::PickKind;
-using qelvane::qelutiltools::SetValueBlankingInclude;
 using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-constexpr char kBlank3[] = "BLANKELEMENT ZONE=1 ELEMENT=3";
 constexpr char kRefused[] = "Unable to initialize this data set for pick blanking.";
-constexpr char kEverywhere[] = "PICKRECTANGLE ANCHORX=-9 ANCHORY=-9 SIZEX=20 SIZEY=20";
-
-/// Two zones of four quadrilaterals each.
-class PickBlanking : public EngineTest {
- protected:
-  void LoadTwo(QelPlotType_e plotType = PlotType_Cartesian2D) {
-    host.AddFrame(plotType);
-    host.AddZone(MakeLattice(ZoneType_FEQuad, 2, 2, 0));
-    host.AddZone(MakeLattice(ZoneType_FEQuad, 2, 2, 0));
-    n = host.AddVariable("n", ValueLocation_Nodal, StoredType::Double,
-                         [](LgIndex_t zone, LgIndex_t node) { return 100.0 * zone + node; });
-    c = host.AddVariable("c", ValueLocation_CellCentered, StoredType::Float,
-                         [](LgIndex_t zone, LgIndex_t cell) { return 10.0 * zone + cell; });
-    InitQelAddOn113();
-  }
-
-  LgIndex_t BlankVariable() {
-    const HostLock lock;
-    return QelUtilVarGetNumByName("PICK_BLANK");
-  }
-  std::vector<double> Blanks(LgIndex_t zone) { return host.ValuesOf(zone, BlankVariable()); }
-
-  /// The zones that one variable was reported altered in, in that order.
-  std::vector<SetIndex_t> ZonesReported(LgIndex_t var) const {
-    std::vector<SetIndex_t> zones;
-    for (const StateChangeNotice& notice : host.notices) {
-      if (notice.change != StateChange_VarsAltered) continue;
-      EXPECT_THAT(notice.vars, ElementsAre(var));
-      zones.insert(zones.end(), notice.zones.begin(), notice.zones.end());
-    }
-    return zones;
-  }
-};
 
 // The variable ---------------------------------------------------------------------------------
 
@@ -152,128 +113,6 @@ INSTANTIATE_TEST_SUITE_P(
                       ExistingRow{"CellInt64", ValueLocation_CellCentered, StoredType::Int64}),
     [](const auto& row) { return std::string(row.param.name); });
 
-// Entering the mode ----------------------------------------------------------------------------
-
-std::string TextOf(const StyleCall& call) {
-  return call.setting + " of " + std::to_string(call.offset1) + " " +
-         (call.setting == "BLANKING VALUE CONSTRAINT VALUECUTOFF" ? std::to_string(call.dValue)
-                                                                  : std::to_string(call.iValue));
-}
-
-std::vector<std::string> BlankingCalls(const std::vector<StyleCall>& calls) {
-  std::vector<std::string> texts;
-  for (const StyleCall& call : calls) {
-    if (call.setting.rfind("BLANKING", 0) == 0) texts.push_back(TextOf(call));
-  }
-  return texts;
-}
-
-TEST_F(PickBlanking, SettingsAreWrittenInTheirOrder) {
-  LoadTwo();
-  PlayWell(kBlank3);
-  EXPECT_THAT(
-      BlankingCalls(host.styleCalls),
-      ElementsAre("BLANKING VALUE CONSTRAINT INCLUDE of 8 1",
-                  "BLANKING VALUE CONSTRAINT VARA of 8 6", "BLANKING VALUE CONSTRAINT RELOP of 8 4",
-                  "BLANKING VALUE CONSTRAINT CONSTRAINTOP2MODE of 8 1",
-                  "BLANKING VALUE CONSTRAINT VALUECUTOFF of 8 1.000000",
-                  "BLANKING VALUE BLANKENTIRECELL of 0 1",
-                  "BLANKING VALUE VALUEBLANKCELLMODE of 0 2"));
-}
-
-TEST_F(PickBlanking, EveryBlankCommandWritesThemAgainAndChangesNothingBy) {
-  LoadTwo();
-  PlayWell(kBlank3);
-  const std::vector<std::string> first = BlankingCalls(host.styleCalls);
-  host.styleCalls.clear();
-  PlayWell(kEverywhere);
-  for (const char* const line : {kBlank3, "BLANKAREA", "BLANKSURFACE ZONE=1 SEEDPOINT=1"}) {
-    host.styleCalls.clear();
-    PlayWell(line);
-    EXPECT_EQ(BlankingCalls(host.styleCalls), first) << line;
-    for (const StyleCall& call : host.styleCalls) {
-      EXPECT_EQ(call.result, SetValueResult_Duplicate) << line << ": " << TextOf(call);
-    }
-  }
-}
-
-TEST_F(PickBlanking, UsersConstraintIsOverwrittenButForItsVariableB) {
-  LoadTwo();
-  host.ActiveFrame().blanking.constraints[8] = {
-      false, n, c, BlankRelOp_LessThan, ConstraintOp2Mode_UseVar, 7.0};
-  host.ActiveFrame().blanking.constraints[7] = {
-      true, n, c, BlankRelOp_LessThan, ConstraintOp2Mode_UseVar, 7.0};
-  PlayWell(kBlank3);
-  const fakehost::Blanking& blanking = host.ActiveFrame().blanking;
-  const fakehost::Constraint& constraint = blanking.constraints.at(8);
-  EXPECT_TRUE(constraint.include);
-  EXPECT_EQ(constraint.varA, 6);
-  EXPECT_EQ(constraint.varB, c);
-  EXPECT_EQ(constraint.relOp, BlankRelOp_EqualTo);
-  EXPECT_EQ(constraint.op2Mode, ConstraintOp2Mode_UseConstant);
-  EXPECT_EQ(constraint.cutoff, 1.0);
-  EXPECT_EQ(blanking.constraints.at(7).cutoff, 7.0);
-  EXPECT_FALSE(blanking.include) << "whether anything is hidden is the user's choice";
-}
-
-TEST_F(PickBlanking, SwitchingBlankingOffAndOnKeepsThePicks) {
-  LoadTwo();
-  PlayWell(kBlank3);
-  const HostLock lock;
-  host.styleCalls.clear();
-  SetValueBlankingInclude(true);
-  EXPECT_TRUE(host.IsBlankedCell(1, 3));
-  EXPECT_FALSE(host.IsBlankedCell(1, 2));
-  SetValueBlankingInclude(false);
-  EXPECT_FALSE(GetValueBlankingInclude());
-  EXPECT_FALSE(host.IsBlankedCell(1, 3));
-  SetValueBlankingInclude(true);
-  EXPECT_TRUE(GetValueBlankingInclude());
-  EXPECT_TRUE(host.IsBlankedCell(1, 3));
-  EXPECT_THAT(BlankingCalls(host.styleCalls),
-              ElementsAre("BLANKING VALUE INCLUDE of 0 1", "BLANKING VALUE INCLUDE of 0 0",
-                          "BLANKING VALUE INCLUDE of 0 1"))
-      << "the constraint is not written again";
-}
-
-TEST_F(PickBlanking, BlankingDiscardsUndo) {
-  LoadTwo();
-  PlayWell("ALTERELEMENT VARIABLE=\"c\" MODIFIER=\"+5\" ZONE=1 ELEMENT=1");
-  PlayWell(kBlank3);
-  EXPECT_EQ(PlayBadly("UNDOALTER"), "Macro failed to perform Undo");
-  EXPECT_THAT(host.ValuesOf(1, c), ElementsAre(16, 12, 13, 14));
-  EXPECT_THAT(Blanks(1), ElementsAre(0, 0, 1, 0)) << "a blank is not undone either";
-}
-
-TEST_F(PickBlanking, AlterCommandAltersAgainWithTheModifierFromBefore) {
-  LoadTwo();
-  PlayWell("ALTERELEMENT VARIABLE=\"c\" MODIFIER=\"+5\" ZONE=1 ELEMENT=1");
-  PlayWell(kBlank3);
-  PlayWell("ALTERELEMENT ZONE=1 ELEMENT=2");
-  EXPECT_THAT(host.ValuesOf(1, c), ElementsAre(16, 17, 13, 14));
-  EXPECT_THAT(Blanks(1), ElementsAre(0, 0, 1, 0));
-  EXPECT_TRUE(host.ActiveFrame().blanking.constraints[8].include) << "the constraint stays";
-}
-
-TEST_F(PickBlanking, BadAttributeAddsNoVariable) {
-  LoadTwo();
-  for (const char* const line :
-       {"BLANKELEMENT ZONE=1 ELEMENT=0", "BLANKELEMENT ZONE=1", "BLANKAREA VARIABLE=\"c\"",
-        "BLANKAREA RULE=CUBE", "BLANKSURFACE MODIFIER=\"+1\""}) {
-    PlayBadly(line);
-  }
-  EXPECT_EQ(BlankVariable(), 0);
-  EXPECT_THAT(host.styleCalls, IsEmpty());
-}
-
-TEST_F(PickBlanking, ElementThatThereIsNotIsAFailure) {
-  LoadTwo();
-  EXPECT_EQ(PlayBadly("BLANKELEMENT ZONE=1 ELEMENT=5"),
-            "Error during execution of BLANKELEMENT operation");
-  EXPECT_EQ(PlayBadly("BLANKELEMENT ZONE=3 ELEMENT=1"),
-            "Error during execution of BLANKELEMENT operation");
-}
-
 // A data set that cannot be blanked ------------------------------------------------------------
 
 class RefusedBlank : public PickBlanking, public ::testing::WithParamInterface<const char*> {};
@@ -315,115 +154,6 @@ INSTANTIATE_TEST_SUITE_P(Commands, RefusedBlank,
                            const std::string text = line.param;
                            return text.substr(0, text.find(' '));
                          });
-
-// Reset ----------------------------------------------------------------------------------------
-
-TEST_F(PickBlanking, ResetWithoutTheVariableDoesNothing) {
-  LoadTwo();
-  host.notices.clear();
-  PlayWell("UNDOBLANK");
-  EXPECT_EQ(BlankVariable(), 0);
-  EXPECT_THAT(host.notices, IsEmpty());
-  EXPECT_THAT(host.ValuesOf(1, c), ElementsAre(11, 12, 13, 14));
-}
-
-TEST_F(PickBlanking, ResetLeavesTheVariableWithAllValues0) {
-  LoadTwo();
-  PlayWell(kEverywhere);
-  PlayWell("BLANKAREA");
-  ASSERT_THAT(Blanks(1), Each(1.0));
-  host.notices.clear();
-  PlayWell("UNDOBLANK ZONE=7");
-  EXPECT_THAT(Blanks(1), ElementsAre(0, 0, 0, 0));
-  EXPECT_THAT(Blanks(2), ElementsAre(0, 0, 0, 0));
-  EXPECT_THAT(ZonesReported(6), ElementsAre(1, 2));
-  EXPECT_THAT(host.ValuesOf(1, c), ElementsAre(11, 12, 13, 14));
-  EXPECT_TRUE(Session().IsBlankMode());
-}
-
-TEST_F(PickBlanking, ResetSetsAZonesValuesAtOnce) {
-  LoadTwo();
-  PlayWell(kBlank3);
-  PlayWell("BLANKELEMENT ZONE=2 ELEMENT=1");
-  host.calls.clear();
-  PlayWell("UNDOBLANK");
-  std::vector<std::string> writes;
-  for (const fakehost::CallRecord& call : host.calls) {
-    if (call.function == "QelUtilDataValueArraySetByRef") writes.push_back(call.arguments);
-  }
-  EXPECT_THAT(writes, ElementsAre("handle, 1, 4", "handle, 1, 4"));
-  EXPECT_EQ(host.CallCount("QelUtilDataValueSetByRef"), 0);
-}
-
-TEST_F(PickBlanking, ResetKeepsToTheZonesThatAPickWouldChange) {
-  LoadTwo();
-  host.AddZone(MakeLattice(ZoneType_FEQuad, 1, 1, 0));
-  PlayWell(kBlank3);
-  PlayWell("BLANKELEMENT ZONE=2 ELEMENT=1");
-  host.ZoneAt(1)->isActive = false;
-  host.ZoneAt(2)->strand = 1;
-  host.ZoneAt(2)->solutionTime = 5.0;
-  host.notices.clear();
-  PlayWell("UNDOBLANK");
-  EXPECT_THAT(Blanks(1), ElementsAre(0, 0, 1, 0));
-  EXPECT_THAT(Blanks(2), ElementsAre(1, 0, 0, 0));
-  EXPECT_THAT(ZonesReported(6), ElementsAre(3)) << "its values are made by the reset";
-  EXPECT_THAT(Blanks(3), ElementsAre(0));
-}
-
-TEST_F(PickBlanking, ResetInAlterModeSetsTheAlterVariableTo0AndReportsTheBlanks) {
-  LoadTwo();
-  PlayWell(kBlank3);
-  PlayWell("ALTERELEMENT VARIABLE=\"n\" MODIFIER=\"+5\" ZONE=1 ELEMENT=1");
-  host.notices.clear();
-  PlayWell("UNDOBLANK");
-  EXPECT_THAT(host.ValuesOf(1, n), Each(0.0));
-  EXPECT_THAT(host.ValuesOf(2, n), Each(0.0));
-  EXPECT_THAT(Blanks(1), ElementsAre(0, 0, 1, 0)) << "the blanks stay";
-  EXPECT_THAT(ZonesReported(6), ElementsAre(1, 2)) << "and are what is reported";
-  EXPECT_FALSE(Session().IsBlankMode()) << "the mode is not switched";
-}
-
-TEST_F(PickBlanking, ResetInAlterModeLeavesPassiveZonesOut) {
-  LoadTwo();
-  PlayWell(kBlank3);
-  PlayWell("ALTERELEMENT VARIABLE=\"n\" MODIFIER=\"+5\" ZONE=1 ELEMENT=1");
-  host.MakePassive(2, n);
-  host.notices.clear();
-  PlayWell("UNDOBLANK");
-  EXPECT_THAT(host.ValuesOf(1, n), Each(0.0));
-  EXPECT_THAT(ZonesReported(6), ElementsAre(1));
-}
-
-TEST_F(PickBlanking, ResetOfASharedVariableTouchesNoZoneThatIsNotReset) {
-  LoadTwo();
-  host.AddVariable("PICK_BLANK", ValueLocation_CellCentered, StoredType::Byte,
-                   [](LgIndex_t, LgIndex_t) { return 1.0; });
-  host.Share(1, 2, 6);
-  PlayWell(kBlank3);
-  host.Share(1, 2, 6);
-  host.ZoneAt(2)->isActive = false;
-  PlayWell("UNDOBLANK");
-  EXPECT_THAT(Blanks(1), Each(0.0));
-  EXPECT_THAT(Blanks(2), Each(1.0));
-}
-
-class ResetType : public PickBlanking, public ::testing::WithParamInterface<StoredType> {};
-
-TEST_P(ResetType, LeavesWhole0s) {
-  LoadTwo();
-  const LgIndex_t var = host.AddVariable("v", ValueLocation_Nodal, GetParam(),
-                                         [](LgIndex_t, LgIndex_t node) { return 10.0 + node; });
-  PlayWell(kBlank3);
-  PlayWell("ALTERELEMENT VARIABLE=\"v\" MODIFIER=\"+1\" ZONE=1 ELEMENT=1");
-  PlayWell("UNDOBLANK");
-  EXPECT_THAT(host.ValuesOf(1, var), ElementsAre(0, 0, 0, 0, 0, 0, 0, 0, 0));
-}
-
-INSTANTIATE_TEST_SUITE_P(Types, ResetType,
-                         ::testing::Values(StoredType::Float, StoredType::Double, StoredType::Int32,
-                                           StoredType::Int16, StoredType::Byte, StoredType::Int64,
-                                           StoredType::Int8, StoredType::UInt64));
 
 // Picks that hide and picks that heed what is hidden -------------------------------------------
 

@@ -102,5 +102,7 @@ class SurfaceTest : public EngineTest {
     EXPECT_EQ(host.ValuesOf(2, n), raised(before2));
   }
 };
+/// Surface picks as the user makes them.
+class SurfacePick : public SurfaceTest {};
 
 }  // namespace fakehost
