@@ -131,6 +131,15 @@ TEST(LostWorkTest, AFileThatChangedSinceIsNotPlayedOn) {
   EXPECT_THAT(log.FindLostWork(), IsEmpty());
 }
 
+/// Copies the one log in a folder to another, as the log of a window that is no more.
+void CopyLog(const QString& from, const QString& to) {
+  const QDir logs(from);
+  const QStringList names = logs.entryList(QDir::Files);
+  EXPECT_EQ(names.size(), 1);
+  QDir().mkpath(to);
+  EXPECT_TRUE(QFile::copy(logs.filePath(names.value(0)), to + "/1-1.journal"));
+}
+
 /// A log as it was left by a window that was killed.
 class LeftLog {
  public:
@@ -140,10 +149,7 @@ class LeftLog {
     CrashLog& log = desk.window().KeepCrashLog(m_folder.filePath("own"));
     EXPECT_TRUE(desk.window().Files().Open(File()));
     Work(desk);
-    const QStringList logs = QDir(m_folder.filePath("own")).entryList(QDir::Files);
-    QDir().mkpath(Folder());
-    EXPECT_EQ(logs.size(), 1);
-    EXPECT_TRUE(QFile::copy(m_folder.filePath("own/" + logs.value(0)), Folder() + "/1-1.journal"));
+    CopyLog(m_folder.filePath("own"), Folder());
     EXPECT_THAT(log.FindLostWork(), IsEmpty());
   }
   QString File() const { return m_folder.filePath("part.vtu"); }
@@ -193,10 +199,7 @@ TEST(LostWorkTest, OtherFilesThatStepsHaveOpenedAreLookedAtToo) {
   desk.window().KeepCrashLog(folder.filePath("logs"));
   desk.OpenExample("part/gmsh_part.vtu");
   Play(desk, ("$!OPEN \"" + second.toStdString() + "\"").c_str());
-  const QDir logs(folder.filePath("logs"));
-  QDir().mkpath(folder.filePath("copies"));
-  QFile::copy(logs.filePath(logs.entryList(QDir::Files).value(0)),
-              folder.filePath("copies/1-1.journal"));
+  CopyLog(folder.filePath("logs"), folder.filePath("copies"));
   Desk next;
   CrashLog& log = next.window().KeepCrashLog(folder.filePath("copies"));
   ASSERT_EQ(log.FindLostWork().size(), 1u);
@@ -212,10 +215,7 @@ TEST(LostWorkTest, PiecesOfAnIndexAreLookedAtToo) {
   desk.window().KeepCrashLog(folder.filePath("logs"));
   desk.OpenExample("flange/flange.pvd");
   Play(desk, "$!VIEW FIT");
-  const QDir logs(folder.filePath("logs"));
-  QDir().mkpath(folder.filePath("copies"));
-  QFile::copy(logs.filePath(logs.entryList(QDir::Files).value(0)),
-              folder.filePath("copies/1-1.journal"));
+  CopyLog(folder.filePath("logs"), folder.filePath("copies"));
   CrashLog other(desk.workspace(), folder.filePath("copies"));
   ASSERT_EQ(other.FindLostWork().size(), 1u);
   EXPECT_TRUE(other.FindLostWork().front().isFileSame);
@@ -235,10 +235,7 @@ TEST(LostWorkTest, NameMayHoldWhateverEndsALine) {
   desk.window().KeepCrashLog(folder.filePath("logs"));
   ASSERT_TRUE(desk.window().Files().Open(file));
   Play(desk, "$!TIME 0");
-  const QDir logs(folder.filePath("logs"));
-  QDir().mkpath(folder.filePath("copies"));
-  QFile::copy(logs.filePath(logs.entryList(QDir::Files).value(0)),
-              folder.filePath("copies/1-1.journal"));
+  CopyLog(folder.filePath("logs"), folder.filePath("copies"));
   CrashLog other(desk.workspace(), folder.filePath("copies"));
   const std::vector<LostWork> found = other.FindLostWork();
   ASSERT_EQ(found.size(), 1u);
