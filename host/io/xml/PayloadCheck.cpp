@@ -19,23 +19,29 @@
 namespace qelhost {
 namespace {
 
+/// In bytes.
+struct PayloadSize {
+  std::int64_t inFile = 0;
+  std::int64_t inMemory = 0;
+};
+
 class PayloadChecker {
  public:
   PayloadChecker(const std::shared_ptr<const ByteFile>& file, const XmlLayout& layout,
                  const XmlArray& array)
       : m_file(file), m_layout(layout), m_array(array) {}
 
-  /// Gives how many bytes of the file it takes.
-  std::int64_t Check() const {
+  PayloadSize Check() const {
     if (!m_array.isTypeKnown) Fail("is of an unknown type");
     if (m_array.isText) {
       CheckText();
-      return m_array.payloadLimit - m_array.payloadBegin;
+      const std::int64_t size = m_array.payloadLimit - m_array.payloadBegin;
+      return {size, size};
     }
     const auto stored = Open();
     if (stored == nullptr) {
       RequireTuples(0);
-      return 0;
+      return {};
     }
     stored->CheckText();
     if (IsOfStrings()) {
@@ -43,7 +49,7 @@ class PayloadChecker {
     } else {
       RequireTuples(stored->ValueCount() / ValueSize() / m_array.components);
     }
-    return stored->Table().end - stored->Table().begin;
+    return {stored->Table().end - stored->Table().begin, stored->Table().byteCount};
   }
 
   /// The array's numbers, which are whole ones; it was checked before.
@@ -199,20 +205,39 @@ class PolyhedraChecker {
   std::map<int, const XmlArray*> m_ends;
 };
 
+/// Arrays may share their numbers, and VTK makes room for each of them. Where none does, no file's
+/// numbers go beyond the most that they can be compressed.
+class SharedPayloads {
+ public:
+  SharedPayloads(std::int64_t fileSize, const std::string& compressor) {
+    constexpr std::int64_t kAlways = 256 << 20;
+    constexpr std::int64_t kMostTimes = 16;
+    const BlockCodec* const codec = FindCodec(compressor);
+    m_mostInFile = kAlways + kMostTimes * fileSize;
+    m_mostInMemory = kAlways + (codec == nullptr ? kMostTimes : codec->mostGrowth) * fileSize;
+  }
+
+  /// False when it is too much.
+  bool Add(const PayloadSize& size) {
+    m_sum.inFile += size.inFile;
+    m_sum.inMemory += size.inMemory;
+    return m_sum.inFile <= m_mostInFile && m_sum.inMemory <= m_mostInMemory;
+  }
+
+ private:
+  std::int64_t m_mostInFile = 0;
+  std::int64_t m_mostInMemory = 0;
+  PayloadSize m_sum;
+};
+
 }  // namespace
 
 void CheckPayloads(const std::shared_ptr<const ByteFile>& file, const XmlLayout& layout) {
-  // Arrays may share their numbers, and VTK makes room for each of them.
-  constexpr std::int64_t kMostShared = 256 << 20;
-  constexpr std::int64_t kMostTimes = 16;
-  std::int64_t bytes = 0;
+  SharedPayloads all(file->Size(), layout.compressor);
   PolyhedraChecker polyhedra;
   for (const XmlArray& array : layout.arrays) {
     const PayloadChecker checker(file, layout, array);
-    bytes += checker.Check();
-    if (bytes > kMostShared + kMostTimes * file->Size()) {
-      checker.Fail("shares its numbers with too many others");
-    }
+    if (!all.Add(checker.Check())) checker.Fail("shares its numbers with too many others");
     if (array.part == "Cells") polyhedra.Take(array);
   }
   polyhedra.Check(file, layout);
