@@ -227,6 +227,9 @@ class LayoutReader {
     // VTK's reader would miss the second.
     const bool isNamed = IsVariables(array.part) || array.part == "Cells";
     if (isNamed && !m_names.insert({array.part, tag.Value("Name")}).second) {
+      if (tag.Find("TimeStep") != nullptr) {
+        throw FileError(m_path, "holds several time steps of one mesh; write a file for each step");
+      }
       Damaged("two arrays have the name \"" + array.name + "\"");
     }
     RequirePlain(m_open.size() == (array.section == XmlSection::FieldData ? 3 : 4));
