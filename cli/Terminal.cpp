@@ -25,6 +25,11 @@ class OneLineSink : public spdlog::sinks::base_sink<spdlog::details::null_mutex>
   void flush_() override {}
 };
 
+/// Other controls have two bytes, and some terminals obey them as they obey escape sequences.
+bool EndsControl(const std::string& line, unsigned char c) {
+  return c >= 0x80 && c < 0xa0 && !line.empty() && line.back() == '\xc2';
+}
+
 }  // namespace
 
 void StartLog(Verbosity verbosity) {
@@ -48,7 +53,9 @@ std::string OneLine(const std::string& text) {
   for (const char c : text) {
     const bool isBlank = std::strchr(" \t\n\v\f\r", c) != nullptr && c != '\0';
     const bool isObeyed = static_cast<unsigned char>(c) < 0x20 || c == 0x7f;
-    if (!isBlank) {
+    if (EndsControl(line, static_cast<unsigned char>(c))) {
+      line.back() = '?';
+    } else if (!isBlank) {
       line += isObeyed ? '?' : c;
     } else if (!line.empty() && line.back() != ' ') {
       line += ' ';
