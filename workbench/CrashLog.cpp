@@ -77,11 +77,13 @@ LostWork Read(QFile& log) {
 
 }  // namespace
 
-bool LostWork::AreFilesSame() const {
-  const auto isSame = [](const StampedFile& known) {
-    return QFileInfo::exists(known.file) && StampOf(known.file) == known.stamp;
-  };
-  return !files.empty() && std::all_of(files.begin(), files.end(), isSame);
+bool LostWork::AreFilesSame() const { return !files.empty() && ChangedFile().isEmpty(); }
+
+QString LostWork::ChangedFile() const {
+  const auto changed = std::find_if(files.begin(), files.end(), [](const StampedFile& known) {
+    return !QFileInfo::exists(known.file) || StampOf(known.file) != known.stamp;
+  });
+  return changed == files.end() ? QString() : changed->file;
 }
 
 CrashLog::CrashLog(Workspace& workspace, const QString& folder, QObject* parent)
@@ -108,8 +110,10 @@ void CrashLog::FileSaved(const QString& file) {
   if (std::none_of(m_files.begin(), m_files.end(), isSaved)) return;
   if (m_files.size() == 1) {
     Begin(m_files.front());
-  } else {
+  } else if (m_log != nullptr) {
     End();
+    m_hasTold = false;
+    Tell(tr("one of several files was saved. Steps are kept again when a file is opened by itself."));
   }
 }
 

@@ -31,6 +31,8 @@ struct LostWork {
 
   /// Whether all of them are as they were now.
   bool AreFilesSame() const;
+  /// The first that is not; empty: none.
+  QString ChangedFile() const;
 };
 
 /// Writes every line as it comes, at once, into a file of this process. The file is gone when the

@@ -48,10 +48,11 @@ bool PlayAgain(Workspace& workspace, const LostWork& work) {
 }
 
 void TellOfChange(Workspace& workspace, const LostWork& work) {
-  if (work.AreFilesSame()) return;  // it could not be read, which was told
+  const QString changed = work.ChangedFile();
+  if (changed.isEmpty()) return;  // it could not be read, which was told
   emit workspace.Failed(QObject::tr("\"%1\" is another file by now; the lost steps were not played "
                                     "on it. They are a journal: %2")
-                            .arg(work.file, work.journal));
+                            .arg(changed, work.journal));
 }
 
 }  // namespace
