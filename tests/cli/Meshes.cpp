@@ -1,5 +1,7 @@
 #include "Meshes.h"
 
+#include "LatticeCells.h"
+
 #include <vtkCell.h>
 #include <vtkCellData.h>
 #include <vtkDoubleArray.h>
@@ -19,7 +21,6 @@
 #include <vtkXMLGenericDataObjectReader.h>
 #include <vtkXMLMultiBlockDataWriter.h>
 
-#include <array>
 #include <cstring>
 #include <stdexcept>
 
@@ -27,19 +28,10 @@ namespace clitests {
 
 namespace {
 
+using latticecells::Corners;
+
 constexpr int kNodes[3] = {5, 4, 4};  // along X, Y, Z
-
-vtkIdType Node(int i, int j, int k) { return i + kNodes[0] * (j + kNodes[1] * k); }
-
-vtkSmartPointer<vtkPoints> BoxPoints() {
-  auto points = vtkSmartPointer<vtkPoints>::New();
-  for (int k = 0; k < kNodes[2]; ++k) {
-    for (int j = 0; j < kNodes[1]; ++j) {
-      for (int i = 0; i < kNodes[0]; ++i) points->InsertNextPoint(i, j, k);
-    }
-  }
-  return points;
-}
+constexpr latticecells::Lattice kLattice = {kNodes[0], kNodes[1], kNodes[2]};
 
 template <class Array>
 void AddArray(vtkFieldData* target, const char* name, vtkIdType count, int components,
@@ -67,38 +59,20 @@ void AddAttributes(vtkDataSet* mesh) {
   mesh->GetFieldData()->AddArray(note);
 }
 
-void AddBox(vtkUnstructuredGrid* grid, const std::array<vtkIdType, 8>& c, bool isSplit) {
-  if (!isSplit) {
-    grid->InsertNextCell(VTK_HEXAHEDRON, 8, c.data());
-    return;
-  }
-  const vtkIdType first[6] = {c[0], c[1], c[2], c[4], c[5], c[6]};
-  const vtkIdType second[6] = {c[0], c[2], c[3], c[4], c[6], c[7]};
-  grid->InsertNextCell(VTK_WEDGE, 6, first);
-  grid->InsertNextCell(VTK_WEDGE, 6, second);
-}
-
 vtkSmartPointer<vtkDataSet> Boxes(bool isMixed) {
   auto grid = vtkSmartPointer<vtkUnstructuredGrid>::New();
-  grid->SetPoints(BoxPoints());
+  grid->SetPoints(kLattice.UnitPoints());
   int box = 0;
-  for (int k = 0; k + 1 < kNodes[2]; ++k) {
-    for (int j = 0; j + 1 < kNodes[1]; ++j) {
-      for (int i = 0; i + 1 < kNodes[0]; ++i, ++box) {
-        const std::array<vtkIdType, 8> c = {Node(i, j, k),
-                                            Node(i + 1, j, k),
-                                            Node(i + 1, j + 1, k),
-                                            Node(i, j + 1, k),
-                                            Node(i, j, k + 1),
-                                            Node(i + 1, j, k + 1),
-                                            Node(i + 1, j + 1, k + 1),
-                                            Node(i, j + 1, k + 1)};
-        const bool isSplit = isMixed && box % 2 == 1;
-        AddBox(grid, c, isSplit);
-        if (isMixed) grid->InsertNextCell(isSplit ? VTK_LINE : VTK_QUAD, isSplit ? 2 : 4, c.data());
-      }
+  kLattice.ForEachBox([&](int i, int j, int k) {
+    const Corners c = kLattice.Box(i, j, k);
+    const bool isSplit = isMixed && box++ % 2 == 1;
+    if (isSplit) {
+      latticecells::InsertWedges(grid, c);
+    } else {
+      latticecells::InsertBrick(grid, c);
     }
-  }
+    if (isMixed) grid->InsertNextCell(isSplit ? VTK_LINE : VTK_QUAD, isSplit ? 2 : 4, c.data());
+  });
   return grid;
 }
 
@@ -125,7 +99,7 @@ vtkSmartPointer<vtkDataSet> Rectilinear() {
 vtkSmartPointer<vtkDataSet> Structured() {
   auto grid = vtkSmartPointer<vtkStructuredGrid>::New();
   grid->SetDimensions(kNodes[0], kNodes[1], kNodes[2]);
-  grid->SetPoints(BoxPoints());
+  grid->SetPoints(kLattice.UnitPoints());
   return grid;
 }
 

@@ -1,10 +1,11 @@
 #include "RandomData.h"
 
+#include "LatticeCells.h"
+
 #include <vtkCellData.h>
 #include <vtkCellType.h>
 #include <vtkDoubleArray.h>
 #include <vtkFloatArray.h>
-#include <vtkIdList.h>
 #include <vtkIntArray.h>
 #include <vtkNew.h>
 #include <vtkPointData.h>
@@ -71,19 +72,6 @@ constexpr Kind kKinds[] = {
     {VTK_HEXAHEDRON, &kBricks, 3},  {VTK_WEDGE, &kWedges, 3},      {VTK_LINE, &kLines, 1},
     {VTK_POLYGON, &kQuads, 2},      {VTK_POLYGON, &kTriangles, 2}, {VTK_POLYHEDRON, &kBricks, 3}};
 
-void InsertPolyhedron(vtkUnstructuredGrid& grid, const std::vector<vtkIdType>& n) {
-  const Cells faces = {{n[0], n[3], n[2], n[1]}, {n[4], n[5], n[6], n[7]},
-                       {n[0], n[1], n[5], n[4]}, {n[1], n[2], n[6], n[5]},
-                       {n[2], n[3], n[7], n[6]}, {n[3], n[0], n[4], n[7]}};
-  vtkNew<vtkIdList> stream;
-  stream->InsertNextId(static_cast<vtkIdType>(faces.size()));
-  for (const std::vector<vtkIdType>& face : faces) {
-    stream->InsertNextId(static_cast<vtkIdType>(face.size()));
-    for (const vtkIdType node : face) stream->InsertNextId(node);
-  }
-  grid.InsertNextCell(VTK_POLYHEDRON, stream);
-}
-
 Block Elements(Random& random) {
   const Kind& kind = random.OneOf(kKinds);
   Dimensions nodes{2 + random.Below(6), 2 + random.Below(6), 2 + random.Below(3)};
@@ -111,7 +99,7 @@ Block Elements(Random& random) {
           std::vector<vtkIdType> ids;
           for (const vtkIdType corner : cell) ids.push_back(corners[corner]);
           if (kind.vtkType == VTK_POLYHEDRON) {
-            InsertPolyhedron(*grid, ids);
+            latticecells::InsertPolyhedron(grid, ids);
           } else {
             grid->InsertNextCell(kind.vtkType, static_cast<vtkIdType>(ids.size()), ids.data());
           }

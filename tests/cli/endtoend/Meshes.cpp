@@ -1,11 +1,11 @@
 #include "Meshes.h"
 
+#include "LatticeCells.h"
+
 #include <array>
 #include <cstdint>
-#include <functional>
 #include <initializer_list>
 #include <string>
-#include <vector>
 
 #include <vtkCellArray.h>
 #include <vtkCellData.h>
@@ -14,7 +14,6 @@
 #include <vtkDataArray.h>
 #include <vtkDoubleArray.h>
 #include <vtkFieldData.h>
-#include <vtkIdList.h>
 #include <vtkImageData.h>
 #include <vtkInformation.h>
 #include <vtkMultiBlockDataSet.h>
@@ -36,34 +35,18 @@ constexpr int kNodesX = 5;
 constexpr int kNodesY = 4;
 constexpr int kNodesZ = 3;
 
-using Ids = std::vector<vtkIdType>;
+constexpr latticecells::Lattice kLattice = {kNodesX, kNodesY, kNodesZ};
 
-vtkIdType NodeAt(int i, int j, int k) { return i + kNodesX * (j + kNodesY * k); }
+using Ids = latticecells::Corners;
 
-vtkSmartPointer<vtkPoints> Lattice(int nz) {
-  auto points = vtkSmartPointer<vtkPoints>::New();
-  points->SetDataTypeToFloat();
-  for (int k = 0; k < nz; ++k) {
-    for (int j = 0; j < kNodesY; ++j) {
-      for (int i = 0; i < kNodesX; ++i) points->InsertNextPoint(i, j, k);
-    }
-  }
-  return points;
-}
-
-Ids BrickAt(int i, int j, int k) {
-  return {NodeAt(i, j, k),
-          NodeAt(i + 1, j, k),
-          NodeAt(i + 1, j + 1, k),
-          NodeAt(i, j + 1, k),
-          NodeAt(i, j, k + 1),
-          NodeAt(i + 1, j, k + 1),
-          NodeAt(i + 1, j + 1, k + 1),
-          NodeAt(i, j + 1, k + 1)};
+vtkSmartPointer<vtkPoints> PointsOf(int layers) {
+  return latticecells::Lattice{kNodesX, kNodesY, layers}.UnitPoints();
 }
 
 Ids QuadAt(int i, int j) {
-  return {NodeAt(i, j, 0), NodeAt(i + 1, j, 0), NodeAt(i + 1, j + 1, 0), NodeAt(i, j + 1, 0)};
+  Ids quad = kLattice.Box(i, j, 0);
+  quad.resize(4);
+  return quad;
 }
 
 void AddCell(vtkUnstructuredGrid* grid, int type, const Ids& ids) {
@@ -72,14 +55,6 @@ void AddCell(vtkUnstructuredGrid* grid, int type, const Ids& ids) {
 
 void AddCell(vtkCellArray* cells, const Ids& ids) {
   cells->InsertNextCell(static_cast<vtkIdType>(ids.size()), ids.data());
-}
-
-void ForEachLatticeCell(const std::function<void(int, int, int)>& visit) {
-  for (int k = 0; k + 1 < kNodesZ; ++k) {
-    for (int j = 0; j + 1 < kNodesY; ++j) {
-      for (int i = 0; i + 1 < kNodesX; ++i) visit(i, j, k);
-    }
-  }
 }
 
 void AddFilled(vtkDataSetAttributes* attributes, vtkIdType count, const char* name, int type,
@@ -140,14 +115,14 @@ void AddBlockArrays(vtkDataSet* block) {
 
 vtkSmartPointer<vtkUnstructuredGrid> GridOnLattice(int nz) {
   auto grid = vtkSmartPointer<vtkUnstructuredGrid>::New();
-  grid->SetPoints(Lattice(nz));
+  grid->SetPoints(PointsOf(nz));
   grid->Allocate(32);
   return grid;
 }
 
 vtkSmartPointer<vtkPolyData> SurfaceOnLattice() {
   auto surface = vtkSmartPointer<vtkPolyData>::New();
-  surface->SetPoints(Lattice(1));
+  surface->SetPoints(PointsOf(1));
   return surface;
 }
 
@@ -157,18 +132,6 @@ void AddTetrahedra(vtkUnstructuredGrid* grid, const Ids& b) {
         Ids{b[3], b[4], b[6], b[7]}, Ids{b[1], b[3], b[4], b[6]}}) {
     AddCell(grid, VTK_TETRA, tet);
   }
-}
-
-void AddPolyhedron(vtkUnstructuredGrid* grid, const Ids& b) {
-  const std::array<Ids, 6> faces = {Ids{b[0], b[3], b[2], b[1]}, Ids{b[4], b[5], b[6], b[7]},
-                                    Ids{b[0], b[1], b[5], b[4]}, Ids{b[1], b[2], b[6], b[5]},
-                                    Ids{b[2], b[3], b[7], b[6]}, Ids{b[3], b[0], b[4], b[7]}};
-  Ids stream;
-  for (const Ids& face : faces) {
-    stream.push_back(static_cast<vtkIdType>(face.size()));
-    stream.insert(stream.end(), face.begin(), face.end());
-  }
-  grid->InsertNextCell(VTK_POLYHEDRON, static_cast<vtkIdType>(faces.size()), stream.data());
 }
 
 }  // namespace
@@ -183,8 +146,8 @@ void AddArrays(vtkDataObject* data) {
 
 DataPtr MixedVolume() {
   auto grid = GridOnLattice(kNodesZ);
-  ForEachLatticeCell([&](int i, int j, int k) {
-    const Ids b = BrickAt(i, j, k);
+  kLattice.ForEachBox([&](int i, int j, int k) {
+    const Ids b = kLattice.Box(i, j, k);
     const int kind = (i + 2 * j + 3 * k) % 5;
     if (kind == 1) {
       AddTetrahedra(grid, b);
@@ -205,15 +168,16 @@ DataPtr MixedVolume() {
 
 DataPtr Bricks() {
   auto grid = GridOnLattice(kNodesZ);
-  ForEachLatticeCell([&](int i, int j, int k) { AddCell(grid, VTK_HEXAHEDRON, BrickAt(i, j, k)); });
+  kLattice.ForEachBox(
+      [&](int i, int j, int k) { AddCell(grid, VTK_HEXAHEDRON, kLattice.Box(i, j, k)); });
   AddArrays(grid);
   return grid;
 }
 
 DataPtr Voxels() {
   auto grid = GridOnLattice(kNodesZ);
-  ForEachLatticeCell([&](int i, int j, int k) {
-    const Ids b = BrickAt(i, j, k);
+  kLattice.ForEachBox([&](int i, int j, int k) {
+    const Ids b = kLattice.Box(i, j, k);
     AddCell(grid, VTK_VOXEL, {b[0], b[1], b[3], b[2], b[4], b[5], b[7], b[6]});
   });
   AddArrays(grid);
@@ -222,12 +186,12 @@ DataPtr Voxels() {
 
 DataPtr Polyhedra() {
   auto grid = GridOnLattice(kNodesZ);
-  ForEachLatticeCell([&](int i, int j, int k) {
-    const Ids b = BrickAt(i, j, k);
+  kLattice.ForEachBox([&](int i, int j, int k) {
+    const Ids b = kLattice.Box(i, j, k);
     if (i == 1 && j == 1 && k == 0) {
       AddCell(grid, VTK_HEXAHEDRON, b);
     } else {
-      AddPolyhedron(grid, b);
+      latticecells::InsertPolyhedron(grid, b);
     }
   });
   AddArrays(grid);
@@ -244,8 +208,8 @@ DataPtr QuadraticTets() {
     points->GetPoint(b, q.data());
     return points->InsertNextPoint((p[0] + q[0]) / 2, (p[1] + q[1]) / 2, (p[2] + q[2]) / 2);
   };
-  ForEachLatticeCell([&](int i, int j, int k) {
-    const Ids b = BrickAt(i, j, k);
+  kLattice.ForEachBox([&](int i, int j, int k) {
+    const Ids b = kLattice.Box(i, j, k);
     for (const Ids& t : {Ids{b[0], b[1], b[3], b[4]}, Ids{b[1], b[2], b[3], b[6]}}) {
       AddCell(grid, VTK_QUADRATIC_TETRA,
               {t[0], t[1], t[2], t[3], middle(t[0], t[1]), middle(t[1], t[2]), middle(t[0], t[2]),
@@ -344,7 +308,9 @@ DataPtr LineSegments() {
   auto surface = SurfaceOnLattice();
   vtkNew<vtkCellArray> lines;
   for (int j = 0; j < kNodesY; ++j) {
-    for (int i = 0; i + 1 < kNodesX; ++i) AddCell(lines, {NodeAt(i, j, 0), NodeAt(i + 1, j, 0)});
+    for (int i = 0; i + 1 < kNodesX; ++i) {
+      AddCell(lines, {kLattice.Node(i, j, 0), kLattice.Node(i + 1, j, 0)});
+    }
   }
   surface->SetLines(lines);
   AddArrays(surface);

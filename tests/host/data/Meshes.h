@@ -1,6 +1,8 @@
 // Small meshes for the tests of the data room.
 #pragma once
 
+#include "LatticeCells.h"
+
 #include <vtkCellArray.h>
 #include <vtkCellType.h>
 #include <vtkNew.h>
@@ -31,19 +33,10 @@ inline vtkSmartPointer<vtkUnstructuredGrid> Grid(int nodeCount, const std::vecto
 /// nI x nJ x nK bricks.
 inline vtkSmartPointer<vtkUnstructuredGrid> Bricks(int nI, int nJ, int nK) {
   std::vector<Cell> cells;
-  const auto node = [=](int i, int j, int k) {
-    return static_cast<vtkIdType>(i + (nI + 1) * (j + (nJ + 1) * k));
-  };
-  for (int k = 0; k < nK; ++k) {
-    for (int j = 0; j < nJ; ++j) {
-      for (int i = 0; i < nI; ++i) {
-        cells.push_back({VTK_HEXAHEDRON,
-                         {node(i, j, k), node(i + 1, j, k), node(i + 1, j + 1, k),
-                          node(i, j + 1, k), node(i, j, k + 1), node(i + 1, j, k + 1),
-                          node(i + 1, j + 1, k + 1), node(i, j + 1, k + 1)}});
-      }
-    }
-  }
+  const latticecells::Lattice lattice = {nI + 1, nJ + 1, nK + 1};
+  lattice.ForEachBox([&](int i, int j, int k) {
+    cells.push_back({VTK_HEXAHEDRON, lattice.Box(i, j, k)});
+  });
   return Grid((nI + 1) * (nJ + 1) * (nK + 1), cells);
 }
 

@@ -1,7 +1,8 @@
 #include "EncodedMeshes.h"
 
+#include "LatticeCells.h"
+
 #include <vtkCellArray.h>
-#include <vtkHexahedron.h>
 #include <vtkIdTypeArray.h>
 #include <vtkInformation.h>
 #include <vtkLongLongArray.h>
@@ -24,6 +25,7 @@ namespace filetesting {
 namespace {
 
 constexpr int kEdge = 12;  ///< cells: enough for several blocks of the least size
+constexpr latticecells::Lattice kLattice = {kEdge + 1, kEdge + 1, kEdge + 1};
 
 template <class Array>
 void AddRamp(vtkDataSetAttributes* data, const char* name, int components, vtkIdType count) {
@@ -81,17 +83,13 @@ vtkSmartPointer<vtkPoints> CubeNodes() {
   return points;
 }
 
-constexpr vtkIdType NodeAt(int i, int j, int k) { return (k * (kEdge + 1) + j) * (kEdge + 1) + i; }
-
 vtkSmartPointer<vtkDataSet> Quads() {
   auto surface = vtkSmartPointer<vtkPolyData>::New();
   surface->SetPoints(CubeNodes());
   vtkNew<vtkCellArray> polygons;
   for (int j = 0; j < kEdge; ++j) {
     for (int i = 0; i < kEdge; ++i) {
-      const vtkIdType corners[4] = {NodeAt(i, j, 0), NodeAt(i + 1, j, 0), NodeAt(i + 1, j + 1, 0),
-                                    NodeAt(i, j + 1, 0)};
-      polygons->InsertNextCell(4, corners);
+      polygons->InsertNextCell(4, kLattice.Box(i, j, 0).data());
     }
   }
   surface->SetPolys(polygons);
@@ -192,21 +190,8 @@ void ExpectSameMesh(vtkDataSet* a, vtkDataSet* b) {
 vtkSmartPointer<vtkDataSet> Bricks() {
   auto grid = vtkSmartPointer<vtkUnstructuredGrid>::New();
   grid->SetPoints(CubeNodes());
-  for (int k = 0; k < kEdge; ++k) {
-    for (int j = 0; j < kEdge; ++j) {
-      for (int i = 0; i < kEdge; ++i) {
-        const vtkIdType corners[8] = {NodeAt(i, j, k),
-                                      NodeAt(i + 1, j, k),
-                                      NodeAt(i + 1, j + 1, k),
-                                      NodeAt(i, j + 1, k),
-                                      NodeAt(i, j, k + 1),
-                                      NodeAt(i + 1, j, k + 1),
-                                      NodeAt(i + 1, j + 1, k + 1),
-                                      NodeAt(i, j + 1, k + 1)};
-        grid->InsertNextCell(VTK_HEXAHEDRON, 8, corners);
-      }
-    }
-  }
+  kLattice.ForEachBox(
+      [&](int i, int j, int k) { latticecells::InsertBrick(grid, kLattice.Box(i, j, k)); });
   AddRamps(grid);
   return grid;
 }

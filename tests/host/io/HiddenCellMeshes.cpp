@@ -1,10 +1,11 @@
 #include "HiddenCellMeshes.h"
 
+#include "LatticeCells.h"
+
 #include <vtkCell.h>
 #include <vtkCellArray.h>
 #include <vtkCellData.h>
 #include <vtkDoubleArray.h>
-#include <vtkIdList.h>
 #include <vtkImageData.h>
 #include <vtkNew.h>
 #include <vtkPoints.h>
@@ -15,7 +16,6 @@
 #include <vtkUnstructuredGrid.h>
 
 #include <cstddef>
-#include <functional>
 #include <random>
 #include <vector>
 
@@ -23,7 +23,14 @@ namespace hiddencells {
 
 namespace {
 
+using latticecells::Corners;
+using latticecells::InsertBrick;
+using latticecells::InsertPolyhedron;
+using latticecells::InsertWedges;
+using latticecells::Lattice;
+
 constexpr int kNodes[3] = {5, 4, 4};
+constexpr Lattice kLattice = {kNodes[0], kNodes[1], kNodes[2]};
 
 double At(int axis, int n) { return (axis + 1) / 3.0 + n * (axis + 7) / 10.0; }
 
@@ -43,69 +50,40 @@ vtkSmartPointer<vtkPoints> BoxPoints(int kMax) {
   return points;
 }
 
-vtkIdType Node(int i, int j, int k) { return i + kNodes[0] * (j + kNodes[1] * k); }
+vtkIdType Node(int i, int j, int k) { return kLattice.Node(i, j, k); }
 
-using Corners = std::array<vtkIdType, 8>;
-
-void ForEachBox(const std::function<void(const Corners&)>& use) {
-  for (int k = 0; k + 1 < kNodes[2]; ++k) {
-    for (int j = 0; j + 1 < kNodes[1]; ++j) {
-      for (int i = 0; i + 1 < kNodes[0]; ++i) {
-        use({Node(i, j, k), Node(i + 1, j, k), Node(i + 1, j + 1, k), Node(i, j + 1, k),
-             Node(i, j, k + 1), Node(i + 1, j, k + 1), Node(i + 1, j + 1, k + 1),
-             Node(i, j + 1, k + 1)});
-      }
-    }
-  }
+/// A grid of what insert(grid, corners) makes of each box.
+template <class Insert>
+vtkSmartPointer<vtkUnstructuredGrid> GridOf(const Insert& insert) {
+  auto grid = vtkSmartPointer<vtkUnstructuredGrid>::New();
+  grid->SetPoints(BoxPoints(kNodes[2]));
+  kLattice.ForEachBox([&](int i, int j, int k) { insert(grid, kLattice.Box(i, j, k)); });
+  return grid;
 }
 
 }  // namespace
 
-vtkSmartPointer<vtkDataSet> Bricks() {
-  auto grid = vtkSmartPointer<vtkUnstructuredGrid>::New();
-  grid->SetPoints(BoxPoints(kNodes[2]));
-  ForEachBox([&](const Corners& c) { grid->InsertNextCell(VTK_HEXAHEDRON, 8, c.data()); });
-  return grid;
-}
+vtkSmartPointer<vtkDataSet> Bricks() { return GridOf(InsertBrick); }
 
 vtkSmartPointer<vtkDataSet> MixedCells() {
-  auto grid = vtkSmartPointer<vtkUnstructuredGrid>::New();
-  grid->SetPoints(BoxPoints(kNodes[2]));
-  // A node that no cell has.
-  grid->GetPoints()->InsertNextPoint(100, 0, 0);
   int box = 0;
-  ForEachBox([&](const Corners& c) {
+  const auto grid = GridOf([&box](vtkUnstructuredGrid* mixed, const Corners& c) {
     if (box++ % 2 == 0) {
-      grid->InsertNextCell(VTK_HEXAHEDRON, 8, c.data());
-      grid->InsertNextCell(VTK_QUAD, 4, c.data());
+      InsertBrick(mixed, c);
+      mixed->InsertNextCell(VTK_QUAD, 4, c.data());
       return;
     }
-    const vtkIdType first[6] = {c[0], c[1], c[2], c[4], c[5], c[6]};
-    const vtkIdType second[6] = {c[0], c[2], c[3], c[4], c[6], c[7]};
-    grid->InsertNextCell(VTK_WEDGE, 6, first);
-    grid->InsertNextCell(VTK_WEDGE, 6, second);
-    grid->InsertNextCell(VTK_LINE, 2, c.data());
-    grid->InsertNextCell(VTK_VERTEX, 1, c.data());
+    InsertWedges(mixed, c);
+    mixed->InsertNextCell(VTK_LINE, 2, c.data());
+    mixed->InsertNextCell(VTK_VERTEX, 1, c.data());
   });
+  // A node that no cell has.
+  grid->GetPoints()->InsertNextPoint(100, 0, 0);
   return grid;
 }
 
-vtkSmartPointer<vtkDataSet> Polyhedra() {
-  auto grid = vtkSmartPointer<vtkUnstructuredGrid>::New();
-  grid->SetPoints(BoxPoints(kNodes[2]));
-  static constexpr int kFaces[6][4] = {{0, 3, 2, 1}, {4, 5, 6, 7}, {0, 1, 5, 4},
-                                       {1, 2, 6, 5}, {2, 3, 7, 6}, {3, 0, 4, 7}};
-  ForEachBox([&](const Corners& c) {
-    vtkNew<vtkIdList> stream;
-    stream->InsertNextId(6);
-    for (const auto& face : kFaces) {
-      stream->InsertNextId(4);
-      for (const int corner : face) stream->InsertNextId(c[static_cast<std::size_t>(corner)]);
-    }
-    grid->InsertNextCell(VTK_POLYHEDRON, stream);
-  });
-  return grid;
-}
+vtkSmartPointer<vtkDataSet> Polyhedra() { return GridOf(InsertPolyhedron); }
+
 namespace {
 
 /// Cells in the plane of the lowest nodes: a quadrilateral, or two triangles, or a pentagon with a

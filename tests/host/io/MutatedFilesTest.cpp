@@ -10,6 +10,7 @@
 #include "DataSetFiles.h"
 #include "EncodedMeshes.h"
 #include "FileTree.h"
+#include "LatticeCells.h"
 #include "Mutations.h"
 #include "Trials.h"
 #include "VtkErrors.h"
@@ -30,21 +31,13 @@ vtkSmartPointer<vtkDataSet> SmallBricks() {
   constexpr int kNodes = 6;  // along an edge: arrays of doubles have two blocks
   auto grid = vtkSmartPointer<vtkUnstructuredGrid>::New();
   vtkNew<vtkPoints> points;
-  const auto at = [](int i, int j, int k) -> vtkIdType { return (k * kNodes + j) * kNodes + i; };
+  constexpr latticecells::Lattice kLattice = {kNodes, kNodes, kNodes};
   for (int n = 0; n < kNodes * kNodes * kNodes; ++n) {
     points->InsertNextPoint(n % kNodes / 3.0, n / kNodes % kNodes, n / (kNodes * kNodes));
   }
   grid->SetPoints(points);
-  for (int k = 0; k + 1 < kNodes; ++k) {
-    for (int j = 0; j + 1 < kNodes; ++j) {
-      for (int i = 0; i + 1 < kNodes; ++i) {
-        const vtkIdType corners[8] = {
-            at(i, j, k),     at(i + 1, j, k),     at(i + 1, j + 1, k),     at(i, j + 1, k),
-            at(i, j, k + 1), at(i + 1, j, k + 1), at(i + 1, j + 1, k + 1), at(i, j + 1, k + 1)};
-        grid->InsertNextCell(VTK_HEXAHEDRON, 8, corners);
-      }
-    }
-  }
+  kLattice.ForEachBox(
+      [&](int i, int j, int k) { latticecells::InsertBrick(grid, kLattice.Box(i, j, k)); });
   AddArrays(grid);
   return grid;
 }
