@@ -56,6 +56,20 @@ std::vector<ArrayKey> CollectArrays(const std::vector<std::unique_ptr<Zone>>& zo
   return ordered;
 }
 
+/// Arrays of no values at all may have as many components as they like.
+void RequireFewEnough(const std::vector<ArrayKey>& arrays, std::size_t zoneCount) {
+  constexpr std::size_t kMostVariables = 1 << 19;
+  constexpr std::size_t kMostFields = 1 << 24;
+  std::size_t count = 3;  // of coordinates
+  for (const auto& [name, location, components] : arrays) {
+    count += static_cast<std::size_t>(components);
+  }
+  if (count > kMostVariables) throw DataError("it has more variables than can be kept");
+  if (count > kMostFields / zoneCount) {
+    throw DataError("it has more zones and variables than can be kept");
+  }
+}
+
 /// Names of which none is given twice, however many are.
 class UniqueNames {
  public:
@@ -115,6 +129,7 @@ void DataSet::AddCoordinateVariables() {
 
 void DataSet::CollectVariables() {
   const std::vector<ArrayKey> arrays = CollectArrays(m_zones);
+  RequireFewEnough(arrays, m_zones.size());
   std::set<std::string> nodalNames;
   for (const auto& [name, location, components] : arrays) {
     if (location == ValueLocation_Nodal) nodalNames.insert(name);
@@ -135,10 +150,6 @@ void DataSet::CollectVariables() {
     }
   }
   m_declaredTypes.assign(m_variables.size(), {});
-  constexpr std::size_t kMostFields = 1 << 24;
-  if (m_variables.size() > kMostFields / m_zones.size()) {
-    throw DataError("it has more zones and variables than can be kept");
-  }
 }
 
 std::shared_ptr<Storage> DataSet::StorageOf(vtkDataArray* array, int component) {
