@@ -258,7 +258,10 @@ void WriteBlockFile(const FileNode& node, const TouchedArrays& touched, const st
     LoadAll(*node.xml);
   }
   // What is told of their ranges beside them is of the values that they had.
-  for (vtkDataArray* const array : touched) array->Modified();
+  for (vtkAbstractArray* const array : ArraysOf(node.block)) {
+    auto* const numbers = vtkDataArray::SafeDownCast(array);
+    if (touched.count(numbers) > 0) numbers->Modified();
+  }
   const vtkSmartPointer<vtkDataSet> block = WithIndicesOf(node.encoding, node.block);
   WriteBytes(path, "");  // says why a file cannot be made, where VTK's writers do not know
   if (extension == ".vtk") {
