@@ -118,6 +118,13 @@ class LayoutReader {
     }
   }
 
+  /// Those of an array of no values take room in memory, for which no file has paid.
+  void CountComponents(const XmlArray& array) {
+    constexpr std::size_t kOfNothing = 16;
+    const std::size_t times = array.tuples == 0 ? kOfNothing : 1;
+    CountLooks(static_cast<std::size_t>(array.components) * times, array.tag);
+  }
+
   bool TakeBegin(const XmlTag& tag) {
     constexpr std::size_t kDeepest = 64;
     CountLooks(tag.attributes.size(), tag);
@@ -216,7 +223,6 @@ class LayoutReader {
     if (count < 0 || count > 1 << 20) Damaged("an array counts what cannot be counted");
     // VTK's writer says 0 of arrays that it took for no vectors.
     array.components = std::max(static_cast<int>(count), 1);
-    CountLooks(static_cast<std::size_t>(array.components), tag);
     array.tag = tag;
     array.closing = tag.end;
     if (array.part == "Points") ++m_pointArrays;
@@ -224,6 +230,7 @@ class LayoutReader {
     constexpr int kMostArrays = 1 << 14;
     if (++m_arraysOfPart[array.part] > kMostArrays) Damaged("it has more arrays than any mesh");
     array.tuples = TuplesOf(array);
+    CountComponents(array);
     // VTK's reader would miss the second.
     const bool isNamed = IsVariables(array.part) || array.part == "Cells";
     if (isNamed && !m_names.insert({array.part, tag.Value("Name")}).second) {
