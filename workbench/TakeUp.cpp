@@ -1,7 +1,9 @@
 #include "TakeUp.h"
 
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QProgressDialog>
 #include <QPushButton>
 
 #include "Player.h"
@@ -36,13 +38,42 @@ LostWorkAnswer AskAboutLostWork(QWidget* window, const LostWork& work) {
 
 namespace {
 
+/// Over the window while lost steps are played; it can neither be used nor closed meanwhile.
+class ReplayBar {
+ public:
+  ReplayBar(QWidget* window, std::size_t steps)
+      : m_bar(QObject::tr("Playing the lost steps again ..."), {}, 0, static_cast<int>(steps),
+              window) {
+    constexpr int kShowAfterMs = 400;
+    m_bar.setObjectName("replay");
+    m_bar.setWindowTitle(QObject::tr("Marquell Workbench"));
+    m_bar.setWindowModality(Qt::ApplicationModal);
+    m_bar.setMinimumDuration(kShowAfterMs);
+    m_painted.start();
+  }
+
+  void Played(std::size_t steps) {
+    constexpr int kPaintEveryMs = 50;
+    if (m_painted.elapsed() < kPaintEveryMs) return;
+    m_bar.setValue(static_cast<int>(steps));
+    m_painted.start();
+  }
+
+ private:
+  QProgressDialog m_bar;
+  QElapsedTimer m_painted;
+};
+
 /// False when a step failed, which was told then.
-bool PlayAgain(Workspace& workspace, const LostWork& work) {
-  return workspace.Do([&work](qelhost::Host& host) {
+bool PlayAgain(Workspace& workspace, const LostWork& work, QWidget* window) {
+  return workspace.Do([&work, window](qelhost::Host& host) {
+    ReplayBar bar(window, work.lines.size());
     qelhost::Player player(host);
-    for (const std::string& line : work.lines) {
+    for (std::size_t step = 0; step < work.lines.size(); ++step) {
+      const std::string& line = work.lines[step];
       const qelhost::LineResult result = qelhost::PlayLine(host, player, line);
       if (!result.isDone) throw std::runtime_error(line + ": " + result.message);
+      bar.Played(step + 1);
     }
   });
 }
@@ -69,7 +100,7 @@ bool OfferLostWork(Workspace& workspace, Documents& documents, CrashLog& log, QW
       continue;
     }
     // What was played again stands in the log of this window now.
-    if (PlayAgain(workspace, work)) log.Forget(work);
+    if (PlayAgain(workspace, work, window)) log.Forget(work);
     return true;
   }
   return false;

@@ -41,18 +41,23 @@ bool ShowBox(QWidget* window, const std::string& text, QelMessageBox_e kind) {
 }
 
 /// A bar over the window while an add-on works, painted in between without taking input: the work
-/// is done by whom the window belongs to as well.
+/// is done by whom the window belongs to as well. Where one piece of work follows the other, only a
+/// long one that tells how far it is shows the bar again.
 class WorkBar {
  public:
   explicit WorkBar(QWidget* window) : m_window(window) {}
 
   void Say(const std::string& text) {
+    // A bar takes longer to come and go than many a step of a journal to be done.
+    constexpr int kOneAfterTheOtherMs = 1000;
+    const bool isNext = m_ended.isValid() && m_ended.elapsed() < kOneAfterTheOtherMs;
     m_text = QString::fromStdString(text);
     if (m_text.isEmpty()) {
+      m_ended.start();
       Hide();
-      return;
+    } else if (!isNext) {
+      Show(-1.0);
     }
-    Show(-1.0);
   }
 
   void Report(double fraction) {
@@ -100,6 +105,7 @@ class WorkBar {
   QString m_text;
   QElapsedTimer m_clock;
   QElapsedTimer m_painted;
+  QElapsedTimer m_ended;  ///< since the last work that was told of
   std::unique_ptr<QProgressDialog> m_bar;
 };
 

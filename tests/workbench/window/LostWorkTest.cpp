@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QProcessEnvironment>
+#include <QProgressDialog>
 
 #include <gmock/gmock.h>
 
@@ -189,6 +190,42 @@ TEST(LostWorkTest, AFileThatChangesWhileItIsReadIsNotPlayedOn) {
                              [](QWidget*, const LostWork&) { return LostWorkAnswer::TakeUp; }));
   EXPECT_EQ(desk.Failures().size(), 1);
   EXPECT_FALSE(desk.window().isWindowModified()) << "nothing was played";
+}
+
+/// Counts the bars that come over the window.
+class BarCounter : public QObject {
+ public:
+  BarCounter() { qApp->installEventFilter(this); }
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::Show && qobject_cast<QProgressDialog*>(watched) != nullptr) {
+      ++count;
+      wasReplay = wasReplay || watched->objectName() == "replay";
+    }
+    return false;
+  }
+  int count = 0;
+  bool wasReplay = false;
+};
+
+TEST(LostWorkTest, ManyStepsAreSeenToBePlayedByOneBar) {
+  const LeftLog left;
+  QFile log(left.Folder() + "/1-1.journal");
+  ASSERT_TRUE(log.open(QIODevice::Append));
+  constexpr int kPicks = 20000;
+  for (int n = 0; n < kPicks; ++n) {
+    log.write(
+        "Marquell PICKSPHERE ANCHORX=0 ANCHORY=0 ANCHORZ=0 RADIUS=0.001\n"
+        "Marquell ALTERAREA VARIABLE=\"phi\" MODIFIER=\"+0\" RULE=ANYINSIDE\n");
+  }
+  log.close();
+  Desk desk;
+  CrashLog& lost = desk.window().KeepCrashLog(left.Folder());
+  BarCounter bars;
+  EXPECT_TRUE(OfferLostWork(desk.workspace(), desk.window().Files(), lost, &desk.window(),
+                            [](QWidget*, const LostWork&) { return LostWorkAnswer::TakeUp; }));
+  EXPECT_THAT(desk.Failures(), IsEmpty());
+  EXPECT_TRUE(bars.wasReplay);
+  EXPECT_LT(bars.count, kPicks / 10) << "a bar a step takes longer than the step";
 }
 
 TEST(LostWorkTest, OtherFilesThatStepsHaveOpenedAreLookedAtToo) {
