@@ -107,7 +107,7 @@ void ReportAltered(LgIndex_t zone, LgIndex_t var, std::int64_t count) {
     const Frame* const frame = host.frames.Active();
     if (frame == nullptr) return;
     host.watch.Altered(frame->Data(), zone, var, count);
-    if (frame->Data() != nullptr) frame->Data()->NoteDirectWrites();
+    if (frame->Data() != nullptr) frame->Data()->NoteDirectWrites(zone, var);
   });
 }
 

@@ -119,6 +119,8 @@ class DataSet {
   /// Somebody says that values were altered: those that may have been written where they lie count
   /// as changed, so that nothing computed from them is taken for current.
   void NoteDirectWrites();
+  /// The same of one variable in one zone; nothing where there is none.
+  void NoteDirectWrites(LgIndex_t zoneNum, LgIndex_t varNum);
 
   /// Distinct solution times of the zones with a strand, ascending.
   std::vector<double> SolutionTimes() const;

@@ -18,6 +18,12 @@
 namespace qelhost {
 namespace {
 
+void NoteDirectWritesOf(const Field& field) {
+  if (field.storage == nullptr || field.storage->directWrites == DirectWrites::None) return;
+  ++field.storage->tally.writes;
+  ++field.storage->tally.changed;
+}
+
 int VtkCellTypeOf(QelZoneType_e type) {
   switch (type) {
     case ZoneType_FELineSeg:
@@ -280,12 +286,12 @@ WriteTally DataSet::ZoneWrites(LgIndex_t zoneNum, LgIndex_t varNum) const {
 
 void DataSet::NoteDirectWrites() {
   for (const auto& zone : m_zones) {
-    for (const Field& field : zone->fields) {
-      if (field.storage == nullptr || field.storage->directWrites == DirectWrites::None) continue;
-      ++field.storage->tally.writes;
-      ++field.storage->tally.changed;
-    }
+    for (const Field& field : zone->fields) NoteDirectWritesOf(field);
   }
+}
+
+void DataSet::NoteDirectWrites(LgIndex_t zoneNum, LgIndex_t varNum) {
+  if (const Field* const field = FindField(zoneNum, varNum)) NoteDirectWritesOf(*field);
 }
 
 std::set<vtkDataArray*> DataSet::TouchedArrays() const {

@@ -81,16 +81,11 @@ class PassThroughWriter {
   /// False when VTK must write the block.
   bool Plan(const std::set<vtkDataArray*>& touched) {
     if (!FindNewArrays()) return false;
-    std::size_t foundCount = 0;
     for (std::size_t n = 0; n < m_source.arrays.size(); ++n) {
       auto* const array = vtkDataArray::SafeDownCast(m_source.arrays[n]);
       if (array == nullptr || touched.count(array) == 0) continue;
       if (!ReplaceArray(n, array)) return false;
-      ++foundCount;
     }
-    const auto isOfBlock = [this](vtkDataArray* array) { return IsOfBlock(array); };
-    const auto wantedCount = std::count_if(touched.begin(), touched.end(), isOfBlock);
-    if (static_cast<std::size_t>(wantedCount) != foundCount + CountIn(touched)) return false;
     for (const NewArray& array : m_new) {
       if (!InsertArray(array)) return false;
     }
@@ -129,18 +124,6 @@ class PassThroughWriter {
   bool IsKnown(vtkAbstractArray* array) const {
     return std::find(m_source.arrays.begin(), m_source.arrays.end(), array) !=
            m_source.arrays.end();
-  }
-
-  bool IsOfBlock(vtkDataArray* array) const {
-    if (IsKnown(array)) return true;
-    return std::any_of(m_new.begin(), m_new.end(),
-                       [array](const NewArray& made) { return made.array == array; });
-  }
-
-  std::size_t CountIn(const std::set<vtkDataArray*>& touched) const {
-    return static_cast<std::size_t>(
-        std::count_if(m_new.begin(), m_new.end(),
-                      [&](const NewArray& made) { return touched.count(made.array) > 0; }));
   }
 
   /// False when an array of the file has gone, or another has taken its name.
