@@ -7,7 +7,7 @@
 namespace marquell::cli {
 
 struct Column {
-  const char* title;
+  const char* title = "";
   bool isNumber = false;  ///< numbers end at one edge, texts begin at one
 };
 
