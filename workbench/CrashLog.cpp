@@ -113,7 +113,8 @@ void CrashLog::FileSaved(const QString& file) {
   } else if (m_log != nullptr) {
     End();
     m_hasTold = false;
-    Tell(tr("one of several files was saved. Steps are kept again when a file is opened by itself."));
+    Tell(tr(
+        "one of several files was saved. Steps are kept again when a file is opened by itself."));
   }
 }
 
